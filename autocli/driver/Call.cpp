@@ -1,0 +1,157 @@
+#include "autocli/driver/Call.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "autocli/format/Formatter.h"
+#include "autocli/parse/OptionReader.h"
+#include "autocli/parse/Suggest.h"
+#include "autocli/tree/Shape.h"
+
+namespace autocli {
+
+using Corvex::AutoCli::CommandSpec;
+using Corvex::AutoCli::Namespace;
+using Corvex::AutoCli::NamespaceNode;
+using Corvex::CallSpec::Input;
+using Corvex::CallSpec::InputSpec;
+using Corvex::CallSpec::ParameterConstraint;
+using Corvex::CallSpec::ParameterConstraintType;
+using Corvex::CallSpec::ParameterSpec;
+using Corvex::CallSpec::ParameterType;
+
+namespace {
+
+std::shared_ptr<ParameterSpec> Option(const char* name, ParameterType type,
+                                      const char* description) {
+  auto option = ParameterSpec::New(name, type);
+  option->SetDescription(description);
+  return option;
+}
+
+}  // namespace
+
+std::shared_ptr<InputSpec> GlobalOptions() {
+  auto names = ParameterConstraint::New(ParameterConstraintType::StringEnum);
+  for (const std::string& name : FormatterNames()) names->AddStringEnum(name);
+  auto formatter =
+      Option("formatter", ParameterType::String,
+             "How the result is written: %ENUM%. Without it, as the command itself suggests.");
+  formatter->SetConstraint(names);
+
+  auto options = InputSpec::New();
+  options->AddParameter(formatter);
+  options->AddParameter(Option("fields", ParameterType::String,
+                               "The fields to show, in this order, joined by commas."));
+  options->AddParameter(
+      Option("help", ParameterType::Flag, "Say what can follow, or what a command does."));
+  options->AddParameter(Option("describe", ParameterType::Flag,
+                               "Write the commands below a path as one JSON document."));
+  options->AddParameter(Option("version", ParameterType::Flag, "Say which version this is."));
+  return options;
+}
+
+CommandSpec* Call::GetCommand() const {
+  return node->GetType() == NamespaceNode::NodeType::Command ? static_cast<CommandSpec*>(node.get())
+                                                             : nullptr;
+}
+
+bool Call::IsQuestion() const {
+  return globals->HasParameter("help") || globals->HasParameter("describe") ||
+         globals->HasParameter("version");
+}
+
+namespace {
+
+std::string UnknownWord(const Namespace& space, const std::string& path, const std::string& word) {
+  std::vector<std::string> names;
+  for (const auto& child : space.GetChildren()) names.push_back(child->GetName());
+  if (names.empty() && path.empty()) {
+    return fmt::format("unknown command \"{}\", for no plug-in brought any command", word);
+  }
+  const std::string place = path.empty() ? "" : fmt::format(" in \"{}\"", path);
+  return fmt::format("unknown command \"{}\"{}{}", word, place, DidYouMean(word, names));
+}
+
+/// Follows one word of the line.
+void Follow(Call& call, OptionReader& reader, const std::string& word) {
+  if (call.GetCommand() != nullptr) {
+    return reader.Refuse(fmt::format("unexpected argument \"{}\"", word));
+  }
+  const auto& space = static_cast<const Namespace&>(*call.node);
+  const auto child = space.GetNamespaceNode(word);
+  if (!child) {
+    call.isPathSound = false;
+    reader.Refuse(UnknownWord(space, call.path, word));
+    return reader.IgnoreUnknown();
+  }
+  call.node = child;
+  call.path += (call.path.empty() ? "" : " ") + word;
+  CommandSpec* command = call.GetCommand();
+  if (command == nullptr) return;
+  call.specs = SpecsOf(*command);
+  if (!call.specs.problem.empty()) {
+    call.isPathSound = false;
+    call.faults.push_back({FaultKind::Internal, "the command " + call.specs.problem});
+    return reader.IgnoreUnknown();
+  }
+  reader.Declare(*call.specs.input, call.input);
+}
+
+std::string UnknownField(const std::vector<std::string>& known, const std::string& name) {
+  if (known.empty()) return fmt::format("unknown field \"{}\", the result has no fields", name);
+  return fmt::format("unknown field \"{}\"{}", name, DidYouMean(name, known));
+}
+
+/// Reads --fields against what the command declares to answer with.
+void PickFields(Call& call, OptionReader& reader) {
+  if (!call.globals->HasParameter("fields")) return;
+  std::vector<std::string> known;
+  if (const auto* record = RecordOf(*call.specs.output)) {
+    for (const auto& field : record->GetFields()) known.push_back(field.name);
+  }
+  for (const std::string& name : SplitNames(call.globals->GetParameter("fields"))) {
+    if (std::ranges::count(known, name) == 0) {
+      reader.Refuse(UnknownField(known, name));
+    } else if (std::ranges::count(call.fields, name) > 0) {
+      reader.Refuse(fmt::format("field \"{}\" is named twice in \"--fields\"", name));
+    } else {
+      call.fields.push_back(name);
+    }
+  }
+}
+
+}  // namespace
+
+Call ReadCall(const std::shared_ptr<Namespace>& root, const std::vector<std::string>& words) {
+  Call call;
+  call.node = root;
+  call.globals = Input::New();
+  call.input = Input::New();
+
+  OptionReader reader(words);
+  reader.Declare(*GlobalOptions(), call.globals);
+  while (const auto word = reader.NextWord()) {
+    if (call.isPathSound) Follow(call, reader, *word);
+  }
+  if (call.isPathSound && call.GetCommand() != nullptr && !call.IsQuestion()) {
+    reader.RefuseMissing();
+    PickFields(call, reader);
+  }
+  for (const std::string& fault : reader.GetFaults()) {
+    call.faults.push_back({FaultKind::Usage, fault});
+  }
+  return call;
+}
+
+bool AsksForVersionFirst(const std::vector<std::string>& words) {
+  const auto globals = Input::New();
+  OptionReader reader(words);
+  reader.Declare(*GlobalOptions(), globals);
+  reader.NextWord();
+  return globals->HasParameter("version") && !globals->HasParameter("help") &&
+         !globals->HasParameter("describe") && reader.GetFaults().empty();
+}
+
+}  // namespace autocli

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "autocli/driver/Fault.h"
+#include "autocli/spec/Specs.h"
+#include "platform/autocli/AutoCli.h"
+
+namespace autocli {
+
+/// The options that every command line takes: --formatter, --fields, --help, --describe, --version.
+std::shared_ptr<Corvex::CallSpec::InputSpec> GlobalOptions();
+
+/// A command line as it was understood.
+struct Call {
+  /// The node that the path leads to, as far as the path was understood; never null.
+  std::shared_ptr<Corvex::AutoCli::NamespaceNode> node;
+  std::string path;         ///< its words, joined by blanks
+  bool isPathSound = true;  ///< every word of the path was understood
+  Specs specs;              ///< of the command; empty for a namespace
+  std::shared_ptr<Corvex::CallSpec::Input> globals;
+  std::shared_ptr<Corvex::CallSpec::Input> input;  ///< the command's own options
+  std::vector<std::string> fields;                 ///< picked by --fields
+  std::vector<Fault> faults;
+
+  /// The command that the path leads to; null when it leads to a namespace.
+  Corvex::AutoCli::CommandSpec* GetCommand() const;
+  /// Asks about the node, instead of running it.
+  bool IsQuestion() const;
+};
+
+/// Reads the words behind the program's name. Path words and global options may be mixed; once the
+/// command is found, its own options are understood too and hide global ones of the same name.
+Call ReadCall(const std::shared_ptr<Corvex::AutoCli::Namespace>& root,
+              const std::vector<std::string>& words);
+
+/// The line asks for the version before it names anything, so that no plug-in has a say in it.
+bool AsksForVersionFirst(const std::vector<std::string>& words);
+
+}  // namespace autocli

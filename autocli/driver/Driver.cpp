@@ -1,0 +1,147 @@
+#include "autocli/driver/Driver.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+
+#include "autocli/Version.h"
+#include "autocli/driver/Call.h"
+#include "autocli/driver/Report.h"
+#include "autocli/help/Describe.h"
+#include "autocli/help/Help.h"
+#include "autocli/plugin/Guard.h"
+
+namespace autocli {
+
+using Corvex::AutoCli::CommandSpec;
+using Corvex::AutoCli::Namespace;
+using Corvex::CallSpec::Output;
+
+namespace {
+
+/// The words behind the program's name. A link that is named like a top-level namespace implies
+/// that word.
+std::vector<std::string> WordsOf(const std::vector<std::string>& arguments, const Namespace& root) {
+  if (arguments.empty()) return {};
+  std::vector<std::string> words(arguments.begin() + 1, arguments.end());
+  const std::string& path = arguments.front();
+  const std::string name = path.substr(path.rfind('/') + 1);
+  if (name != kProgram && root.HasNamespaceNode(name)) words.insert(words.begin(), name);
+  return words;
+}
+
+std::string FormatterOf(const Call& call) {
+  if (call.globals->HasParameter("formatter")) return call.globals->GetParameter("formatter");
+  return call.GetCommand() == nullptr ? "" : call.GetCommand()->GetDefaultOutputFormatter();
+}
+
+std::string HelpFor(const Call& call) {
+  if (call.GetCommand() != nullptr) {
+    return CommandHelp(*call.GetCommand(), *call.specs.input, call.path);
+  }
+  const auto& space = static_cast<const Namespace&>(*call.node);
+  return call.path.empty() ? RootHelp(space, *GlobalOptions()) : NamespaceHelp(space, call.path);
+}
+
+/// One run, step by step. Each step that ends the run returns its exit status.
+class Session {
+ public:
+  Session(Call call, const std::vector<std::string>& pluginFaults, Sink& out, Sink& err)
+      : call_(std::move(call)), out_(out), err_(err) {
+    report_.path = call_.path;
+    report_.formatter = FormatterOf(call_);
+    for (const auto& fault : pluginFaults) report_.faults.push_back({FaultKind::Plugin, fault});
+  }
+
+  int Run() {
+    if (call_.isPathSound && call_.globals->HasParameter("help")) return Answer(HelpFor(call_));
+    if (!call_.faults.empty()) return Refuse();
+    if (call_.globals->HasParameter("version")) return Answer(kVersionText);
+    if (call_.globals->HasParameter("describe")) return DescribeNode();
+    if (call_.GetCommand() == nullptr) return AskForCommand();
+    Execute();
+    return WriteReport(report_, out_, err_);
+  }
+
+  int Answer(const std::string& text) { return WriteAnswer(text, report_, out_, err_); }
+
+ private:
+  int Refuse() {
+    report_.faults.insert(report_.faults.end(), call_.faults.begin(), call_.faults.end());
+    const int status = WriteReport(report_, out_, err_);
+    const bool isMistyped = std::ranges::count(report_.faults, FaultKind::Usage, &Fault::kind) > 0;
+    if (report_.formatter != kJson && isMistyped) {
+      const std::string path = call_.path.empty() ? "" : " " + call_.path;
+      err_.Buffer() += UsageLine(call_.path, call_.specs.input.get()) + "\n";
+      err_.Buffer() += "try: " + std::string(kProgram) + path + " --help\n";
+    }
+    return status;
+  }
+
+  /// A tree is no result of a command: it is a document of its own, and faults go to `err`.
+  int DescribeNode() {
+    std::vector<std::string> problems;
+    out_.Buffer() += Describe(*call_.node, kProgram, problems);
+    for (const std::string& problem : problems) Add(FaultKind::Internal, problem);
+    WriteFaults(report_.faults, err_);
+    return StatusOf(report_.faults);
+  }
+
+  /// The path ends at a namespace: help says how it can go on.
+  int AskForCommand() {
+    if (report_.formatter != kJson) {
+      WriteFaults(report_.faults, err_);
+      err_.Buffer() += HelpFor(call_);
+      return std::max(StatusOf(report_.faults), MeaningOf(FaultKind::Usage).status);
+    }
+    const std::string place = call_.path.empty() ? "" : " behind \"" + call_.path + "\"";
+    Add(FaultKind::Usage, "a command is missing" + place);
+    return WriteReport(report_, out_, err_);
+  }
+
+  void Execute() {
+    CommandSpec& command = *call_.GetCommand();
+    const auto output = Output::New();
+    const auto thrown = Guarded([&] {
+      if (command.GetDispatcher() == nullptr) throw std::logic_error("it cannot be executed");
+      command.GetDispatcher()->Execute(call_.input, output);
+    });
+    for (const std::string& message : output->GetErrorMessages()) Add(FaultKind::Command, message);
+    // A result that was not checked, for the command did not come to its end, is not shown.
+    if (thrown) return Add(FaultKind::Internal, "the command failed unexpectedly: " + *thrown);
+    report_.result = output->GetRootObject();
+    report_.view = View(*call_.specs.output, command.GetDefaultOutputParameters(), call_.fields);
+  }
+
+  void Add(FaultKind kind, const std::string& message) {
+    report_.faults.push_back({kind, message});
+  }
+
+  Call call_;
+  Sink& out_;
+  Sink& err_;
+  Report report_;
+};
+
+int RunWords(const std::vector<std::string>& words, const std::shared_ptr<Namespace>& root,
+             const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
+  Session session(ReadCall(root, words), pluginFaults, out, err);
+  return AsksForVersionFirst(words) ? session.Answer(kVersionText) : session.Run();
+}
+
+}  // namespace
+
+int Run(const std::vector<std::string>& arguments, const std::shared_ptr<Namespace>& root,
+        const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
+  int status = RunWords(WordsOf(arguments, *root), root, pluginFaults, out, err);
+  if (!out.Flush()) {
+    const Fault fault{FaultKind::Internal, std::string("the output could not be written: ") +
+                                               std::strerror(out.GetError())};
+    WriteFaults({fault}, err);
+    status = MeaningOf(fault.kind).status;
+  }
+  err.Flush();
+  return status;
+}
+
+}  // namespace autocli

@@ -1,0 +1,53 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <string_view>
+
+#include "autocli/driver/Call.h"
+#include "autocli/driver/Driver.h"
+#include "autocli/driver/Fault.h"
+#include "autocli/plugin/Loader.h"
+
+namespace autocli {
+
+using Corvex::AutoCli::Namespace;
+
+namespace {
+
+/// A standard stream that was closed before the program began is given to nothing, or the next file
+/// that a plug-in opens would take its number and get what is meant for people.
+void KeepStandardStreamsTaken() {
+  for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
+    // Read-only, so that writing to it fails and is noticed.
+    if (fcntl(file, F_GETFD) < 0) open("/dev/null", O_RDONLY);
+  }
+}
+
+int RunWithPlugins(const std::vector<std::string>& arguments) {
+  FileSink out(STDOUT_FILENO);
+  FileSink err(STDERR_FILENO);
+  const auto root = Namespace::New();
+  const bool hasWords = arguments.size() > 1;
+  std::vector<std::string> faults;
+  if (!hasWords || !AsksForVersionFirst({arguments.begin() + 1, arguments.end()})) {
+    faults = LoadPlugins(PluginFolder(), root);
+  }
+  return Run(arguments, root, faults, out, err);
+}
+
+}  // namespace
+
+int Main(int argc, char** argv) {
+  KeepStandardStreamsTaken();
+  try {
+    return RunWithPlugins({argv, argv + argc});
+  } catch (...) {
+    // Nothing is left that could fail again, such as memory to be had.
+    constexpr std::string_view kMessage = "error: the program ran out of what it needs to go on\n";
+    const ssize_t written = write(STDERR_FILENO, kMessage.data(), kMessage.size());
+    static_cast<void>(written);
+    return MeaningOf(FaultKind::Internal).status;
+  }
+}
+
+}  // namespace autocli

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/autocli/CallSpec.h"
+
+namespace autocli {
+
+/// Reads a command line from left to right: the caller gets the plain words one by one, and may
+/// declare further options whenever a word tells it more. Faults are collected, and reading goes
+/// on.
+///
+/// The word behind an option that takes a value is its value whatever it looks like, unless it is
+/// "--" or written exactly like a declared option ("--name", "--name=..." or "-n"); a text of that
+/// form is given as "--name=--text". An integer is always a value.
+class OptionReader {
+ public:
+  explicit OptionReader(std::vector<std::string> words) : words_(std::move(words)) {}
+
+  /// From here on these options are understood, and stored in `into`; they hide options of the same
+  /// long or short name that were declared before.
+  void Declare(const Corvex::CallSpec::InputSpec& spec,
+               const std::shared_ptr<Corvex::CallSpec::Input>& into);
+  /// Reads the options up to the next plain word, and that word; nothing at the end of the line.
+  std::optional<std::string> NextWord();
+  /// From here on an unknown option is no fault: it belongs to a command that was not found.
+  void IgnoreUnknown() { ignoreUnknown_ = true; }
+  /// Refuses the absence of every required option that was declared and not met.
+  void RefuseMissing();
+  void Refuse(std::string fault) { faults_.push_back(std::move(fault)); }
+
+  const std::vector<std::string>& GetFaults() const { return faults_; }
+
+ private:
+  struct Option {
+    std::shared_ptr<Corvex::CallSpec::ParameterSpec> spec;
+    std::shared_ptr<Corvex::CallSpec::Input> into;
+    int met = 0;
+    std::vector<std::string> collected = {};  ///< so far, of a list option
+  };
+
+  Option* FindLong(std::string_view name);
+  Option* FindShort(char name);
+  std::vector<std::string> LongOptions() const;
+  bool IsOption(const std::string& word);
+  bool NextIsValue();
+
+  void ReadLong(const std::string& word);
+  void ReadUnknownLong(const std::string& name, bool hasValue);
+  void ReadShort(const std::string& word);
+  void ReadUnknownShort(const std::string& word, char letter);
+  /// Counts the option; false when it was given before and may not be given again.
+  bool Meet(Option& option);
+  void ReadFlag(Option& option);
+  void ReadValue(Option& option, const std::optional<std::string>& attached);
+  void Store(Option& option, const std::string& value);
+  void StoreLists();
+
+  std::vector<std::string> words_;
+  std::size_t next_ = 0;
+  bool optionsEnded_ = false;
+  bool ignoreUnknown_ = false;
+  std::vector<Option> options_;
+  std::vector<std::string> faults_;
+};
+
+}  // namespace autocli

@@ -1,0 +1,116 @@
+#include "autocli/plugin/Loader.h"
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "autocli/plugin/Elf.h"
+#include "autocli/plugin/Guard.h"
+
+namespace autocli {
+
+using Corvex::AutoCli::Namespace;
+
+namespace {
+
+using EntryPoint = void(std::shared_ptr<Namespace>&);
+constexpr const char* kEntryPoint = "AutoCli_RegisterNamespaces";
+
+/// Why the open file or folder is not to be trusted; empty when it is.
+std::string TrustProblem(int file) {
+  struct stat state {};
+  if (fstat(file, &state) != 0) return std::strerror(errno);
+  if (state.st_uid != 0 && state.st_uid != geteuid()) {
+    return "belongs to neither root nor the user";
+  }
+  if ((state.st_mode & (S_IWGRP | S_IWOTH)) != 0) return "writable by group or others";
+  return "";
+}
+
+std::string FileProblem(int folder, const std::string& name) {
+  struct stat state {};
+  if (fstatat(folder, name.c_str(), &state, AT_SYMLINK_NOFOLLOW) != 0) {
+    return std::strerror(errno);
+  }
+  // Before it is opened, for opening a pipe or a device can have effects of its own.
+  if (!S_ISREG(state.st_mode)) return "no regular file";
+  const int file = openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+  if (file < 0) return std::strerror(errno);
+  std::string problem = TrustProblem(file);
+  if (problem.empty()) problem = ElfProblem(file);
+  close(file);
+  return problem;
+}
+
+/// Loads the file and calls its entry point. Returns why that failed; empty when it did not.
+std::string Load(const std::string& path, std::shared_ptr<Namespace> root) {
+  // Never unloaded: the nodes that it registers hold its code.
+  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr) return dlerror();
+  auto* entryPoint = reinterpret_cast<EntryPoint*>(dlsym(library, kEntryPoint));
+  if (entryPoint == nullptr) return fmt::format("no entry point {}", kEntryPoint);
+  return Guarded([&] { entryPoint(root); }).value_or("");
+}
+
+/// Lists the plug-ins of the open folder, in byte order.
+std::vector<std::string> PluginsIn(DIR* folder) {
+  std::vector<std::string> names;
+  while (const dirent* entry = readdir(folder)) {
+    std::string name = entry->d_name;
+    if (name.ends_with(".so")) names.push_back(std::move(name));
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+std::string FolderFault(const std::string& folder, const std::string& problem) {
+  return fmt::format("plug-in folder \"{}\": {}", folder, problem);
+}
+
+}  // namespace
+
+std::string PluginFolder() {
+  std::array<char, 4096> buffer;
+  const ssize_t size = readlink("/proc/self/exe", buffer.data(), buffer.size());
+  if (size <= 0 || static_cast<std::size_t>(size) == buffer.size()) return "";
+  std::string path(buffer.data(), static_cast<std::size_t>(size));
+  for (int level = 0; level < 2; ++level) path.resize(std::min(path.rfind('/'), path.size()));
+  return path + "/lib/autocli/plugins";
+}
+
+std::vector<std::string> LoadPlugins(const std::string& folder,
+                                     const std::shared_ptr<Namespace>& root) {
+  const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (file < 0) {
+    if (errno == ENOENT) return {};
+    return {FolderFault(folder, std::strerror(errno))};
+  }
+  const std::string untrusted = TrustProblem(file);
+  if (!untrusted.empty()) {
+    close(file);
+    return {FolderFault(folder, untrusted)};
+  }
+  DIR* directory = fdopendir(file);
+  if (directory == nullptr) {
+    close(file);
+    return {FolderFault(folder, "cannot be listed")};
+  }
+  std::vector<std::string> faults;
+  for (const std::string& name : PluginsIn(directory)) {
+    std::string problem = FileProblem(file, name);
+    if (problem.empty()) problem = Load(fmt::format("{}/{}", folder, name), root);
+    if (!problem.empty()) faults.push_back(fmt::format("plug-in \"{}\": {}", name, problem));
+  }
+  closedir(directory);
+  return faults;
+}
+
+}  // namespace autocli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/autocli/AutoCli.h"
+
+namespace autocli {
+
+/// The plug-in folder that belongs to the running program: ../lib/autocli/plugins, seen from the
+/// program's own folder. Empty when the program does not know where it is.
+std::string PluginFolder();
+
+/// Loads the plug-ins (*.so) of `folder` in byte order of their names and lets each register its
+/// nodes below `root`. Returns one message for each that failed; what it registered before it threw
+/// stays. No folder means no plug-ins. A folder or a plug-in that somebody other than root or the
+/// user could have written is not touched.
+std::vector<std::string> LoadPlugins(const std::string& folder,
+                                     const std::shared_ptr<Corvex::AutoCli::Namespace>& root);
+
+}  // namespace autocli

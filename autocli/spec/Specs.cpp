@@ -1,0 +1,23 @@
+#include "autocli/spec/Specs.h"
+
+#include "autocli/plugin/Guard.h"
+
+namespace autocli {
+
+Specs SpecsOf(Corvex::AutoCli::CommandSpec& command) {
+  Specs specs;
+  const auto thrown = Guarded([&] {
+    specs.input = command.GetInputSpec();
+    if (const auto output = command.GetOutputSpec()) specs.output = output->GetRootObject();
+  });
+  if (thrown) {
+    specs.problem = "cannot be declared: " + *thrown;
+  } else if (!specs.input) {
+    specs.problem = "declares no input";
+  } else if (!specs.output) {
+    specs.problem = "declares no result";
+  }
+  return specs;
+}
+
+}  // namespace autocli

@@ -1,0 +1,89 @@
+#include "platform/autocli/MetaObj.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace Corvex::MetaObj {
+
+std::shared_ptr<MetaBool> MetaBool::New(std::optional<bool> value) {
+  return std::make_shared<MetaBool>(value);
+}
+
+std::shared_ptr<MetaInt> MetaInt::New(std::optional<std::int64_t> value) {
+  return std::make_shared<MetaInt>(value);
+}
+
+std::shared_ptr<MetaString> MetaString::New(std::optional<std::string> value) {
+  return std::make_shared<MetaString>(std::move(value));
+}
+
+std::shared_ptr<MetaStruct> MetaStruct::New(const std::string& typeName) {
+  return std::make_shared<MetaStruct>(typeName);
+}
+
+void MetaStruct::SetField(const std::string& name, bool value) {
+  SetField(name, MetaBool::New(value));
+}
+
+void MetaStruct::SetField(const std::string& name, int value) {
+  SetField(name, MetaInt::New(value));
+}
+
+void MetaStruct::SetField(const std::string& name, std::int64_t value) {
+  SetField(name, MetaInt::New(value));
+}
+
+void MetaStruct::SetField(const std::string& name, const char* value) {
+  SetField(name, MetaString::New(value));
+}
+
+void MetaStruct::SetField(const std::string& name, const std::string& value) {
+  SetField(name, MetaString::New(value));
+}
+
+void MetaStruct::SetField(const std::string& name, MetaObjectPtr value) {
+  if (!value) throw std::invalid_argument("field \"" + name + "\" was given no value object");
+  const auto field = std::ranges::find(fields_, name, &Field::name);
+  if (field != fields_.end()) {
+    field->value = std::move(value);
+  } else {
+    fields_.push_back({name, std::move(value)});
+  }
+}
+
+const MetaObject* MetaStruct::FindField(const std::string& name) const {
+  const auto field = std::ranges::find(fields_, name, &Field::name);
+  return field == fields_.end() ? nullptr : field->value.get();
+}
+
+std::shared_ptr<MetaList> MetaList::New(MetaType elementType,
+                                        std::shared_ptr<MetaStruct> prototype) {
+  const bool ofTexts = elementType == MetaType::String && !prototype;
+  const bool ofRecords = elementType == MetaType::Struct && prototype;
+  if (!ofTexts && !ofRecords) {
+    throw std::invalid_argument("a list is of texts, or of records with a prototype");
+  }
+  return std::make_shared<MetaList>(elementType, std::move(prototype));
+}
+
+void MetaList::Add(const std::string& element) {
+  if (elementType_ != MetaType::String) {
+    throw std::invalid_argument("a text does not belong in a list of records");
+  }
+  elements_.push_back(MetaString::New(element));
+}
+
+void MetaList::Add(std::shared_ptr<MetaStruct> element) {
+  if (elementType_ != MetaType::Struct) {
+    throw std::invalid_argument("a record does not belong in a list of texts");
+  }
+  if (!element || element->GetTypeName() != prototype_->GetTypeName()) {
+    throw std::invalid_argument("the list takes records of type \"" + prototype_->GetTypeName() +
+                                "\" only");
+  }
+  elements_.push_back(std::move(element));
+}
+
+void MetaList::Reserve(std::size_t count) { elements_.reserve(count); }
+
+}  // namespace Corvex::MetaObj

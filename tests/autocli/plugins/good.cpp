@@ -1,0 +1,7 @@
+#include "platform/autocli/Declare.h"
+
+/// Also takes the handle away that it was given: the framework must not depend on it.
+extern "C" void AutoCli_RegisterNamespaces(std::shared_ptr<Corvex::AutoCli::Namespace>& root) {
+  Corvex::Declare::RegisterTop(*root, {"good", "Came from a file", {}});
+  root.reset();
+}

@@ -1,0 +1,1 @@
+extern "C" int NotTheEntryPoint() { return 0; }
