@@ -165,6 +165,15 @@ class KorelInfo {
   /// The host is joined to a client cluster.
   virtual bool IsClientModeEnabled() = 0;
   virtual void SetKorelMaxEnabled(bool enabled) = 0;
+  /// Sets the default policy value of a class, for objects that are made from now on. The host judges
+  /// the value.
+  virtual void SetDefaultPolicy(KorelPolicyClass policyClass, const std::string& value) = 0;
+  /// Claims devices for the storage pool, all or none.
+  virtual void AddStoragePoolDisks(const std::vector<std::string>& devices) = 0;
+  virtual void RemoveStoragePoolDisk(const std::string& device,
+                                     const std::string& evacuationMode) = 0;
+  virtual void RemoveStoragePoolDiskByUuid(const std::string& uuid,
+                                           const std::string& evacuationMode) = 0;
 };
 
 }  // namespace Tovrin::Korel

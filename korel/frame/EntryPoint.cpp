@@ -1,0 +1,5 @@
+#include "korel/frame/Tree.h"
+
+extern "C" void AutoCli_RegisterNamespaces(std::shared_ptr<Corvex::AutoCli::Namespace>& root) {
+  Corvex::Declare::RegisterTop(*root, OstrelCli::KorelNamespace::Tree());
+}

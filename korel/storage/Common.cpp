@@ -1,0 +1,10 @@
+#include "korel/storage/Common.h"
+
+namespace OstrelCli::KorelNamespace {
+
+int CountTargets(const Corvex::Declare::InputPtr& input) {
+  return int{input->HasParameter("disk")} + int{input->HasParameter("ssd")} +
+         int{input->HasParameter("uuid")};
+}
+
+}  // namespace OstrelCli::KorelNamespace

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/hostctl/KorelUtil.h"
+
+namespace test {
+
+/// A host that answers as told and keeps the calls as readable lines: the operation and its
+/// arguments, blanks between them, empty texts as "". The plug-in under test finds it through the
+/// host control library's own names.
+struct RecordingHost {
+  using KorelInfo = Tovrin::Korel::KorelInfo;
+
+  RecordingHost();
+  ~RecordingHost();
+  RecordingHost(const RecordingHost&) = delete;
+  RecordingHost& operator=(const RecordingHost&) = delete;
+
+  std::vector<std::string> calls;
+  /// The operation throws this message, after it was kept as a call.
+  std::map<std::string, std::string> failures;
+
+  bool hasInfo = true;
+  bool enabled = false;
+  bool clientMode = false;
+  bool clientModeFeature = true;
+  Tovrin::Korel::KorelNodeType nodeType = Tovrin::Korel::KorelNodeType::Normal;
+  /// What UUID_CreateRandom answers; null when empty.
+  std::string randomUuid = "12345678-0000-0000-0000-00000000000a";
+  std::string clusterUuid = "00000000-0000-0000-0000-000000000000";
+  std::vector<std::string> joinedClusters;
+  std::vector<Tovrin::Korel::KorelDatastore> datastores;
+  std::map<std::string, std::string> disks;  ///< name to UUID text: what the host sees
+  std::vector<std::string> configuredDisks;  ///< UUID texts: what Korel uses
+  Tovrin::Korel::KorelDiskInfo diskInfo;     ///< of every disk, name and UUID apart
+
+  std::vector<KorelInfo::KorelUnicastAddressInfo> agents;
+  std::vector<std::string> agentEntries;  ///< texts; "bad..." cannot be read
+  std::vector<std::string> witnesses;
+  bool agentRemoved = true;
+  bool metadataFeature = true;
+  bool stretched = false;
+  std::map<std::string, std::string> preferred;  ///< cluster UUID to name; the id is "id of NAME"
+  Tovrin::Korel::KorelClusterInfoDetailed cluster;  ///< what the directory has of every cluster
+
+  std::vector<Tovrin::Korel::KorelHskNicConfig2> interfaces;
+  std::set<std::string> configured;  ///< "INTERFACE TYPE"
+  bool encryption = false;
+  std::int64_t number = 0;  ///< throttle, bandwidth, rekey interval
+
+  bool trimFeature = true;
+  std::vector<std::string> skippedDisks;
+  std::string root;               ///< where host paths are found
+  int status = 0, restarted = 0;  ///< exit statuses of the trace daemon's script
+};
+
+/// One run of a command line: the errors, each as "error: TEXT", then the root object, "none" when
+/// there is none; parts are joined by " | ". Records read "Type{Field=value, ...}", lists "[a, b]",
+/// unset values "-". A refused line is "usage: " and the first fault. Words are cut at blanks;
+/// single quotes keep a word together.
+std::string RunLine(const std::string& line);
+
+/// One way through a command: how the host is, what is typed, what comes of it, what was called.
+struct Case {
+  std::string line;
+  std::function<void(RecordingHost&)> prepare;
+  std::string outcome;
+  std::vector<std::string> calls;
+};
+
+/// Runs each case on a host of its own.
+void Check(const std::vector<Case>& cases);
+
+}  // namespace test
