@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// What a program left behind.
+struct Ended {
+  int status = -1;  ///< exit status, or 128 and the signal's number
+  std::string out;
+  std::string err;
+};
+
+/// The built programs against a lab of the test's own, in a folder that goes with the test.
+class Lab : public testing::Test {
+ protected:
+  Lab();
+  ~Lab() override;
+
+  /// Runs build/bin/autocli with the words of `line`, cut at blanks.
+  Ended Run(const std::string& line) const;
+  /// The same with the words as they are.
+  Ended RunWords(const std::vector<std::string>& words) const;
+  /// Runs with `--formatter json` and answers the document.
+  nlohmann::json Ask(const std::string& line) const;
+  /// Expects status 0 and nothing on stderr.
+  void Do(const std::string& line) const;
+
+  std::string folder;
+  std::map<std::string, std::string> environment;
+};
+
+}  // namespace test
