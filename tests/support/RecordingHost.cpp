@@ -331,6 +331,23 @@ void KorelUtil::GetUnicastModeForCluster(bool& isUnicast, const std::string& clu
   isUnicast = true;
 }
 
+void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskList& disks,
+                                            bool fromCluster,
+                                            Tovrin::Korel::KorelStoragePoolDiskInfo& info) {
+  Record("GetKorelStoragePoolDiskInfo", disk, fromCluster);
+  for (const auto& lun : disks) {
+    if (lun->GetUuid() == disk) info.deviceName = lun->GetName();
+  }
+  info.korelUuid = KorelUuidToString(disk);
+  info.isSsd = true;
+  info.capacityBytes = 7;
+}
+
+bool KorelUtil::IsStoragePoolDisk(const std::string& device) {
+  Record("IsStoragePoolDisk", device);
+  return current->poolDisks.contains(device);
+}
+
 bool KorelUtil::IsInStretchedCluster() {
   Record("IsInStretchedCluster");
   return current->stretched;

@@ -55,6 +55,7 @@ struct RecordingHost {
   bool encryption = false;
   std::int64_t number = 0;  ///< throttle, bandwidth, rekey interval
 
+  std::set<std::string> poolDisks;  ///< names
   bool trimFeature = true;
   std::vector<std::string> skippedDisks;
   std::string root;               ///< where host paths are found

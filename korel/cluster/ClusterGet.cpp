@@ -1,0 +1,32 @@
+#include "korel/cluster/ClusterInformation.h"
+#include "korel/cluster/Commands.h"
+
+namespace OstrelCli::KorelNamespace {
+
+ClusterGet::ClusterGet() {
+  SetDescription("Get information about the Korel cluster that this host is joined to.");
+  Show(*this, *GetOutputStructure(), "simple", "Cluster Information");
+}
+
+std::shared_ptr<MetaStruct> ClusterGet::GetOutputStructure() {
+  return ClusterInformation("ClusterInformation");
+}
+
+std::shared_ptr<InputSpec> ClusterGet::GetInputSpecInternal() { return Inputs(); }
+
+std::shared_ptr<OutputSpec> ClusterGet::GetOutputSpecInternal() {
+  return Answers(GetOutputStructure());
+}
+
+void ClusterGet::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
+  Attempt(output, "Unable to get cluster information: ", [&] {
+    const HostControl host;
+    const bool enabled = host->GetClusterInfo(true)->enabled;
+    const auto answer = GetOutputStructure();
+    FillHost(*answer, enabled);
+    if (enabled) FillCluster(*answer, host, host->GetClusterUuid());
+    output->SetRootObject(answer);
+  });
+}
+
+}  // namespace OstrelCli::KorelNamespace

@@ -1,0 +1,20 @@
+#include "korel/network/Commands.h"
+#include "korel/network/InterfaceRemoval.h"
+
+namespace OstrelCli::KorelNamespace {
+
+NetworkRemove::NetworkRemove() {
+  SetDescription("Remove an interface from the Korel network configuration.");
+}
+
+std::shared_ptr<InputSpec> NetworkRemove::GetInputSpecInternal() { return RemovalInputs(); }
+
+std::shared_ptr<OutputSpec> NetworkRemove::GetOutputSpecInternal() {
+  return Answers(MetaBool::New());
+}
+
+void NetworkRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  RemoveInterface(input, output);
+}
+
+}  // namespace OstrelCli::KorelNamespace

@@ -1,0 +1,37 @@
+#include "korel/policy/Commands.h"
+#include "korel/policy/Common.h"
+
+namespace OstrelCli::KorelNamespace {
+
+PolicySetDefault::PolicySetDefault() {
+  SetDescription("Set the default Korel storage policy value of a policy class.");
+}
+
+std::shared_ptr<InputSpec> PolicySetDefault::GetInputSpecInternal() {
+  return Inputs(
+      {{.name = "policy-class",
+        .shortName = "c",
+        .required = true,
+        .constraint = PolicyClasses(),
+        .description = "Policy class to set the default of. Options are: %ENUM%."},
+       {.name = "policy",
+        .shortName = "p",
+        .required = true,
+        .description = "New default policy value, for objects that are made from now on."}});
+}
+
+std::shared_ptr<OutputSpec> PolicySetDefault::GetOutputSpecInternal() {
+  return Answers(MetaBool::New());
+}
+
+void PolicySetDefault::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  Attempt(output, "Unable to set default policy: ", [&] {
+    const auto policyClass =
+        KorelUtil::StringToKorelPolicyClass(input->GetParameter("policy-class"));
+    const HostControl host;
+    host->SetDefaultPolicy(policyClass, input->GetParameter("policy"));
+    Succeed(output);
+  });
+}
+
+}  // namespace OstrelCli::KorelNamespace

@@ -1,0 +1,42 @@
+#include "korel/frame/EvacuationMode.h"
+#include "korel/storagepool/Commands.h"
+
+namespace OstrelCli::KorelNamespace {
+
+StoragePoolRemove::StoragePoolRemove() {
+  SetDescription("Remove a physical disk from the Korel storage pool.");
+}
+
+std::shared_ptr<InputSpec> StoragePoolRemove::GetInputSpecInternal() {
+  return Inputs({{.name = "disk",
+                  .shortName = "d",
+                  .description = "Name of the disk to remove from the storage pool."},
+                 {.name = "uuid",
+                  .shortName = "u",
+                  .description = "Korel UUID of the disk to remove from the storage pool."},
+                 RemovalModeParameter()});
+}
+
+std::shared_ptr<OutputSpec> StoragePoolRemove::GetOutputSpecInternal() {
+  return Answers(MetaBool::New());
+}
+
+void StoragePoolRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  const bool hasDisk = input->HasParameter("disk");
+  if (hasDisk == input->HasParameter("uuid")) {
+    return Refuse(output, "Specify only one of --disk or --uuid.");
+  }
+  const auto mode = RemovalMode(input, output);
+  if (!mode) return;
+  Attempt(output, "Unable to remove storage pool disk: ", [&] {
+    const HostControl host;
+    if (hasDisk) {
+      host->RemoveStoragePoolDisk(input->GetParameter("disk"), *mode);
+    } else {
+      host->RemoveStoragePoolDiskByUuid(input->GetParameter("uuid"), *mode);
+    }
+    Succeed(output);
+  });
+}
+
+}  // namespace OstrelCli::KorelNamespace

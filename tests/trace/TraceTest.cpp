@@ -1,0 +1,163 @@
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/support/RecordingHost.h"
+
+namespace test {
+namespace {
+
+const std::string kStatus = "KorelExec /etc/init.d/koreltraced status false true false";
+const std::string kRestart = "KorelExec /etc/init.d/koreltraced restart false true false";
+
+/// A host with a configuration file of that content.
+class Traced : public testing::Test {
+ protected:
+  Traced() {
+    char folder[] = "/tmp/trace-XXXXXX";
+    host.root = mkdtemp(folder);
+    file = host.root + "/etc/ostrel/korel/koreltraced.conf";
+    std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+  }
+  ~Traced() override { std::filesystem::remove_all(host.root); }
+
+  void Write(const std::string& text) const { std::ofstream(file, std::ios::binary) << text; }
+  std::string Content() const {
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+  }
+
+  RecordingHost host;
+  std::string file;
+};
+
+std::string Shown(const std::string& directory, const std::string& rest) {
+  return "KorelTraceGet{KOREL Traces Directory=" + directory +
+         ", Number Of Files To Rotate=" + rest + "}";
+}
+std::string Rest(const std::string& files, const std::string& size, const std::string& syslog) {
+  return files + ", Maximum Trace File Size=" + size + ", Log Urgent Traces To Syslog=" + syslog;
+}
+const std::string kStandard = Rest("8", "45", "true");
+
+TEST_F(Traced, GetReadsLinesByTheirRules) {
+  const std::string none = "No volume selected.";
+  const std::string longLine(1 << 20, 'x');
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"", Shown(none, kStandard)},
+      {"no equals sign\n=\n = \n\n", Shown(none, kStandard)},
+      {"  KORELTRACED_ROTATE_MAX_FILES=12\n", Shown(none, Rest("12", "45", "true"))},
+      {"#KORELTRACED_ROTATE_MAX_FILES=12\n", Shown(none, kStandard)},
+      {"x KORELTRACED_ROTATE_MAX_FILES=12\n", Shown(none, kStandard)},
+      {"KORELTRACED_URGENT_ROTATE_MAX_FILES=12\n", Shown(none, kStandard)},
+      {"KORELTRACED_ROTATE_MAX_FILES =12\n", Shown(none, kStandard)},
+      {"KORELTRACED_ROTATE_MAX_FILES=12\nKORELTRACED_ROTATE_MAX_FILES= 13",
+       Shown(none, Rest("13", "45", "true"))},
+      {"KORELTRACED_ROTATE_MAX_FILES=twelve\nKORELTRACED_ROTATE_FILE_SIZE=9x\n",
+       Shown(none, Rest("0", "9", "true"))},
+      {"KORELTRACED_ROTATE_FILE_SIZE=7\r\nKORELTRACED_LOG_URGENT_TO_SYSLOG=0\r\n",
+       Shown(none, Rest("8", "7", "false"))},
+      {"KORELTRACED_LAST_SELECTED_VOLUME=\"/a \"b=c\"\nKORELTRACED_VOLUME=\"/other\"",
+       Shown("/a b=c", kStandard)},
+      {longLine + "\nKORELTRACED_ROTATE_FILE_SIZE=7\n" + longLine,
+       Shown(none, Rest("8", "7", "true"))},
+  };
+  for (const auto& [text, outcome] : cases) {
+    SCOPED_TRACE(text.substr(0, 100));
+    Write(text);
+    EXPECT_EQ(RunLine("korel trace get"), outcome);
+  }
+}
+
+TEST_F(Traced, GetAsksTheDaemonFirst) {
+  const std::string unreadable = "error: Error opening Korel trace config file for reading. | none";
+  EXPECT_EQ(RunLine("korel trace get"), unreadable);
+  std::filesystem::create_directory(file);
+  EXPECT_EQ(RunLine("korel trace get"), unreadable);
+  host.status = 3;
+  EXPECT_EQ(RunLine("korel trace get"), "error: Korel is not enabled on this host. | none");
+  host.status = -1;
+  EXPECT_EQ(RunLine("korel trace get"),
+            "error: Checking koreltraced status failed.Refer to /var/log/syslog.log for details. | "
+            "none");
+}
+
+TEST_F(Traced, SetRewritesEveryLine) {
+  Write("KORELTRACED_LSOM_ROTATE_FILE_SIZE=3\nKORELTRACED_VOLUME=\"/v\"\nUNKNOWN=1\n");
+  EXPECT_EQ(RunLine("korel trace set -s 100 --lsom-verbose-size 9"), "true");
+  EXPECT_EQ(Content(),
+            "KORELTRACED_VOLUME=\"/v\"\n"
+            "KORELTRACED_ROTATE_MAX_FILES=8\n"
+            "KORELTRACED_LOG_URGENT_TO_SYSLOG=1\n"
+            "KORELTRACED_ROTATE_FILE_SIZE=100\n"
+            "KORELTRACED_URGENT_ROTATE_MAX_FILES=8\n"
+            "KORELTRACED_URGENT_ROTATE_FILE_SIZE=10\n"
+            "KORELTRACED_DOM_OBJ_ROTATE_MAX_FILES=8\n"
+            "KORELTRACED_DOM_OBJ_ROTATE_FILE_SIZE=45\n"
+            "KORELTRACED_LSOM_ROTATE_MAX_FILES=8\n"
+            "KORELTRACED_LSOM_ROTATE_FILE_SIZE=3\n"
+            "KORELTRACED_LSOM_VERBOSE_ROTATE_MAX_FILES=8\n"
+            "KORELTRACED_LSOM_VERBOSE_ROTATE_FILE_SIZE=9\n");
+  EXPECT_EQ(host.calls, (std::vector<std::string>{"SetTracedLogOptions [normal_size_in_kb=100]",
+                                                  kStatus, kRestart}));
+  const std::string rewritten = Content();
+  host.calls.clear();
+  host.status = 3;
+  EXPECT_EQ(RunLine("korel trace set -r false"), "true");
+  EXPECT_EQ(Content(), rewritten);
+  EXPECT_EQ(host.calls, (std::vector<std::string>{"SetTracedLogOptions []", kStatus}));
+}
+
+TEST_F(Traced, SetPassesWhatWasGivenAndResetAll) {
+  Write("");
+  host.status = 3;
+  EXPECT_EQ(RunLine("korel trace set -p /t -f 1 -d 2 -u 3 --lsom-num-files 4 -l no"), "true");
+  EXPECT_EQ(RunLine("korel trace set -r true"), "true");
+  ASSERT_EQ(host.calls.size(), 4U);
+  EXPECT_EQ(
+      host.calls[0],
+      "SetTracedLogOptions [log_structured_object_manager_num_of_files=4,normal_num_of_files=1,"
+      "normal_path=/t,object_manager_num_of_files=2,urgent_num_of_files=3,"
+      "urgent_to_syslog=false]");
+  EXPECT_EQ(host.calls[2],
+            "SetTracedLogOptions [log_structured_object_manager_num_of_files=8,"
+            "log_structured_object_manager_size_in_kb=45,normal_num_of_files=8,normal_path=,"
+            "normal_size_in_kb=45,object_manager_num_of_files=8,object_manager_size_in_kb=45,"
+            "urgent_num_of_files=8,urgent_size_in_kb=10,urgent_to_syslog=true]");
+}
+
+TEST_F(Traced, SetRefusesAndReportsFailures) {
+  const std::string details = " Refer /var/log/syslog.log for details. | none";
+  EXPECT_EQ(RunLine("korel trace set"), "error: No options provided. | none");
+  EXPECT_EQ(RunLine("korel trace set -r false -s 1"),
+            "error: reset cannot be used with other options. | none");
+  EXPECT_EQ(RunLine("korel trace set -s 4096"),
+            "usage: option \"--size\" takes 1 to 4095, not \"4096\"");
+  EXPECT_EQ(RunLine("korel trace set -s 1"),
+            "error: Error opening Korel Trace Config File for reading. | none");
+  EXPECT_EQ(host.calls, std::vector<std::string>{});
+  Write("KORELTRACED_ROTATE_FILE_SIZE=7\n");
+  host.failures["SetTracedLogOptions"] = "no luck";
+  EXPECT_EQ(RunLine("korel trace set -s 1"), "error: no luck" + details);
+  EXPECT_EQ(Content(), "KORELTRACED_ROTATE_FILE_SIZE=7\n");
+  host.failures.clear();
+  host.restarted = 5;
+  EXPECT_EQ(RunLine("korel trace set -s 1"), "error: Failed to restart koreltraced: 5; " + details);
+  host.status = -1;
+  EXPECT_EQ(RunLine("korel trace set -s 1"),
+            "error: Failed to check koreltraced status." + details);
+}
+
+TEST_F(Traced, SetLeavesTheOldFileWhenTheNewOneCannotBeWritten) {
+  Write("KORELTRACED_ROTATE_FILE_SIZE=7\n");
+  // The new content goes into a file beside; a directory in its place stops that for root too.
+  std::filesystem::create_directory(file + ".new");
+  EXPECT_EQ(RunLine("korel trace set -s 1"),
+            "error: Error opening Korel Trace Config File for writing. | none");
+  EXPECT_EQ(Content(), "KORELTRACED_ROTATE_FILE_SIZE=7\n");
+  EXPECT_EQ(host.calls.size(), 1U);
+}
+
+}  // namespace
+}  // namespace test
