@@ -26,7 +26,8 @@ void KeepStandardStreamsTaken() {
 int RunWithPlugins(const std::vector<std::string>& arguments) {
   FileSink out(STDOUT_FILENO);
   FileSink err(STDERR_FILENO);
-  const auto root = Namespace::New();
+  // Never taken down, node by node: the process ends and takes it along.
+  static const auto& root = *new std::shared_ptr<Namespace>(Namespace::New());
   const bool hasWords = arguments.size() > 1;
   std::vector<std::string> faults;
   if (!hasWords || !AsksForVersionFirst({arguments.begin() + 1, arguments.end()})) {

@@ -64,7 +64,10 @@ StorageDiskgroupRebuild::StorageDiskgroupRebuild() {
 
 std::shared_ptr<InputSpec> StorageDiskgroupRebuild::GetInputSpecInternal() {
   std::vector<Parameter> parameters = Parameters();
-  if (KorelUtil::IsKorelRebuildTrimFssEnabled()) parameters.push_back(TrimParameter());
+  // A host that cannot be asked is reported by the execution, which asks again; help needs none.
+  bool hasTrim = true;
+  FailureOf([&] { hasTrim = KorelUtil::IsKorelRebuildTrimFssEnabled(); });
+  if (hasTrim) parameters.push_back(TrimParameter());
   parameters.push_back(
       {.name = "force", .type = ParameterType::Flag, .description = "Skip unhealthy disks."});
   return Inputs(parameters);

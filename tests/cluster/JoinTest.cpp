@@ -15,17 +15,9 @@ void EnabledWitness(RecordingHost& host) {
   host.enabled = true;
   host.nodeType = Tovrin::Korel::KorelNodeType::Witness;
 }
-std::function<void(RecordingHost&)> Failing(const std::string& operation) {
-  return [operation](RecordingHost& host) { host.failures[operation] = "no luck"; };
-}
+const std::string kChecks = "GetNodeType | GetClusterInfo true | IsClientModeEnabled";
 
-const std::vector<std::string> kChecks = {"GetNodeType", "GetClusterInfo true",
-                                          "IsClientModeEnabled"};
-
-std::vector<std::string> ChecksAnd(std::vector<std::string> more) {
-  more.insert(more.begin(), kChecks.begin(), kChecks.end());
-  return more;
-}
+std::string ChecksAnd(const std::string& more) { return kChecks + " | " + more; }
 
 TEST(ClusterJoin, JoinsInEveryRole) {
   std::string longest;
@@ -33,18 +25,17 @@ TEST(ClusterJoin, JoinsInEveryRole) {
   const std::string join = "cluster join -u " + kUuid;
   const std::string call = "JoinCluster " + kUuid;
   Check({
-      {join, nullptr, "true", ChecksAnd({call + " 0 \"\" false 0 0"})},
-      {join + " -w", nullptr, "true", ChecksAnd({call + " 0 \"\" true 0 0"})},
-      {join + " -m", nullptr, "true", ChecksAnd({call + " 2 \"\" false 0 0"})},
-      {join + " -wt -p fd1", nullptr, "true", ChecksAnd({call + " 1 fd1 true 0 0"})},
+      {join, nullptr, "true", ChecksAnd(call + " 0 \"\" false 0 0")},
+      {join + " -w", nullptr, "true", ChecksAnd(call + " 0 \"\" true 0 0")},
+      {join + " -m", nullptr, "true", ChecksAnd(call + " 2 \"\" false 0 0")},
+      {join + " -wt -p fd1", nullptr, "true", ChecksAnd(call + " 1 fd1 true 0 0")},
       {join + " -t -p " + longest, nullptr, "true",
-       ChecksAnd({call + " 1 " + longest + " false 0 0"})},
-      {join + " -t -p fd1", EnabledWitness, "true", ChecksAnd({call + " 1 fd1 false 0 0"})},
-      {join + " -wc",
-       nullptr,
-       "true",
-       {"IsFeatureEnabled 373", "GetNodeType", "GetClusterInfo true", "IsClientModeEnabled",
-        "JoinClientCluster " + kUuid + " false"}},
+       ChecksAnd(call + " 1 " + longest + " false 0 0")},
+      {join + " -t -p fd1", EnabledWitness, "true", ChecksAnd(call + " 1 fd1 false 0 0")},
+      {join + " -wc", nullptr, "true",
+       "IsFeatureEnabled 373 | GetNodeType | GetClusterInfo true | IsClientModeEnabled | "
+       "JoinClientCluster " +
+           kUuid + " false"},
   });
 }
 
@@ -60,19 +51,15 @@ TEST(ClusterJoin, RefusesInOrder) {
   const std::string onlyWithWitness =
       "error: --witness-preferred-fault-domain is valid only when --witness-node is specified. | "
       "none";
-  std::vector<std::string> withFeature = ChecksAnd({});
-  withFeature.insert(withFeature.begin(), "IsFeatureEnabled 373");
+  const std::string withFeature = "IsFeatureEnabled 373 | " + kChecks;
   Check({
-      {join + " -ctm",
-       NoClientFeature,
-       "error: Client Mode is not supported. | none",
-       {"IsFeatureEnabled 373"}},
-      {join + " -tm", Enabled, both, {}},
-      {join + " -t",
-       Enabled,
+      {join + " -ctm", NoClientFeature, "error: Client Mode is not supported. | none",
+       "IsFeatureEnabled 373"},
+      {join + " -tm", Enabled, both, ""},
+      {join + " -t", Enabled,
        "error: The host is in a Korel cluster and not a Korel witness host. You need to remove it "
        "from the cluster or disable Korel. | none",
-       {"GetNodeType", "GetClusterInfo true"}},
+       "GetNodeType | GetClusterInfo true"},
       {join + " -t", Client, kInClient, kChecks},
       {join + " -t", nullptr,
        "error: If --witness-node is specified, --witness-preferred-fault-domain must also be "
@@ -87,51 +74,44 @@ TEST(ClusterJoin, RefusesInOrder) {
       {"cluster join -u 1", nullptr,
        "error: '1' is not a UUID of the form \"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\" | false",
        kChecks},
-      {"cluster join", nullptr, "usage: required option \"--cluster-uuid\" is missing", {}},
+      {"cluster join", nullptr, "usage: required option \"--cluster-uuid\" is missing", ""},
   });
 }
 
 TEST(ClusterJoin, FailuresAnswerFalse) {
   const std::string join = "cluster join -u " + kUuid;
   Check({
-      {join, Failing("GetNodeType"), "error: no luck | false", {"GetNodeType"}},
+      {join, Failing("GetNodeType"), "error: no luck | false", "GetNodeType"},
       {join, Failing("JoinCluster"), "error: no luck | false",
-       ChecksAnd({"JoinCluster " + kUuid + " 0 \"\" false 0 0"})},
-      {join,
-       [](RecordingHost& host) { host.hasInfo = false; },
-       "error: Could not get KorelInfo. Plugin version mismatch? | false",
-       {}},
+       ChecksAnd("JoinCluster " + kUuid + " 0 \"\" false 0 0")},
+      {join, [](RecordingHost& host) { host.hasInfo = false; },
+       "error: Could not get KorelInfo. Plugin version mismatch? | false", ""},
   });
 }
 
 TEST(ClusterNew, CreatesAndRefuses) {
-  const std::vector<std::string> made = {"GetClusterInfo true", "IsClientModeEnabled",
-                                         "UUID_CreateRandom"};
-  const auto madeAnd = [&](std::vector<std::string> more) {
-    more.insert(more.begin(), made.begin(), made.end());
-    return more;
-  };
+  const std::string made = "GetClusterInfo true | IsClientModeEnabled | UUID_CreateRandom";
+  const auto madeAnd = [&](const std::string& more) { return made + " | " + more; };
   const std::string uuid = "12345678-0000-0000-0000-00000000000a";
   Check({
-      {"cluster new", nullptr, "true", madeAnd({"CreateCluster " + uuid + " true false"})},
+      {"cluster new", nullptr, "true", madeAnd("CreateCluster " + uuid + " true false")},
       {"cluster new -c", nullptr, "true",
-       madeAnd({"IsFeatureEnabled 373", "JoinClientCluster " + uuid + " false"})},
+       madeAnd("IsFeatureEnabled 373 | JoinClientCluster " + uuid + " false")},
       {"cluster new -c", NoClientFeature, "error: Client Mode is not supported. | none",
-       madeAnd({"IsFeatureEnabled 373"})},
-      {"cluster new",
-       EnabledWitness,
+       madeAnd("IsFeatureEnabled 373")},
+      {"cluster new", EnabledWitness,
        "error: The host is in a Korel cluster and enabled for Korel. You need to remove it from "
        "the "
        "cluster or disable Korel. | none",
-       {"GetClusterInfo true"}},
-      {"cluster new", Client, kInClient, {"GetClusterInfo true", "IsClientModeEnabled"}},
+       "GetClusterInfo true"},
+      {"cluster new", Client, kInClient, "GetClusterInfo true | IsClientModeEnabled"},
       {"cluster new", [](RecordingHost& host) { host.randomUuid = ""; },
        "error: Unable to generate a UUID | none", made},
       {"cluster new", [](RecordingHost& host) { host.randomUuid = "no uuid"; },
        "error: Unable to generate a UUID | none", made},
       {"cluster new", Failing("CreateCluster"),
        "error: Unable to create the new Korel cluster: no luck | false",
-       madeAnd({"CreateCluster " + uuid + " true false"})},
+       madeAnd("CreateCluster " + uuid + " true false")},
   });
 }
 

@@ -27,54 +27,36 @@ TEST(ClusterLeave, NotifiesAndLeaves) {
   const std::string failed = "[" + kNotifier + "FailedUnmount -d ds1,ds2]";
   const auto client = [](RecordingHost& host) { host.clientMode = true; };
   Check({
-      {"cluster leave",
-       nullptr,
-       "error: The host is not in a Korel or client cluster. | none",
-       {info, "IsClientModeEnabled"}},
+      {"cluster leave", nullptr, "error: The host is not in a Korel or client cluster. | none",
+       info + " | IsClientModeEnabled"},
       // The list of names is empty, the blank before it stays.
-      {"cluster leave",
-       client,
-       "true",
-       {info, "IsClientModeEnabled", "GetDatastores", "[" + kNotifier + "PreUnmount -d ]",
-        "GetJoinedClusterUuids"}},
-      {"cluster leave",
-       InTwo,
-       "true",
-       {info, "GetDatastores", before, "GetJoinedClusterUuids", "LeaveCluster " + kA + " false",
-        "LeaveCluster " + kB + " false"}},
-      {"cluster leave -u ''",
-       InTwo,
-       "true",
-       {info, "GetDatastores", before, "GetJoinedClusterUuids", "LeaveCluster " + kA + " false",
-        "LeaveCluster " + kB + " false"}},
-      {"cluster leave -u " + kB,
-       InTwo,
-       "true",
-       {info, "GetDatastores", before, "LeaveCluster " + kB + " false"}},
-      {"cluster leave",
-       InTwoFailing("GetDatastores"),
-       "error: no luck | none",
-       {info, "GetDatastores"}},
-      {"cluster leave",
-       InTwoFailing("GetJoinedClusterUuids"),
-       "error: no luck | none",
-       {info, "GetDatastores", before, "GetJoinedClusterUuids", failed}},
-      {"cluster leave",
-       InTwoFailing("LeaveCluster"),
-       "error: no luck | none",
-       {info, "GetDatastores", before, "GetJoinedClusterUuids", "LeaveCluster " + kA + " false",
-        failed}},
+      {"cluster leave", client, "true",
+       info + " | IsClientModeEnabled | GetDatastores | [" + kNotifier +
+           "PreUnmount -d ] | GetJoinedClusterUuids"},
+      {"cluster leave", InTwo, "true",
+       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | LeaveCluster " + kA +
+           " false | LeaveCluster " + kB + " false"},
+      {"cluster leave -u ''", InTwo, "true",
+       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | LeaveCluster " + kA +
+           " false | LeaveCluster " + kB + " false"},
+      {"cluster leave -u " + kB, InTwo, "true",
+       info + " | GetDatastores | " + before + " | LeaveCluster " + kB + " false"},
+      {"cluster leave", InTwoFailing("GetDatastores"), "error: no luck | none",
+       info + " | GetDatastores"},
+      {"cluster leave", InTwoFailing("GetJoinedClusterUuids"), "error: no luck | none",
+       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | " + failed},
+      {"cluster leave", InTwoFailing("LeaveCluster"), "error: no luck | none",
+       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | LeaveCluster " + kA +
+           " false | " + failed},
   });
 }
 
 TEST(ClusterRestore, PassesNoBootStage) {
   Check({
-      {"cluster restore", nullptr, "true", {"RestoreCluster false false"}},
-      {"cluster restore",
-       [](RecordingHost& host) { host.failures["RestoreCluster"] = "no luck"; },
-       "error: no luck | none",
-       {"RestoreCluster false false"}},
-      {"cluster restore --boot", nullptr, "usage: unknown option \"--boot\"", {}},
+      {"cluster restore", nullptr, "true", "RestoreCluster false false"},
+      {"cluster restore", [](RecordingHost& host) { host.failures["RestoreCluster"] = "no luck"; },
+       "error: no luck | none", "RestoreCluster false false"},
+      {"cluster restore --boot", nullptr, "usage: unknown option \"--boot\"", ""},
   });
 }
 
@@ -107,28 +89,20 @@ TEST(KorelMax, IsOnlyForHostsWithoutDisks) {
     host.enabled = true;
     host.failures["SetKorelMaxEnabled"] = "no luck";
   };
-  const std::vector<std::string> asked = {"GetClusterInfo true", "GetKorelDisks 1"};
+  const std::string asked = "GetClusterInfo true | GetKorelDisks 1";
   Check({
-      {"cluster korelmax set -e true",
-       nullptr,
+      {"cluster korelmax set -e true", nullptr,
        "error: To enable/disable Korel Max, the host needs to be in a Korel cluster and enabled "
        "with "
        "Korel. | none",
-       {"GetClusterInfo true"}},
-      {"cluster korelmax set -e true",
-       enabled,
-       "true",
-       {asked[0], asked[1], "SetKorelMaxEnabled true"}},
+       "GetClusterInfo true"},
+      {"cluster korelmax set -e true", enabled, "true", asked + " | SetKorelMaxEnabled true"},
       {"cluster korelmax set -e true", withDisks,
        "error: The host has diskgroups on it. Korel Max cannot be configured. | none", asked},
-      {"cluster korelmax set -e false",
-       withDisks,
-       "true",
-       {asked[0], asked[1], "SetKorelMaxEnabled false"}},
-      {"cluster korelmax set -e false",
-       failing,
+      {"cluster korelmax set -e false", withDisks, "true", asked + " | SetKorelMaxEnabled false"},
+      {"cluster korelmax set -e false", failing,
        "error: Failed to enable Korel Max on the cluster: no luck | none",
-       {asked[0], asked[1], "SetKorelMaxEnabled false"}},
+       asked + " | SetKorelMaxEnabled false"},
   });
 }
 

@@ -86,4 +86,10 @@ void Lab::Do(const std::string& line) const {
   EXPECT_EQ(ended.err, "") << line;
 }
 
+void Lab::Fails(const std::string& line, const std::string& message) const {
+  const Ended ended = Run(line);
+  EXPECT_EQ(ended.status, 1) << line;
+  EXPECT_EQ(ended.err, "error: " + message + "\n") << line;
+}
+
 }  // namespace test

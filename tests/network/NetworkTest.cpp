@@ -27,13 +27,8 @@ std::function<void(RecordingHost&)> Configured(const std::string& name, const st
     host.interfaces = {Odd("hsk10"), Odd("hsk1")};
   };
 }
-std::function<void(RecordingHost&)> Failing(const std::string& operation) {
-  return [operation](RecordingHost& host) { host.failures[operation] = "no luck"; };
-}
-
-const std::vector<std::string> kAsked = {"IsHsknicConfigured hsk1 korel",
-                                         "IsHsknicConfigured hsk1 witness"};
-std::vector<std::string> AskedAnd(const std::string& call) { return {kAsked[0], kAsked[1], call}; }
+const std::string kAsked = "IsHsknicConfigured hsk1 korel | IsHsknicConfigured hsk1 witness";
+std::string AskedAnd(const std::string& call) { return kAsked + " | " + call; }
 
 TEST(NetworkIp, AddsWithDefaults) {
   const std::string groups =
@@ -60,19 +55,16 @@ TEST(NetworkIp, AddsWithDefaults) {
          kAsked},
         {add, Failing("SetHsknicConfig"), "error: no luck | none",
          AskedAnd(groups + numbers + "true false \"\"")},
-        {add,
-         [](RecordingHost& host) { host.hasInfo = false; },
-         "error: Could not get KorelInfo. Plugin version mismatch? | none",
-         {}},
+        {add, [](RecordingHost& host) { host.hasInfo = false; },
+         "error: Could not get KorelInfo. Plugin version mismatch? | none", ""},
     });
   }
 }
 
 TEST(NetworkIp, SetTakesEveryOtherValueFromTheRecord) {
   const std::string set = "network ip set -i hsk1";
-  const std::vector<std::string> read = {kAsked[0], kAsked[1], "GetHsknicConfigs"};
   const auto readAnd = [&](const std::string& call) {
-    return std::vector<std::string>{kAsked[0], kAsked[1], "GetHsknicConfigs", call};
+    return kAsked + " | GetHsknicConfigs | " + call;
   };
   const std::string call = "SetHsknicConfig hsk1 224.9.9.1 v6:ff02::1 v6:ff02::2 v6:ff02::3 1 2 3 ";
   const auto inUseButGone = [](RecordingHost& host) { host.configured = {"hsk1 korel"}; };
@@ -84,41 +76,29 @@ TEST(NetworkIp, SetTakesEveryOtherValueFromTheRecord) {
        "error: This Hesket network interface is not in use. Can't set/reconfigure. If you want to "
        "add, use 'add' command. | none",
        kAsked},
-      {set,
-       inUseButGone,
-       "error: This Hesket network interface not found. | none",
-       {kAsked[0], "GetHsknicConfigs"}},
+      {set, inUseButGone, "error: This Hesket network interface not found. | none",
+       "IsHsknicConfigured hsk1 korel | GetHsknicConfigs"},
   });
 }
 
 TEST(Network, RemovesClearsAndRestores) {
   for (const std::string remove : {"network remove -i hsk1", "network ip remove -i hsk1"}) {
     Check({
-        {remove,
-         nullptr,
-         "true",
-         {"RemoveHsknic hsk1 false korel", "RemoveHsknic hsk1 false witness"}},
-        {remove + " -f",
-         nullptr,
-         "true",
-         {"RemoveHsknic hsk1 true korel", "RemoveHsknic hsk1 true witness"}},
-        {remove,
-         Failing("RemoveHsknic"),
-         "error: no luck | false",
-         {"RemoveHsknic hsk1 false korel"}},
+        {remove, nullptr, "true",
+         "RemoveHsknic hsk1 false korel | RemoveHsknic hsk1 false witness"},
+        {remove + " -f", nullptr, "true",
+         "RemoveHsknic hsk1 true korel | RemoveHsknic hsk1 true witness"},
+        {remove, Failing("RemoveHsknic"), "error: no luck | false",
+         "RemoveHsknic hsk1 false korel"},
     });
   }
   Check({
-      {"network clear", nullptr, "true", {"ClearNetworkConfig"}},
-      {"network clear",
-       Failing("ClearNetworkConfig"),
-       "error: no luck | false",
-       {"ClearNetworkConfig"}},
-      {"network restore", nullptr, "true", {"RestoreNetworkConfig"}},
-      {"network restore",
-       Failing("RestoreNetworkConfig"),
-       "error: no luck | false",
-       {"RestoreNetworkConfig"}},
+      {"network clear", nullptr, "true", "ClearNetworkConfig"},
+      {"network clear", Failing("ClearNetworkConfig"), "error: no luck | false",
+       "ClearNetworkConfig"},
+      {"network restore", nullptr, "true", "RestoreNetworkConfig"},
+      {"network restore", Failing("RestoreNetworkConfig"), "error: no luck | false",
+       "RestoreNetworkConfig"},
   });
 }
 
@@ -143,15 +123,16 @@ TEST(NetworkList, ShowsWhatItHasBesideAnError) {
     host.encryption = true;
     host.interfaces[1].witnessTraffic = false;
   };
-  const std::vector<std::string> asked = {"GetHsknicConfigs", "GetClusterUuid",
-                                          "IsDataInTransitEncryptionEnabled own true"};
+  const std::string asked =
+      "GetHsknicConfigs | GetClusterUuid | IsDataInTransitEncryptionEnabled own true";
   Check({
       {"network list", [](RecordingHost& host) { host.clusterUuid = "own"; }, "[]", asked},
       {"network list", two,
        "[" + row("hsk1", "-") + "korel, witness}, " + row("hsk2", "-") + "witness}]", asked},
       {"network list", encrypted,
        "[" + row("hsk1", "12443") + "korel, witness}, " + row("hsk2", "12443") + "}]", asked},
-      {"network list", Failing("GetClusterUuid"), "error: no luck | []", {asked[0], asked[1]}},
+      {"network list", Failing("GetClusterUuid"), "error: no luck | []",
+       "GetHsknicConfigs | GetClusterUuid"},
   });
 }
 
@@ -168,36 +149,24 @@ TEST(NetworkSecurity, IsReadPerCluster) {
   };
   const std::string joined = "GetJoinedClusterUuids";
   const auto of = [](const std::string& uuid) {
-    return std::vector<std::string>{"IsDataInTransitEncryptionEnabled " + uuid + " true",
-                                    "GetRekeyInterval " + uuid + " true"};
+    return "IsDataInTransitEncryptionEnabled " + uuid + " true | GetRekeyInterval " + uuid +
+           " true";
   };
   Check({
-      {"network security get",
-       two,
-       record("NetworkSecurityGet", "own"),
-       {"GetClusterUuid", of("own")[0], of("own")[1]}},
-      {"network security get -u other",
-       two,
-       record("NetworkSecurityGet", "other"),
-       {joined, of("other")[0], of("other")[1]}},
-      {"network security get -u Own",
-       two,
-       "error: Unable to find subcluster UUID: Own | none",
-       {joined}},
-      {"network security get",
-       Failing("GetClusterUuid"),
-       "error: Unable to get data-in-transit encryption status: no luck | none",
-       {"GetClusterUuid"}},
-      {"network security list", nullptr, "[]", {joined}},
-      {"network security list",
-       two,
+      {"network security get", two, record("NetworkSecurityGet", "own"),
+       "GetClusterUuid | " + of("own")},
+      {"network security get -u other", two, record("NetworkSecurityGet", "other"),
+       joined + " | " + of("other")},
+      {"network security get -u Own", two, "error: Unable to find subcluster UUID: Own | none",
+       joined},
+      {"network security get", Failing("GetClusterUuid"),
+       "error: Unable to get data-in-transit encryption status: no luck | none", "GetClusterUuid"},
+      {"network security list", nullptr, "[]", joined},
+      {"network security list", two,
        "[" + record("KorelNetworkSecurityList", "own") + ", " +
            record("KorelNetworkSecurityList", "other") + "]",
-       {joined, of("own")[0], of("own")[1], of("other")[0], of("other")[1]}},
-      {"network security list",
-       Failing("GetJoinedClusterUuids"),
-       "error: no luck | none",
-       {joined}},
+       joined + " | " + of("own") + " | " + of("other")},
+      {"network security list", Failing("GetJoinedClusterUuids"), "error: no luck | none", joined},
   });
 }
 
@@ -227,34 +196,31 @@ TEST(NetworkSecurity, SetChecksTheAgentsFirst) {
     in({"own"})(host);
     host.failures["SetRekeyInterval"] = "no luck";
   };
-  const std::vector<std::string> asked = {"GetClusterInfo true", "GetUnicastAgents true \"\""};
-  const auto askedAnd = [&](std::vector<std::string> more) {
-    more.insert(more.begin(), asked.begin(), asked.end());
-    return more;
-  };
+  const std::string asked = "GetClusterInfo true | GetUnicastAgents true \"\"";
+  const auto askedAnd = [&](const std::string& more) { return asked + " | " + more; };
   const std::string joined = "GetJoinedClusterUuids";
   Check({
-      {set, nullptr, "error: Korel Clustering is not enabled on this host | none", {asked[0]}},
+      {set, nullptr, "error: Korel Clustering is not enabled on this host | none",
+       "GetClusterInfo true"},
       {set + " -e false", bareAgent,
        "error: Can not enable Data-in-transit encryption because thumbprint is not provided for "
        "host "
        "10.0.0.1 (bare) | none",
        asked},
       {set + " -e true", in({"own", "other"}),
-       "error: Please specify the cluster uuid for shared witness host. | none",
-       askedAnd({joined})},
+       "error: Please specify the cluster uuid for shared witness host. | none", askedAnd(joined)},
       {set + " -u nobody", in({"own"}), "error: Unable to find subcluster UUID: nobody | none",
-       askedAnd({joined})},
-      {set, in({}), "true", askedAnd({joined, "GetClusterUuid"})},
+       askedAnd(joined)},
+      {set, in({}), "true", askedAnd(joined + " | GetClusterUuid")},
       {set + " -e yes -r 5", in({"own"}), "true",
-       askedAnd({joined, "GetClusterUuid", "SetDataInTransitEncryption own true SETTLED 0",
-                 "SetRekeyInterval own 5"})},
+       askedAnd(joined + " | GetClusterUuid | SetDataInTransitEncryption own true SETTLED 0 | "
+                         "SetRekeyInterval own 5")},
       {set + " -u other -r -7", in({"own", "other"}), "true",
-       askedAnd({joined, "SetRekeyInterval other -7"})},
+       askedAnd(joined + " | SetRekeyInterval other -7")},
       {set + " -e 0 -r 5", failing,
        "error: Unable to config data in transit encryption: no luck | none",
-       askedAnd({joined, "GetClusterUuid", "SetDataInTransitEncryption own false SETTLED 0",
-                 "SetRekeyInterval own 5"})},
+       askedAnd(joined + " | GetClusterUuid | SetDataInTransitEncryption own false SETTLED 0 | "
+                         "SetRekeyInterval own 5")},
   });
 }
 

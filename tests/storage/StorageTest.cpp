@@ -7,17 +7,11 @@ namespace {
 const std::string kA = "aaaaaaaa-0000-0000-0000-000000000001";
 const std::string kB = "bbbbbbbb-0000-0000-0000-000000000002";
 
-std::function<void(RecordingHost&)> Failing(const std::string& operation) {
-  return [operation](RecordingHost& host) { host.failures[operation] = "no luck"; };
-}
-
 TEST(Storage, Adds) {
   Check({
-      {"storage add -s ssd -d one -d one -d ''", nullptr, "true", {"AddDisks ssd [one,one,]"}},
-      {"storage add -s ssd -d one",
-       Failing("AddDisks"),
-       "error: Unable to add device: no luck | none",
-       {"AddDisks ssd [one]"}},
+      {"storage add -s ssd -d one -d one -d ''", nullptr, "true", "AddDisks ssd [one,one,]"},
+      {"storage add -s ssd -d one", Failing("AddDisks"),
+       "error: Unable to add device: no luck | none", "AddDisks ssd [one]"},
   });
 }
 
@@ -30,27 +24,20 @@ TEST(Storage, RemovesByTargetInOrder) {
            got + "' | none";
   };
   Check({
-      {"storage remove -d one", nullptr, "true", {"RemoveDisk one \"\""}},
-      {"storage remove -s one -m noAction", nullptr, "true", {"RemoveDiskGroup one NoAction"}},
-      {"storage remove -u one -m EvacuateAllData",
-       nullptr,
-       "true",
-       {"RemoveDiskByUuid one EvacuateAllData"}},
-      {"storage remove -d '' -m ensureObjectAccessibility",
-       nullptr,
-       "true",
-       {"RemoveDisk \"\" EnsureObjectAccessibility"}},
-      {"storage remove -d one -u two -m bad", nullptr, atMostOne, {}},
-      {"storage remove -m noaction", nullptr, notAMode("noaction"), {}},
-      {"storage remove -d one -m ''", nullptr, notAMode(""), {}},
-      {"storage remove -m evacuateAllData",
-       nullptr,
+      {"storage remove -d one", nullptr, "true", "RemoveDisk one \"\""},
+      {"storage remove -s one -m noAction", nullptr, "true", "RemoveDiskGroup one NoAction"},
+      {"storage remove -u one -m EvacuateAllData", nullptr, "true",
+       "RemoveDiskByUuid one EvacuateAllData"},
+      {"storage remove -d '' -m ensureObjectAccessibility", nullptr, "true",
+       "RemoveDisk \"\" EnsureObjectAccessibility"},
+      {"storage remove -d one -u two -m bad", nullptr, atMostOne, ""},
+      {"storage remove -m noaction", nullptr, notAMode("noaction"), ""},
+      {"storage remove -d one -m ''", nullptr, notAMode(""), ""},
+      {"storage remove -m evacuateAllData", nullptr,
        "error: No disk provided, one of --disk or --ssd or --uuid needs to be specified. | none",
-       {}},
-      {"storage remove -d one",
-       Failing("RemoveDisk"),
-       "error: Unable to remove device: no luck | none",
-       {"RemoveDisk one \"\""}},
+       ""},
+      {"storage remove -d one", Failing("RemoveDisk"),
+       "error: Unable to remove device: no luck | none", "RemoveDisk one \"\""},
   });
 }
 
@@ -87,36 +74,25 @@ TEST(Storage, ListsInUuidOrder) {
     TwoDisks(host);
     host.failures["GetDiskInfo"] = "no luck";
   };
-  const std::vector<std::string> asked = {"GetKorelDisks 0", "ListDiskUuids"};
+  const std::string asked = "GetKorelDisks 0 | ListDiskUuids";
   Check({
       {"storage list", nullptr, "[]", asked},
-      {"storage list",
-       TwoDisks,
-       "[" + Row("y", kA) + ", " + Row("x", kB) + "]",
-       {asked[0], asked[1], "GetDiskInfo " + kA, "GetDiskInfo " + kB}},
-      {"storage list -d free",
-       TwoDisks,
-       "[" + Row("free", free) + "]",
-       {asked[0], asked[1], "GetDiskInfo " + free}},
-      {"storage list -u " + upper,
-       TwoDisks,
-       "[" + Row("x", kB) + "]",
-       {asked[0], asked[1], "GetDiskInfo " + kB}},
+      {"storage list", TwoDisks, "[" + Row("y", kA) + ", " + Row("x", kB) + "]",
+       asked + " | GetDiskInfo " + kA + " | GetDiskInfo " + kB},
+      {"storage list -d free", TwoDisks, "[" + Row("free", free) + "]",
+       asked + " | GetDiskInfo " + free},
+      {"storage list -u " + upper, TwoDisks, "[" + Row("x", kB) + "]",
+       asked + " | GetDiskInfo " + kB},
       {"storage list -d X", TwoDisks, none + "name: X | none", asked},
       {"storage list -u " + kA, nullptr, none + "uuid: " + kA + " | none", asked},
-      {"storage list -d x -u y",
-       TwoDisks,
-       "error: Only one of --device or --uuid can be specified. | none",
-       {}},
-      {"storage list -u y",
-       TwoDisks,
+      {"storage list -d x -u y", TwoDisks,
+       "error: Only one of --device or --uuid can be specified. | none", ""},
+      {"storage list -u y", TwoDisks,
        "error: Unable to list devices: 'y' is not a UUID of the form "
        "\"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\" | none",
-       {asked[0]}},
-      {"storage list",
-       failing,
-       "error: Unable to list devices: no luck | none",
-       {asked[0], asked[1], "GetDiskInfo " + kA}},
+       "GetKorelDisks 0"},
+      {"storage list", failing, "error: Unable to list devices: no luck | none",
+       asked + " | GetDiskInfo " + kA},
   });
 }
 

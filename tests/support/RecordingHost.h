@@ -68,13 +68,17 @@ struct RecordingHost {
 /// single quotes keep a word together.
 std::string RunLine(const std::string& line);
 
-/// One way through a command: how the host is, what is typed, what comes of it, what was called.
+/// One way through a command: how the host is, what is typed, what comes of it, what was called
+/// (calls joined by " | ").
 struct Case {
   std::string line;
   std::function<void(RecordingHost&)> prepare;
   std::string outcome;
-  std::vector<std::string> calls;
+  std::string calls;
 };
+
+/// Prepares a host on which that operation fails with "no luck".
+std::function<void(RecordingHost&)> Failing(const std::string& operation);
 
 /// Runs each case on a host of its own.
 void Check(const std::vector<Case>& cases);

@@ -30,10 +30,10 @@ std::vector<std::string> Words(const std::string& line) {
 }
 
 template <typename Value>
-std::string Joined(const std::vector<Value>& values,
+std::string Joined(const std::vector<Value>& values, const char* separator,
                    const std::function<std::string(const Value&)>& text) {
   std::string joined;
-  for (const Value& value : values) joined += (joined.empty() ? "" : ", ") + text(value);
+  for (const Value& value : values) joined += (joined.empty() ? "" : separator) + text(value);
   return joined;
 }
 
@@ -53,13 +53,13 @@ std::string Text(const MetaObject& value) {
       const auto& record = static_cast<const MetaStruct&>(value);
       return record.GetTypeName() + "{" +
              Joined<MetaStruct::Field>(
-                 record.GetFields(),
+                 record.GetFields(), ", ",
                  [](const auto& field) { return field.name + "=" + Text(*field.value); }) +
              "}";
     }
     case MetaType::List:
       return "[" +
-             Joined<MetaObjectPtr>(static_cast<const MetaList&>(value).GetElements(),
+             Joined<MetaObjectPtr>(static_cast<const MetaList&>(value).GetElements(), ", ",
                                    [](const auto& element) { return Text(*element); }) +
              "]";
   }
@@ -89,13 +89,18 @@ std::string RunLine(const std::string& line) {
   return outcome + (output->GetRootObject() ? Text(*output->GetRootObject()) : "none");
 }
 
+std::function<void(RecordingHost&)> Failing(const std::string& operation) {
+  return [operation](RecordingHost& host) { host.failures[operation] = "no luck"; };
+}
+
 void Check(const std::vector<Case>& cases) {
   for (const Case& one : cases) {
     SCOPED_TRACE(one.line);
     RecordingHost host;
     if (one.prepare) one.prepare(host);
     EXPECT_EQ(RunLine("korel " + one.line), one.outcome);
-    EXPECT_EQ(host.calls, one.calls);
+    EXPECT_EQ(Joined<std::string>(host.calls, " | ", [](const auto& call) { return call; }),
+              one.calls);
   }
 }
 

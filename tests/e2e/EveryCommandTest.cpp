@@ -1,0 +1,257 @@
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include "tests/e2e/Program.h"
+
+namespace test {
+namespace {
+
+using nlohmann::json;
+
+/// What to type for every command of the tree: in a lab with a cluster, a disk group, agents and a
+/// network, each of these does its work. CLUSTER, CACHE, DISK, FREE, FLASH and POOL stand for what
+/// that lab has.
+const std::map<std::string, std::string> kLines = {
+    {"cluster get", ""},
+    {"cluster join", "-u CLUSTER"},
+    {"cluster korelmax set", "-e false"},
+    {"cluster leave", ""},
+    {"cluster list", ""},
+    {"cluster new", ""},
+    {"cluster preferredfaultdomain get", ""},
+    {"cluster preferredfaultdomain list", ""},
+    {"cluster preferredfaultdomain set", "-n fd1"},
+    {"cluster restore", ""},
+    {"cluster unicastagent add",
+     "-t node -u 5291022a-ad03-df90-dd0f-b9f980cc0001 -U true -a 10.0.0.9"},
+    {"cluster unicastagent clear", ""},
+    {"cluster unicastagent list", ""},
+    {"cluster unicastagent remove", "-u 5291022a-ad03-df90-dd0f-b9f980cc005e -a 10.0.0.1"},
+    {"datastore add", "-n ds2"},
+    {"datastore clear", ""},
+    {"datastore list", ""},
+    {"datastore name get", ""},
+    {"datastore name set", "-n renamed"},
+    {"datastore remove", "-u 5291022a-ad03-df90-dd0f-b9f980cc0002"},
+    {"faultdomain get", ""},
+    {"faultdomain reset", ""},
+    {"faultdomain set", "-n fd7"},
+    {"maintenancemode cancel", ""},
+    {"network clear", ""},
+    {"network ip add", "-i hsk1"},
+    {"network ip remove", "-i hsk0"},
+    {"network ip set", "-i hsk0 -t 9"},
+    {"network ipv4 add", "-i hsk1"},
+    {"network ipv4 remove", "-i hsk0"},
+    {"network ipv4 set", "-i hsk0 -t 9"},
+    {"network list", ""},
+    {"network remove", "-i hsk0"},
+    {"network restore", ""},
+    {"network security get", ""},
+    {"network security list", ""},
+    {"network security set", "-e true -r 60"},
+    {"policy cleardefault", ""},
+    {"policy getdefault", ""},
+    {"policy setdefault", "-c vdisk -p copies=2"},
+    {"resync bandwidth get", ""},
+    {"resync throttle get", ""},
+    {"resync throttle set", "--level 7"},
+    {"storage add", "-s CACHE -d FREE"},
+    {"storage automode get", ""},
+    {"storage automode set", "--enabled false"},
+    {"storage diskgroup mount", "-s CACHE"},
+    {"storage diskgroup rebuild", "-s CACHE -t fullDisk"},
+    {"storage diskgroup unmount", "-s CACHE"},
+    {"storage list", ""},
+    {"storage remove", "-d DISK"},
+    {"storage tag add", "-t korelDirect -d FREE"},
+    {"storage tag remove", "-t capacityFlash -d FLASH"},
+    {"storagepool add", "-d FLASH"},
+    {"storagepool list", ""},
+    {"storagepool remove", "-d POOL"},
+    {"trace get", ""},
+    {"trace set", "-s 100"},
+};
+
+/// Operations behind which a command may still call one that fails.
+const std::vector<std::string> kChanging = {"AddUnicastAgent", "SetDataInTransitEncryption",
+                                            "SetTracedLogOptions", "RemoveUnicastAgent"};
+
+class EveryCommand : public Lab {
+ protected:
+  EveryCommand() {
+    environment["KOREL_LAB"] = folder + "/lab/lab.db";
+    environment["KOREL_LAB_CALLS"] = folder + "/calls";
+  }
+
+  std::string LabFile() const { return folder + "/lab/lab.db"; }
+
+  void Save() const {
+    std::filesystem::copy(folder + "/lab", folder + "/saved",
+                          std::filesystem::copy_options::recursive);
+  }
+  void GoBack() const {
+    std::filesystem::remove_all(folder + "/lab");
+    std::filesystem::copy(folder + "/saved", folder + "/lab",
+                          std::filesystem::copy_options::recursive);
+  }
+
+  /// Every row of every table but the faults, and every file under the hosts' roots.
+  std::string State() const {
+    std::string state;
+    SQLite::Database database(LabFile());
+    SQLite::Statement tables(
+        database,
+        "SELECT name FROM sqlite_schema WHERE type = 'table' AND name <> 'faults' "
+        "ORDER BY name");
+    while (tables.executeStep()) {
+      const std::string table = tables.getColumn(0);
+      state += "\n" + table;
+      SQLite::Statement rows(database, "SELECT * FROM " + table);
+      while (rows.executeStep()) {
+        state += "\n";
+        for (int i = 0; i < rows.getColumnCount(); ++i) {
+          state += rows.getColumn(i).getString() + "|";
+        }
+      }
+    }
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder + "/lab")) {
+      if (!entry.is_regular_file() || entry.path() == LabFile()) continue;
+      std::ostringstream text;
+      text << std::ifstream(entry.path()).rdbuf();
+      state += "\n" + entry.path().string() + "\n" + text.str();
+    }
+    return state;
+  }
+
+  void Inject(const std::string& operation) const {
+    SQLite::Database database(LabFile(), SQLite::OPEN_READWRITE);
+    SQLite::Statement insert(
+        database, "INSERT INTO faults (operation, message) VALUES (?, 'injected failure')");
+    insert.bind(1, operation);
+    insert.exec();
+  }
+
+  /// The operations called since the last question, in order.
+  std::vector<std::string> Called() const {
+    std::vector<std::string> operations;
+    std::ifstream calls(folder + "/calls");
+    for (std::string line; std::getline(calls, line);) {
+      operations.push_back(json::parse(line)["operation"]);
+    }
+    std::filesystem::remove(folder + "/calls");
+    return operations;
+  }
+
+  void CheckFailures(const std::string& line, const std::vector<std::string>& operations) const;
+  /// Runs every command, its line completed by `names`, and once more for each failure.
+  void CheckAll(const std::map<std::string, std::string>& names) const;
+};
+
+/// `text` with the first place of each name taken by its value.
+std::string Replaced(std::string text, const std::map<std::string, std::string>& values) {
+  for (const auto& [name, value] : values) {
+    const auto at = text.find(name);
+    if (at != std::string::npos) text.replace(at, name.size(), value);
+  }
+  return text;
+}
+
+std::vector<std::string> Leaves(const json& node, const std::string& path) {
+  if (node["kind"] == "command") return {path};
+  std::vector<std::string> leaves;
+  for (const json& child : node["children"]) {
+    const std::string name = child["name"];
+    for (const auto& leaf : Leaves(child, path.empty() ? name : path + " " + name)) {
+      leaves.push_back(leaf);
+    }
+  }
+  return leaves;
+}
+
+/// Each operation that the line calls fails once: one error with its words, and nothing changed.
+void EveryCommand::CheckFailures(const std::string& line,
+                                 const std::vector<std::string>& operations) const {
+  const std::set<std::string> distinct(operations.begin(), operations.end());
+  for (const std::string& operation : distinct) {
+    SCOPED_TRACE("failing " + operation);
+    GoBack();
+    const std::string before = State();
+    Inject(operation);
+    const Ended ended = Run(line);
+    const auto called = Called();
+    EXPECT_EQ(ended.status, 1) << ended.err;
+    EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+    std::string words = "injected failure";
+    if (operation == "GetKorelInfo") words = "Could not get KorelInfo. Plugin version mismatch?";
+    if (line == "korel faultdomain reset") words = "Unable to reset fault domain name";
+    EXPECT_NE(ended.err.find(words), std::string::npos) << ended.err;
+    const bool hasChanged = std::any_of(called.begin(), called.end(), [&](const auto& one) {
+      return one != operation &&
+             std::find(kChanging.begin(), kChanging.end(), one) != kChanging.end();
+    });
+    if (!hasChanged) {
+      EXPECT_EQ(State(), before);
+    }
+  }
+}
+
+void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) const {
+  const json tree = json::parse(Run("--describe korel").out);
+  const auto leaves = Leaves(tree, "");
+  EXPECT_EQ(leaves.size(), 58U);
+  for (const std::string& path : leaves) {
+    SCOPED_TRACE(path);
+    ASSERT_TRUE(kLines.contains(path));
+    const std::string line = "korel " + path + " " + Replaced(kLines.at(path), names);
+    GoBack();
+    Called();
+    const Ended ended = Run(line);
+    // A result of another shape than declared would be status 4.
+    EXPECT_LE(ended.status, 1) << ended.err;
+    EXPECT_EQ(ended.status == 0, ended.err.empty()) << ended.err;
+    CheckFailures(line.substr(0, line.find_last_not_of(' ') + 1), Called());
+  }
+}
+
+TEST_F(EveryCommand, FailsCleanlyInAFreshLab) {
+  Do("lab host list");
+  Save();
+  CheckAll({{"CLUSTER", "5291022a-ad03-df90-dd0f-b9f980cc0003"},
+            {"CACHE", "none1"},
+            {"DISK", "none2"},
+            {"FREE", "none3"},
+            {"FLASH", "none4"},
+            {"POOL", "none5"}});
+}
+
+TEST_F(EveryCommand, FailsCleanlyInAPreparedLab) {
+  Do("korel cluster new");
+  const std::string cluster = Ask("korel datastore list")["result"][0]["Cluster UUID"];
+  const json disks = Ask("lab disk list")["result"];
+  std::vector<std::string> caches, flash, spinning;
+  for (const json& disk : disks) {
+    auto& group = disk["Fit For"] == "cache" ? caches : disk["Is SSD"] ? flash : spinning;
+    group.push_back(disk["Device"]);
+  }
+  Do("korel storage add -s " + caches[0] + " -d " + spinning[0] + " -d " + spinning[1]);
+  Do("korel datastore add -n ds1 -u 5291022a-ad03-df90-dd0f-b9f980cc0002");
+  Do("korel network ip add -i hsk0 -T korel -T witness");
+  Do("korel cluster unicastagent add -t node -u 5291022a-ad03-df90-dd0f-b9f980cc005e -U true -a "
+     "10.0.0.1 -T 00:01:02:03:04:05:06:07:08:09:0a:0b:0c:0d:0e:0f:10:11:12:13");
+  Do("korel storagepool add -d " + flash[1]);
+  Do("lab maintenance start");
+  Save();
+  CheckAll({{"CLUSTER", cluster},
+            {"CACHE", caches[0]},
+            {"DISK", spinning[0]},
+            {"FREE", spinning[2]},
+            {"FLASH", flash[0]},
+            {"POOL", flash[1]}});
+}
+
+}  // namespace
+}  // namespace test
