@@ -24,10 +24,10 @@ compare() {
 for i in 1 2 3; do "$bin/autocli" korel datastore add --name "ds$i" >/dev/null; done
 "$long" --formatter table records list --count 100000 >"$scratch/table.txt"
 
-compare "autocli --version / empty program" 1.5 300 "$bin/autocli --version" "$bin/bench_empty"
-compare "autocli --help / empty program" 1.5 300 "$bin/autocli --help" "$bin/bench_empty"
+compare "autocli --version / empty program" 1.5 300 "$bin/autocli --version" "$1/bench/bin/bench_empty"
+compare "autocli --help / empty program" 1.5 300 "$bin/autocli --help" "$1/bench/bin/bench_empty"
 compare "korel datastore list / bare reader" 1.3 300 "$bin/autocli korel datastore list" \
-  "$bin/bench_bare_reader $KOREL_LAB"
+  "$1/bench/bin/bench_bare_reader $KOREL_LAB"
 compare "100,000 records as table / column -t" 1.0 5 "$long records list --count 100000" \
   "column -t <$scratch/table.txt"
 for formatter in simple json csv; do

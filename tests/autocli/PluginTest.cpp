@@ -1,37 +1,57 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
 #include "autocli/plugin/Loader.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
 namespace {
 
+using Corvex::AutoCli::AutoCli_ShellCmd;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class PluginTest : public testing::Test {
+/// Tests with a folder of their own, gone with them.
+class FolderTest : public testing::Test {
  protected:
-  /// Puts a copy of the built plug-in into the folder, writable by its owner only.
-  void Install(const std::string& plugin, const std::string& name) const {
-    Put(name, ReadFile(std::string(TEST_PLUGIN_FOLDER) + "/" + plugin));
+  FolderTest() {
+    if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no folder: " + path_);
+  }
+  ~FolderTest() override { std::filesystem::remove_all(path_); }
+
+  /// Writes a file into the folder and returns its path.
+  std::string Put(const std::string& name, const std::string& bytes, mode_t mode = 0644) const {
+    const std::string path = path_ + "/" + name;
+    std::ofstream(path, std::ios::binary) << bytes;
+    chmod(path.c_str(), mode);
+    return path;
   }
 
-  void Put(const std::string& name, const std::string& bytes) const {
-    WriteFile(folder_ / name, bytes);
-    chmod((folder_ / name).c_str(), 0644);
+  std::string path_ = std::filesystem::temp_directory_path() / "autocli-test-XXXXXX";
+};
+
+class PluginTest : public FolderTest {
+ protected:
+  /// The bytes of a plug-in as it was built.
+  static std::string Built(const std::string& name) {
+    std::ifstream file(std::string(TEST_PLUGIN_FOLDER) + "/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
   }
 
-  Words Load() { return LoadPlugins(folder_.Path(), root_); }
+  Words Load() { return LoadPlugins(path_, root_); }
 
-  TemporaryFolder folder_;
+  std::string good_ = Built("good.so");
   std::shared_ptr<Namespace> root_ = Namespace::New();
 };
 
 TEST_F(PluginTest, BadOnesAreNamedAndTheRestWorks) {
-  Install("throwing.so", "a.so");
-  Install("silent.so", "b.so");
-  Install("good.so", "c.so");
+  Put("a.so", Built("throwing.so"));
+  Put("b.so", Built("silent.so"));
+  Put("c.so", good_);
   Put("d.so.txt", "no plug-in");
   EXPECT_THAT(Load(), ElementsAre("plug-in \"a.so\": no disk today",
                                   "plug-in \"b.so\": no entry point AutoCli_RegisterNamespaces"));
@@ -40,64 +60,84 @@ TEST_F(PluginTest, BadOnesAreNamedAndTheRestWorks) {
 }
 
 TEST_F(PluginTest, FilesThatCouldKillTheProcessAreNotLoaded) {
-  const std::string whole = ReadFile(std::string(TEST_PLUGIN_FOLDER) + "/good.so");
-  ASSERT_GT(whole.size(), 4096U);
-  std::string elsewhere = whole;
+  std::string elsewhere = good_;
   elsewhere[18] = static_cast<char>(elsewhere[18] ^ 0x55);  // the machine
-  std::string program = whole;
+  std::string program = good_;
   program[16] = 2;  // the type
-  Put("a-empty.so", "");
-  Put("b-text.so", std::string(1000, 'x'));
-  Put("c-machine.so", elsewhere);
-  Put("d-program.so", program);
-  EXPECT_THAT(Load(), ElementsAre("plug-in \"a-empty.so\": truncated",
-                                  "plug-in \"b-text.so\": no shared object",
-                                  "plug-in \"c-machine.so\": made for another machine",
-                                  "plug-in \"d-program.so\": no shared object"));
+  Put("b.so", std::string(1000, 'x'));
+  Put("c.so", elsewhere);
+  Put("d.so", program);
   for (const std::size_t size :
-       {std::size_t{64}, std::size_t{100}, whole.size() / 4, whole.size() / 2, whole.size() - 1}) {
-    const TemporaryFolder folder;
-    WriteFile(folder / "cut.so", whole.substr(0, size));
-    chmod((folder / "cut.so").c_str(), 0644);
-    EXPECT_THAT(LoadPlugins(folder.Path(), root_), ElementsAre("plug-in \"cut.so\": truncated"))
+       {std::size_t{0}, std::size_t{100}, good_.size() / 4, good_.size() / 2, good_.size() - 1}) {
+    Put("a.so", good_.substr(0, size));
+    EXPECT_THAT(Load(),
+                ElementsAre("plug-in \"a.so\": truncated", "plug-in \"b.so\": no shared object",
+                            "plug-in \"c.so\": made for another machine",
+                            "plug-in \"d.so\": no shared object"))
         << size;
   }
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
 }
 
 TEST_F(PluginTest, FilesThatOthersCouldHaveWrittenAreNotLoaded) {
-  Install("good.so", "a.so");
-  chmod((folder_ / "a.so").c_str(), 0646);
-  Install("good.so", "b.so");
-  chmod((folder_ / "b.so").c_str(), 0664);
-  Install("good.so", "target");
-  std::filesystem::create_symlink(folder_ / "target", folder_ / "c.so");
-  std::filesystem::create_directory(folder_ / "d.so");
-  ASSERT_EQ(mkfifo((folder_ / "e.so").c_str(), 0644), 0);
-  EXPECT_THAT(Load(),
-              ElementsAre("plug-in \"a.so\": writable by group or others",
-                          "plug-in \"b.so\": writable by group or others",
-                          "plug-in \"c.so\": no regular file", "plug-in \"d.so\": no regular file",
-                          "plug-in \"e.so\": no regular file"));
+  Put("a.so", good_, 0646);
+  Put("b.so", good_, 0664);
+  std::filesystem::create_symlink(Put("target", good_), path_ + "/c.so");
+  ASSERT_EQ(mkfifo((path_ + "/d.so").c_str(), 0644), 0);
+  EXPECT_THAT(Load(), ElementsAre("plug-in \"a.so\": writable by group or others",
+                                  "plug-in \"b.so\": writable by group or others",
+                                  "plug-in \"c.so\": no regular file",
+                                  "plug-in \"d.so\": no regular file"));
+  if (geteuid() == 0) {  // only root can give files away
+    ASSERT_EQ(chown(Put("a.so", good_).c_str(), 12345, 0), 0);
+    EXPECT_EQ(Load().front(), "plug-in \"a.so\": belongs to neither root nor the user");
+  }
+  chmod(path_.c_str(), 0777);
+  EXPECT_THAT(Load(), ElementsAre("plug-in folder \"" + path_ + "\": writable by group or others"));
+  EXPECT_THAT(LoadPlugins(path_ + "/none", root_), IsEmpty());
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
 }
 
-TEST_F(PluginTest, FilesOfStrangersAreNotLoaded) {
-  if (geteuid() != 0) GTEST_SKIP() << "only root can give files away";
-  Install("good.so", "a.so");
-  ASSERT_EQ(chown((folder_ / "a.so").c_str(), 12345, 0), 0);
-  EXPECT_THAT(Load(), ElementsAre("plug-in \"a.so\": belongs to neither root nor the user"));
+class ShellCmdTest : public FolderTest {
+ protected:
+  std::string output_ = "old";
+};
+
+TEST_F(ShellCmdTest, ProgramsGetTheirWordsAndTellTheirEnd) {
+  const std::string program =
+      Put("program", "#!/bin/sh\nprintf '<%s>' \"$@\"\necho lost >&2\nexit 7\n", 0755);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(AutoCli_ShellCmd("  " + program + "  -t  a,b -d caf\xc3\xa9 ", output_, ""), 7);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(output_, "<-t><a,b><-d><caf\xc3\xa9>");
+  EXPECT_EQ(AutoCli_ShellCmd(Put("program", "#!/bin/sh\nkill -9 $$\n", 0755), output_, ""),
+            128 + SIGKILL);
+  EXPECT_EQ(AutoCli_ShellCmd("/usr/bin/env", output_, ""), 0);
+  EXPECT_EQ(output_, "PATH=/usr/sbin:/usr/bin:/sbin:/bin\nLC_ALL=C\n");
 }
 
-TEST_F(PluginTest, FoldersAreHeldToTheSame) {
-  Install("good.so", "good.so");
-  chmod(folder_.Path().c_str(), 0777);
-  EXPECT_THAT(Load(), ElementsAre("plug-in folder \"" + folder_.Path() +
-                                  "\": writable by group or others"));
-  EXPECT_THAT(LoadPlugins(folder_ / "none", root_), IsEmpty());
-  EXPECT_THAT(LoadPlugins(folder_ / "good.so", root_),
-              ElementsAre("plug-in folder \"" + (folder_ / "good.so") + "\": Not a directory"));
-  EXPECT_THAT(root_->GetChildren(), IsEmpty());
+TEST_F(ShellCmdTest, NothingRunsWhenTheLineMeansSomethingToAShell) {
+  const std::string program = Put("program", "#!/bin/sh\ntouch \"$0.ran\"\n", 0755);
+  for (const char c : std::string("|&;<>()$`\"'\\*?[]#~={}!%^\n\t\r\x01\x7f") + '\0') {
+    EXPECT_EQ(AutoCli_ShellCmd(program + " a" + c + "b", output_, ""), -1) << static_cast<int>(c);
+    EXPECT_EQ(AutoCli_ShellCmd(program + c, output_, ""), -1) << static_cast<int>(c);
+  }
+  for (const std::string line : {"", "  ", "program", "./program", "/absent", "/tmp"}) {
+    EXPECT_EQ(AutoCli_ShellCmd(line, output_, ""), -1) << line;
+    EXPECT_EQ(output_, "");
+  }
+  EXPECT_FALSE(std::filesystem::exists(program + ".ran"));
+  EXPECT_EQ(AutoCli_ShellCmd(program, output_, ""), 0);
+  EXPECT_TRUE(std::filesystem::exists(program + ".ran"));
+}
+
+TEST_F(ShellCmdTest, LargeTextsGoBothWaysAtOnce) {
+  const std::string input(3000000, 'x');
+  EXPECT_EQ(AutoCli_ShellCmd("/bin/cat", output_, input), 0);
+  EXPECT_TRUE(output_ == input) << output_.size();
+  // A program that does not read its input ends neither itself nor us.
+  EXPECT_EQ(AutoCli_ShellCmd("/bin/true", output_, input), 0);
+  EXPECT_EQ(output_, "");
 }
 
 }  // namespace

@@ -2,21 +2,18 @@
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
 #include <functional>
-#include <memory>
-#include <string>
-#include <vector>
+#include <sstream>
 
+#include "autocli/driver/Driver.h"
 #include "autocli/text/Sink.h"
 #include "platform/autocli/Declare.h"
 
 namespace autocli::test {
 
+namespace Declare = Corvex::Declare;
 using Corvex::AutoCli::Namespace;
 using Corvex::CallSpec::InputSpec;
-using Corvex::CallSpec::ParameterConstraint;
-using Corvex::CallSpec::ParameterSpec;
 using Corvex::CallSpec::ParameterType;
 using Corvex::Declare::InputPtr;
 using Corvex::Declare::OutputPtr;
@@ -49,22 +46,47 @@ class TestCommand final : public Corvex::AutoCli::Command {
   std::function<std::shared_ptr<InputSpec>()> input = [] { return InputSpec::New(); };
   MetaObjectPtr prototype = MetaBool::New();
   std::function<void(const InputPtr&, const OutputPtr&)> execute =
-      [](const InputPtr&, const OutputPtr& output) { Corvex::Declare::Succeed(output); };
+      [](const InputPtr&, const OutputPtr& output) { Declare::Succeed(output); };
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override { return input(); }
   std::shared_ptr<Corvex::CallSpec::OutputSpec> GetOutputSpecInternal() override {
-    return Corvex::Declare::Answers(prototype);
+    return Declare::Answers(prototype);
   }
   void ExecuteInternal(const InputPtr& in, const OutputPtr& out) override { execute(in, out); }
 };
 
-/// A disk record: Name, Size, Fast, Tags. Null stands for unset.
-std::shared_ptr<MetaStruct> DiskPrototype();
-std::shared_ptr<MetaStruct> Disk(const char* name, std::int64_t size, bool fast, const Words& tags);
+inline std::shared_ptr<MetaList> Texts(const Words& texts) {
+  auto list = MetaList::New(MetaType::String);
+  for (const auto& text : texts) list->Add(text);
+  return list;
+}
+
+/// A disk record: Name, Size, Fast, Tags, all unset.
+inline std::shared_ptr<MetaStruct> DiskPrototype() {
+  return Declare::Structure("Disk", {{"Name", MetaType::String},
+                                     {"Size", MetaType::Int},
+                                     {"Fast", MetaType::Bool},
+                                     {"Tags", MetaType::List}});
+}
+
+inline std::shared_ptr<MetaStruct> Disk(const char* name, std::int64_t size, bool fast,
+                                        const Words& tags) {
+  auto disk = DiskPrototype();
+  disk->SetField("Name", name);
+  disk->SetField("Size", size);
+  disk->SetField("Fast", fast);
+  disk->SetField("Tags", Texts(tags));
+  return disk;
+}
 
 /// What one run came to.
 struct Ran {
+  bool operator==(const Ran&) const = default;
+  friend void PrintTo(const Ran& ran, std::ostream* out) {
+    *out << ran.status << "\nout: " << ran.out << "\nerr: " << ran.err;
+  }
+
   int status;
   std::string out;
   std::string err;
@@ -72,31 +94,43 @@ struct Ran {
 
 /// A tree with one namespace, "disk", and its commands "list" (records) and "grow" (options).
 struct DiskTree {
-  DiskTree();
-  Ran Run(const Words& words, const Words& pluginFaults = {},
-          const std::string& program = "/usr/bin/autocli") const;
+  DiskTree() {
+    list->SetDescription("List the disks");
+    list->prototype = Declare::ListOf(DiskPrototype());
+    list->execute = [](const InputPtr&, const OutputPtr& output) {
+      auto disks = Declare::ListOf(DiskPrototype());
+      disks->Add(Disk("a", 5, true, {"x", "y"}));
+      output->SetRootObject(disks);
+    };
+    grow->SetDescription("Grow a disk");
+    grow->input = [] {
+      return Declare::Inputs({
+          {.name = "name", .shortName = "n", .required = true},
+          {.name = "size", .type = ParameterType::Int, .constraint = Declare::IntRange(-1, 512)},
+      });
+    };
+    auto disk = Namespace::New();
+    disk->SetDescription("Disks of the host");
+    disk->RegisterNamespaceNode(list, "list");
+    disk->RegisterNamespaceNode(grow, "grow");
+    root->RegisterNamespaceNode(disk, "disk");
+  }
+
+  /// Runs the words of the line, blanks between them.
+  Ran Run(const std::string& line, const Words& pluginFaults = {},
+          const std::string& program = "/usr/bin/autocli") const {
+    TextSink out;
+    TextSink err;
+    Words arguments = {program};
+    std::istringstream words(line);
+    for (std::string word; words >> word;) arguments.push_back(word);
+    const int status = autocli::Run(arguments, root, pluginFaults, out, err);
+    return {status, out.text, err.text};
+  }
 
   std::shared_ptr<Namespace> root = Namespace::New();
   std::shared_ptr<TestCommand> list = std::make_shared<TestCommand>();
   std::shared_ptr<TestCommand> grow = std::make_shared<TestCommand>();
 };
-
-/// A folder of the test's own, gone with it.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-std::string ReadFile(const std::string& path);
-void WriteFile(const std::string& path, const std::string& text);
 
 }  // namespace autocli::test

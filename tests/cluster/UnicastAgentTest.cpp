@@ -93,7 +93,7 @@ TEST(UnicastAgentAdd, RefusesInOrder) {
            kNone + " 1 false 10.0.0.1 12321 false \"\" \"\" \"\" own"},
       {add + " -t Node", Own,
        "usage: option \"--type\" takes one of \"witness\", \"node\", \"metadata\", \"remote\", not "
-       "\"Node\"",
+       "\"Node\", did you mean \"node\"?",
        ""},
   });
 }

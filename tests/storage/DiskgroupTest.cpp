@@ -25,7 +25,8 @@ TEST(Diskgroup, MountsAndUnmountsByTarget) {
        "error: Evacuation mode -m is only valid with --ssd option. | none", ""},
       {unmount + " -s one -m noAction", nullptr,
        "usage: option \"--evacuation-mode\" takes one of \"NoAction\", "
-       "\"EnsureObjectAccessibility\", \"EvacuateAllData\", not \"noAction\"",
+       "\"EnsureObjectAccessibility\", \"EvacuateAllData\", not \"noAction\", did you mean "
+       "\"NoAction\"?",
        ""},
       {unmount + " -s one", Failing("UnmountDiskGroup"), "error: Unable to unmount: no luck | none",
        "UnmountDiskGroup one true"},

@@ -1,0 +1,83 @@
+#include <algorithm>
+
+#include "lab/commands/Commands.h"
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+#include "lab/model/ClusterFacts.h"
+#include "lab/model/Clusters.h"
+#include "lab/model/Lab.h"
+
+namespace lab {
+namespace {
+
+std::shared_ptr<MetaStruct> Shape() {
+  return Structure("LabCluster", {{"UUID", MetaType::String},
+                                  {"Client", MetaType::Bool},
+                                  {"Stretched", MetaType::Bool},
+                                  {"Preferred Fault Domain", MetaType::String},
+                                  {"Encrypted", MetaType::Bool},
+                                  {"Rekey Interval", MetaType::Int},
+                                  {"Generation", MetaType::Int},
+                                  {"Changed", MetaType::String},
+                                  {"Members", MetaType::List}});
+}
+
+std::string DescribeMember(const ClusterMember& member) {
+  return member.hostName + " (" + NodeTypeName(member.nodeType) + ", fault domain " +
+         member.faultDomain + (member.isActive ? ")" : ", not restored)");
+}
+
+Cluster Find(Store& store, const std::string& text) {
+  const std::string uuid = CanonicalUuid(text);
+  const auto clusters = AllClusters(store);
+  const auto found = std::find_if(clusters.begin(), clusters.end(),
+                                  [&](const Cluster& cluster) { return cluster.uuid == uuid; });
+  if (found == clusters.end()) Fail("there is no cluster ", uuid);
+  return *found;
+}
+
+std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
+  const Encryption encryption = EncryptionOf(store, cluster.uuid);
+  const auto generation = ConfigGeneration(store, cluster.id);
+  auto members = MetaList::New(MetaType::String);
+  for (const ClusterMember& member : MembersOf(store, cluster.id)) {
+    members->Add(DescribeMember(member));
+  }
+  auto record = Shape();
+  record->SetField("UUID", cluster.uuid);
+  record->SetField("Client", cluster.isClient);
+  record->SetField("Stretched", IsStretched(store, cluster.id));
+  record->SetField("Preferred Fault Domain", cluster.preferredFaultDomain);
+  record->SetField("Encrypted", encryption.isEnabled);
+  record->SetField("Rekey Interval", encryption.rekeyMinutes);
+  record->SetField("Generation", generation.number);
+  record->SetField("Changed", generation.time);
+  record->SetField("Members", members);
+  return record;
+}
+
+}  // namespace
+
+LabClusterShow::LabClusterShow() {
+  SetDescription("Show a cluster of the lab as all its members share it.");
+  Show(*this, *Shape(), "simple", "Cluster %UUID%");
+  SetDefaultOutputParameter("units:LabCluster.Rekey Interval", "minutes");
+}
+
+std::shared_ptr<InputSpec> LabClusterShow::GetInputSpecInternal() {
+  return Inputs({{.name = "uuid",
+                  .shortName = "u",
+                  .required = true,
+                  .description = "UUID of the cluster, as \"lab cluster list\" shows it."}});
+}
+
+std::shared_ptr<OutputSpec> LabClusterShow::GetOutputSpecInternal() { return Answers(Shape()); }
+
+void LabClusterShow::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  Attempt(output, [&] {
+    output->SetRootObject(InLab(
+        [&](Store& store) { return Describe(store, Find(store, input->GetParameter("uuid"))); }));
+  });
+}
+
+}  // namespace lab

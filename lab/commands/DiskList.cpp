@@ -1,0 +1,68 @@
+#include "lab/commands/Commands.h"
+#include "lab/model/Disks.h"
+#include "lab/model/Lab.h"
+
+namespace lab {
+namespace {
+
+std::shared_ptr<MetaStruct> Shape() {
+  return Structure("LabDisk", {{"Device", MetaType::String},
+                               {"Is SSD", MetaType::Bool},
+                               {"Size", MetaType::String},
+                               {"Fit For", MetaType::String},
+                               {"In Use", MetaType::Bool},
+                               {"Data", MetaType::String},
+                               {"Healthy", MetaType::Bool},
+                               {"KOREL UUID", MetaType::String}});
+}
+
+std::string SizeText(std::int64_t sizeGb) {
+  constexpr std::int64_t kGbPerTb = 1000;
+  if (sizeGb > 0 && sizeGb % kGbPerTb == 0) return std::to_string(sizeGb / kGbPerTb) + " TB";
+  return std::to_string(sizeGb) + " GB";
+}
+
+const char* FitFor(const Device& device) {
+  if (device.isKorelDirect) return "direct";
+  return device.IsForCapacity() ? "capacity" : "cache";
+}
+
+std::shared_ptr<MetaStruct> Describe(const Device& device) {
+  auto record = Shape();
+  record->SetField("Device", device.name);
+  record->SetField("Is SSD", device.isFlash);
+  record->SetField("Size", SizeText(device.sizeGb));
+  record->SetField("Fit For", FitFor(device));
+  record->SetField("In Use", device.claim.has_value());
+  record->SetField("Data", SizeText(device.claim ? device.claim->usedGb : 0));
+  record->SetField("Healthy", device.isHealthy);
+  record->SetField("KOREL UUID", device.uuid);
+  return record;
+}
+
+}  // namespace
+
+LabDiskList::LabDiskList() {
+  SetDescription("List the devices of the host, in use or not, and what they are fit for.");
+  Show(*this, *Shape(), "table");
+}
+
+std::shared_ptr<InputSpec> LabDiskList::GetInputSpecInternal() { return Inputs(); }
+
+std::shared_ptr<OutputSpec> LabDiskList::GetOutputSpecInternal() {
+  return Answers(ListOf(Shape()));
+}
+
+void LabDiskList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
+  Attempt(output, [&] {
+    auto list = ListOf(Shape());
+    InLab([&](Store& store) {
+      for (const Device& device : DevicesOf(store, CurrentHost(store))) {
+        list->Add(Describe(device));
+      }
+    });
+    output->SetRootObject(list);
+  });
+}
+
+}  // namespace lab

@@ -1,0 +1,5 @@
+#include "lab/commands/Tree.h"
+
+extern "C" void AutoCli_RegisterNamespaces(std::shared_ptr<Corvex::AutoCli::Namespace>& root) {
+  Corvex::Declare::RegisterTop(*root, lab::Tree());
+}

@@ -1,0 +1,61 @@
+#include "lab/commands/Commands.h"
+#include "lab/model/Clusters.h"
+#include "lab/model/HostState.h"
+#include "lab/model/Lab.h"
+
+namespace lab {
+namespace {
+
+std::shared_ptr<MetaStruct> Shape() {
+  return Structure("LabHost", {{"Name", MetaType::String},
+                               {"Node UUID", MetaType::String},
+                               {"Node Type", MetaType::String},
+                               {"Fault Domain", MetaType::String},
+                               {"Korel Max", MetaType::Bool},
+                               {"Cluster UUIDs", MetaType::List}});
+}
+
+const char* NodeTypeText(const std::optional<Membership>& membership) {
+  if (!membership) return "none";
+  return membership->isClient ? "client" : NodeTypeName(membership->nodeType);
+}
+
+std::shared_ptr<MetaStruct> Describe(Store& store, const Host& host) {
+  auto clusters = MetaList::New(MetaType::String);
+  for (const Membership& membership : ActiveMemberships(store, host)) {
+    clusters->Add(membership.clusterUuid);
+  }
+  auto record = Shape();
+  record->SetField("Name", host.name);
+  record->SetField("Node UUID", host.nodeUuid);
+  record->SetField("Node Type", NodeTypeText(FirstMembership(store, host)));
+  record->SetField("Fault Domain", host.faultDomain);
+  record->SetField("Korel Max", IsKorelMax(store, host));
+  record->SetField("Cluster UUIDs", clusters);
+  return record;
+}
+
+}  // namespace
+
+LabHostList::LabHostList() {
+  SetDescription("List the hosts of the lab.");
+  Show(*this, *Shape(), "simple", "%Name%");
+}
+
+std::shared_ptr<InputSpec> LabHostList::GetInputSpecInternal() { return Inputs(); }
+
+std::shared_ptr<OutputSpec> LabHostList::GetOutputSpecInternal() {
+  return Answers(ListOf(Shape()));
+}
+
+void LabHostList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
+  Attempt(output, [&] {
+    auto list = ListOf(Shape());
+    InLab([&](Store& store) {
+      for (const Host& host : AllHosts(store)) list->Add(Describe(store, host));
+    });
+    output->SetRootObject(list);
+  });
+}
+
+}  // namespace lab

@@ -1,0 +1,68 @@
+#include "lab/commands/Commands.h"
+#include "lab/common/Text.h"
+#include "lab/model/Clusters.h"
+#include "lab/model/Lab.h"
+
+namespace lab {
+namespace {
+
+using Tovrin::Korel::KorelNodeType;
+
+constexpr KorelNodeType kNodeTypes[] = {KorelNodeType::Normal, KorelNodeType::Witness,
+                                        KorelNodeType::Metadata};
+
+KorelNodeType NodeTypeNamed(const std::string& name) {
+  for (const KorelNodeType nodeType : kNodeTypes) {
+    if (name == NodeTypeName(nodeType)) return nodeType;
+  }
+  Fail("there is no node type ", Quoted(name));
+}
+
+void SetFaultDomainOrDefault(Store& store, const Host& host, const std::string& name) {
+  if (name.empty()) {
+    ResetFaultDomain(store, host);
+  } else {
+    SetFaultDomain(store, host, name);
+  }
+}
+
+}  // namespace
+
+LabHostSet::LabHostSet() {
+  SetDescription("Change the fault domain of a host, or what it is to the clusters it is in.");
+}
+
+std::shared_ptr<InputSpec> LabHostSet::GetInputSpecInternal() {
+  std::vector<ParameterConstraint::EnumValue> nodeTypes;
+  for (const KorelNodeType nodeType : kNodeTypes) nodeTypes.push_back({NodeTypeName(nodeType), ""});
+  return Inputs({HostName(),
+                 {.name = "fault-domain",
+                  .shortName = "d",
+                  .description = "Name of its fault domain; empty for one of its own."},
+                 {.name = "node-type",
+                  .shortName = "t",
+                  .constraint = StringEnum(nodeTypes),
+                  .description = "What it is to its clusters: %ENUM%."}});
+}
+
+std::shared_ptr<OutputSpec> LabHostSet::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
+
+void LabHostSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  Attempt(output, [&] {
+    if (!input->HasParameter("fault-domain") && !input->HasParameter("node-type")) {
+      return Refuse(output, "nothing to set; give --fault-domain or --node-type");
+    }
+    InLab([&](Store& store) {
+      const Host host = ChosenHost(store, input);
+      if (input->HasParameter("fault-domain")) {
+        SetFaultDomainOrDefault(store, host, input->GetParameter("fault-domain"));
+      }
+      if (input->HasParameter("node-type")) {
+        SetNodeType(store, host, NodeTypeNamed(input->GetParameter("node-type")));
+      }
+    });
+    Succeed(output);
+  });
+}
+
+}  // namespace lab

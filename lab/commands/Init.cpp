@@ -1,0 +1,63 @@
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+
+#include "lab/commands/Commands.h"
+#include "lab/common/Text.h"
+#include "lab/model/Lab.h"
+
+namespace lab {
+namespace {
+
+/// The file may be a pipe, so it is read up to a size that no inventory has.
+std::string ReadInventory(const std::string& path) {
+  constexpr std::size_t kMaxSize = 16U << 20U;
+  std::string text(kMaxSize, '\0');
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file || (!file.read(text.data(), kMaxSize) && file.bad())) {
+    Fail("cannot read the inventory ", Quoted(path), ": ",
+         std::generic_category().message(errno == 0 ? EIO : errno));
+  }
+  if (!file.eof()) Fail("the inventory ", Quoted(path), " is larger than 16 MB");
+  text.resize(static_cast<std::size_t>(file.gcount()));
+  return text;
+}
+
+}  // namespace
+
+LabInit::LabInit() {
+  SetDescription("Make the lab, with one standard host \"host1\" or the hosts of an inventory.");
+}
+
+std::shared_ptr<InputSpec> LabInit::GetInputSpecInternal() {
+  return Inputs({{.name = "force",
+                  .shortName = "f",
+                  .type = ParameterType::Flag,
+                  .description = "Make an existing lab anew. A file that is damaged, of a newer "
+                                 "version or no lab at all is renamed to FILE.old first."},
+                 {.name = "inventory",
+                  .shortName = "i",
+                  .description = "JSON file with the hosts of the lab: {\"hosts\": [{\"name\": "
+                                 "\"host1\", \"devices\": [{\"name\": \"disk1\", \"ssd\": true, "
+                                 "\"capacityFlash\": false, \"sizeGb\": 800}], \"interfaces\": "
+                                 "[\"hsk0\"]}]}. A host without devices or interfaces has the "
+                                 "standard ones."}});
+}
+
+std::shared_ptr<OutputSpec> LabInit::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
+
+void LabInit::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  Attempt(output, [&] {
+    std::vector<HostInventory> hosts{StandardHost("host1")};
+    std::vector<std::string> faults;
+    const std::string file = input->GetParameter("inventory");
+    if (input->HasParameter("inventory")) hosts = ParseInventory(ReadInventory(file), faults);
+    for (const std::string& fault : faults) Refuse(output, file + ": " + fault);
+    if (!faults.empty()) return;
+    InitLab(hosts, input->IsFlagSet("force"));
+    Succeed(output);
+  });
+}
+
+}  // namespace lab

@@ -1,0 +1,68 @@
+#include "lab/commands/Commands.h"
+#include "lab/common/Text.h"
+#include "lab/model/Clusters.h"
+#include "lab/model/Faults.h"
+#include "lab/model/Features.h"
+#include "lab/model/HostRoot.h"
+#include "lab/model/Lab.h"
+
+namespace lab {
+namespace {
+
+std::shared_ptr<MetaStruct> Shape() {
+  return Structure("Lab", {{"File", MetaType::String},
+                           {"Schema Version", MetaType::Int},
+                           {"Host", MetaType::String},
+                           {"Host Root", MetaType::String},
+                           {"Hosts", MetaType::List},
+                           {"Clusters", MetaType::List},
+                           {"Features Off", MetaType::List},
+                           {"Faults", MetaType::List}});
+}
+
+template <typename Element, typename Describe>
+std::shared_ptr<MetaList> Described(const std::vector<Element>& elements, Describe describe) {
+  auto list = MetaList::New(MetaType::String);
+  for (const Element& element : elements) {
+    if (const std::string text = describe(element); !text.empty()) list->Add(text);
+  }
+  return list;
+}
+
+std::string DescribeCluster(const Cluster& cluster) {
+  return cluster.uuid + (cluster.isClient ? " (client): " : ": ") + Joined(cluster.members, ", ");
+}
+
+std::shared_ptr<MetaStruct> Describe(Store& store) {
+  const Host host = CurrentHost(store);
+  auto record = Shape();
+  record->SetField("File", store.GetPath());
+  record->SetField("Schema Version", store.GetVersion());
+  record->SetField("Host", host.name);
+  record->SetField("Host Root", HostRoot(store, host));
+  record->SetField("Hosts", Described(AllHosts(store), [](const Host& each) { return each.name; }));
+  record->SetField("Clusters", Described(AllClusters(store), DescribeCluster));
+  record->SetField("Features Off", Described(AllFeatures(store), [](const Feature& feature) {
+                     return feature.isEnabled ? std::string() : feature.name;
+                   }));
+  record->SetField("Faults",
+                   Described(AllFaults(store), [](const Fault& fault) { return fault.operation; }));
+  return record;
+}
+
+}  // namespace
+
+LabShow::LabShow() {
+  SetDescription("Show the lab: its file, the host that commands act on, and what it holds.");
+  Show(*this, *Shape(), "simple");
+}
+
+std::shared_ptr<InputSpec> LabShow::GetInputSpecInternal() { return Inputs(); }
+
+std::shared_ptr<OutputSpec> LabShow::GetOutputSpecInternal() { return Answers(Shape()); }
+
+void LabShow::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
+  Attempt(output, [&] { output->SetRootObject(InLab(Describe)); });
+}
+
+}  // namespace lab

@@ -1,0 +1,159 @@
+#include "lab/common/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <numeric>
+
+namespace lab {
+namespace {
+
+constexpr std::size_t kMaxQuoted = 100;
+constexpr std::size_t kMaxNameLength = 80;
+
+bool IsLetterOrDigit(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+std::size_t EditDistance(std::string_view from, std::string_view to) {
+  std::vector<std::size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= from.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    for (std::size_t j = 1; j <= to.size(); ++j) {
+      const std::size_t replaced = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+    }
+  }
+  return row.back();
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return lower;
+}
+
+}  // namespace
+
+std::size_t Utf8CharacterSize(std::string_view text) {
+  if (text.empty()) return 0;
+  const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char lead = byteAt(0);
+  if (lead < 0x80) return 1;
+  const std::size_t size = lead >= 0xf0 ? 4 : lead >= 0xe0 ? 3 : 2;
+  if (lead < 0xc2 || lead > 0xf4 || text.size() < size) return 0;
+  for (std::size_t i = 1; i < size; ++i) {
+    if ((byteAt(i) & 0xc0U) != 0x80) return 0;
+  }
+  // What is left to exclude shows in the second byte: overlong forms, surrogates, beyond U+10FFFF.
+  const unsigned char second = byteAt(1);
+  if ((lead == 0xe0 && second < 0xa0) || (lead == 0xed && second > 0x9f)) return 0;
+  if ((lead == 0xf0 && second < 0x90) || (lead == 0xf4 && second > 0x8f)) return 0;
+  return size;
+}
+
+std::string Quoted(std::string_view text) {
+  if (text.size() <= kMaxQuoted) return Tovrin::Misc::StrCat("'", text, "'");
+  std::size_t end = 0;
+  while (true) {
+    const std::size_t next = end + std::max<std::size_t>(1, Utf8CharacterSize(text.substr(end)));
+    if (next > kMaxQuoted) break;
+    end = next;
+  }
+  return Tovrin::Misc::StrCat("'", text.substr(0, end), "...'");
+}
+
+std::string Joined(const std::vector<std::string>& texts, std::string_view separator) {
+  std::string joined;
+  for (const std::string& text : texts) {
+    if (!joined.empty()) joined += separator;
+    joined += text;
+  }
+  return joined;
+}
+
+const char* Environment(const char* variable) { return std::getenv(variable); }
+
+bool IsPlainName(std::string_view name, bool withColon) {
+  if (name.empty() || name.size() > kMaxNameLength || !IsLetterOrDigit(name[0])) return false;
+  return std::all_of(name.begin(), name.end(), [&](char c) {
+    return IsLetterOrDigit(c) || c == '.' || c == '_' || c == '-' || (withColon && c == ':');
+  });
+}
+
+void CheckPlainName(std::string_view kind, const std::string& name) {
+  if (IsPlainName(name)) return;
+  Fail(Quoted(name), " is not a ", kind, " name: 1 to ", std::to_string(kMaxNameLength),
+       " letters, digits, points, underscores and hyphens, a letter or digit first");
+}
+
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& words) {
+  constexpr std::size_t kLongestWord = 100;
+  if (word.size() > kLongestWord) return {};
+  const std::string* nearest = nullptr;
+  std::size_t nearestDistance = word.size() / 3 + 2;
+  for (const std::string& candidate : words) {
+    const std::size_t distance = EditDistance(LowerCase(word), LowerCase(candidate));
+    if (distance >= nearestDistance) continue;
+    nearestDistance = distance;
+    nearest = &candidate;
+  }
+  return nearest == nullptr ? std::string() : ", did you mean " + Quoted(*nearest) + "?";
+}
+
+void CheckRange(std::string_view what, std::int64_t value, std::int64_t min, std::int64_t max) {
+  if (value >= min && value <= max) return;
+  Fail(what, " must be from ", std::to_string(min), " to ", std::to_string(max), ", got ",
+       std::to_string(value));
+}
+
+std::optional<std::int64_t> ParseNumber(std::string_view text) {
+  constexpr std::size_t kMaxDigits = 18;
+  if (text.empty() || text.size() > kMaxDigits || (text.size() > 1 && text[0] == '0')) {
+    return std::nullopt;
+  }
+  std::int64_t number = 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9') return std::nullopt;
+    number = number * 10 + (c - '0');
+  }
+  return number;
+}
+
+std::vector<std::string> Split(std::string_view text, char separator) {
+  std::vector<std::string> pieces;
+  while (true) {
+    const std::size_t end = text.find(separator);
+    pieces.emplace_back(text.substr(0, end));
+    if (end == std::string_view::npos) return pieces;
+    text.remove_prefix(end + 1);
+  }
+}
+
+std::string LocalTime(std::time_t when) {
+  std::tm parts{};
+  localtime_r(&when, &parts);
+  std::array<char, 64> buffer{};
+  const std::string_view text(
+      buffer.data(), std::strftime(buffer.data(), buffer.size(), "%Y-%m-%dT%H:%M:%S%z", &parts));
+  // strftime writes the offset without the colon.
+  const std::size_t minutes = text.size() - 2;
+  return Tovrin::Misc::StrCat(text.substr(0, minutes), ":", text.substr(minutes));
+}
+
+std::string UtcNow() {
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  gmtime_r(&now, &parts);
+  std::array<char, 32> text{};
+  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
+}
+
+}  // namespace lab

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/hostctl/KorelCtlException.h"
+#include "platform/hostctl/Misc.h"
+
+namespace lab {
+
+/// Throws KorelCtlException with the pieces, one behind the other.
+template <typename... Pieces>
+[[noreturn]] void Fail(const Pieces&... pieces) {
+  throw Tovrin::Lib::Korel::KorelCtlException(Tovrin::Misc::StrCat(pieces...));
+}
+
+/// The text in single quotes for a message, cut (between characters) when it is long.
+std::string Quoted(std::string_view text);
+
+/// The texts with `separator` between them.
+std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
+
+/// The number of bytes of the UTF-8 character that `text` begins with; 0 when it begins with none.
+std::size_t Utf8CharacterSize(std::string_view text);
+
+/// The value of a variable of the environment; null when it is not set.
+const char* Environment(const char* variable);
+
+/// A name of a host, datastore or device: [A-Za-z0-9][A-Za-z0-9._:-]* of at most 80 characters,
+/// the colon only in a device's.
+bool IsPlainName(std::string_view name, bool withColon = false);
+
+/// Throws KorelCtlException saying what a `kind` name ("datastore") may look like, unless the name
+/// is plain.
+void CheckPlainName(std::string_view kind, const std::string& name);
+
+/// ", did you mean 'x'?" with the word of `words` that is nearest to `word`; empty when none is
+/// near.
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& words);
+
+/// Throws KorelCtlException unless `min <= value <= max`: "the port must be from 1 to 65535, got
+/// 0".
+void CheckRange(std::string_view what, std::int64_t value, std::int64_t min, std::int64_t max);
+
+/// Reads a number of decimal digits without leading zeros, whole; nothing when the text is no such
+/// number or has more than 18 digits.
+std::optional<std::int64_t> ParseNumber(std::string_view text);
+
+/// The pieces between the separators; one empty piece for an empty text.
+std::vector<std::string> Split(std::string_view text, char separator);
+
+/// The local time of `when`, with its offset from UTC, as "2026-01-31T23:59:59+01:00".
+std::string LocalTime(std::time_t when);
+
+/// The present time as "2026-01-31T22:59:59Z".
+std::string UtcNow();
+
+}  // namespace lab

@@ -1,0 +1,61 @@
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+#include "platform/hostctl/KorelUtil.h"
+
+namespace HskCtl::Korel {
+namespace {
+
+using Tovrin::Korel::KorelPolicyClass;
+
+constexpr std::array<std::pair<KorelPolicyClass, const char*>, 5> kPolicyClasses{{
+    {KorelPolicyClass::Cluster, "cluster"},
+    {KorelPolicyClass::Vdisk, "vdisk"},
+    {KorelPolicyClass::VmNamespace, "vmnamespace"},
+    {KorelPolicyClass::VmSwap, "vmswap"},
+    {KorelPolicyClass::Vmem, "vmem"},
+}};
+
+}  // namespace
+
+std::vector<KorelPolicyClass> KorelUtil::GetKorelPolicyClasses() {
+  std::vector<KorelPolicyClass> classes;
+  for (const auto& [policyClass, name] : kPolicyClasses) classes.push_back(policyClass);
+  return classes;
+}
+
+KorelPolicyClass KorelUtil::StringToKorelPolicyClass(const std::string& text) {
+  std::vector<std::string> names;
+  for (const auto& [policyClass, name] : kPolicyClasses) {
+    if (text == name) return policyClass;
+    names.emplace_back(name);
+  }
+  lab::Fail(lab::Quoted(text), " is no policy class; the classes are ", lab::Joined(names, ", "));
+}
+
+std::string KorelUtil::KorelPolicyClassToString(KorelPolicyClass policyClass) {
+  for (const auto& [known, name] : kPolicyClasses) {
+    if (known == policyClass) return name;
+  }
+  lab::Fail("there is no policy class ", std::to_string(static_cast<int>(policyClass)));
+}
+
+Tovrin::Korel::Uuid KorelUtil::StringToKorelUuid(const std::string& text) {
+  return lab::CheckedUuid(text);
+}
+
+std::string KorelUtil::KorelUuidToString(const Uuid& uuid) { return lab::UuidText(uuid); }
+
+std::size_t KorelUtil::UTF8StringCharLength(const std::string& text) {
+  std::string_view rest = text;
+  std::size_t count = 0;
+  for (; !rest.empty(); ++count) {
+    rest.remove_prefix(std::max<std::size_t>(1, lab::Utf8CharacterSize(rest)));
+  }
+  return count;
+}
+
+}  // namespace HskCtl::Korel

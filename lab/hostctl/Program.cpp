@@ -1,0 +1,90 @@
+#include "lab/hostctl/Program.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <sstream>
+#include <vector>
+
+#include "lab/common/Text.h"
+#include "lab/model/HostRoot.h"
+#include "lab/model/Lab.h"
+
+namespace lab {
+namespace {
+
+constexpr int kTimeoutMs = 60'000;
+
+std::vector<std::string> CutAtBlanks(const std::string& text) {
+  std::vector<std::string> words;
+  std::istringstream stream(text);
+  for (std::string word; stream >> word;) words.push_back(word);
+  return words;
+}
+
+/// The process id, or -1.
+pid_t Spawn(const std::string& program, const std::string& arguments, bool showOutput) {
+  std::vector<std::string> words = CutAtBlanks(arguments);
+  words.insert(words.begin(), program);
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  if (!showOutput) {
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+  }
+  pid_t child = -1;
+  const int failure = posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  return failure == 0 ? child : -1;
+}
+
+/// False when the time is over before the child is.
+bool EndsInTime(pid_t child) {
+  const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
+  if (descriptor < 0) return true;  // an old kernel: wait without a limit
+  pollfd ended{descriptor, POLLIN, 0};
+  int ready = -1;
+  do {
+    ready = poll(&ended, 1, kTimeoutMs);
+  } while (ready < 0 && errno == EINTR);
+  close(descriptor);
+  return ready != 0;
+}
+
+}  // namespace
+
+int RunProgram(const std::string& program, const std::string& arguments, bool wait,
+               bool showOutput) {
+  const pid_t child = Spawn(program, arguments, showOutput);
+  if (child < 0) return -1;
+  if (!wait) return 0;
+  const bool isInTime = EndsInTime(child);
+  if (!isInTime) kill(child, SIGKILL);
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) return -1;
+  }
+  if (!isInTime) return -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+void RunTraceDaemon(const std::string& argument) {
+  const std::string script =
+      InLab([](Store& store) { return PlaceUnderRoot(store, CurrentHost(store), kTraceDaemon); });
+  const int status = RunProgram(script, argument, true, false);
+  if (status == 0) return;
+  Fail(Quoted(script), " ", argument, status < 0 ? " could not be run" : " failed with status ",
+       status < 0 ? "" : std::to_string(status));
+}
+
+}  // namespace lab

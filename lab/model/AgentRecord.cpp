@@ -1,0 +1,167 @@
+#include "lab/model/AgentRecord.h"
+
+#include <map>
+
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+
+namespace lab {
+namespace {
+
+using Tovrin::Korel::KorelUnicastAgentType;
+using Tovrin::Network::Ipv4Address;
+using Tovrin::Network::Ipv6Address;
+
+constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+
+bool IsLetterOrDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+std::string CanonicalAddress(const std::string& text) {
+  if (Ipv4Address::IsValidAddress(text)) return Ipv4Address(text).GetStringAddress();
+  if (Ipv6Address::IsValidAddress(text)) return Ipv6Address(text).GetStringAddress();
+  Fail(Quoted(text), " is neither an IPv4 nor an IPv6 address");
+}
+
+void CheckThumbprint(const std::string& text) {
+  constexpr std::size_t kLength = 20 * 3 - 1;
+  bool isGood = text.empty() || text.size() == kLength;
+  for (std::size_t i = 0; isGood && i < text.size(); ++i) {
+    isGood = i % 3 == 2 ? text[i] == ':' : HexDigit(text[i]) >= 0;
+  }
+  if (isGood) return;
+  Fail(Quoted(text), " is no SHA-1 thumbprint: 20 bytes of two hexadecimal digits with colons ",
+       "between them");
+}
+
+std::string Escaped(const std::string& value) {
+  std::string escaped;
+  for (const char c : value) {
+    if (IsLetterOrDigit(c) || c == '.' || c == ':' || c == '_' || c == '-') {
+      escaped += c;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(c);
+    escaped += {'%', kHexDigits[byte >> 4U], kHexDigits[byte & 0xfU]};
+  }
+  return escaped;
+}
+
+std::string Unescaped(const std::string& escaped) {
+  std::string value;
+  for (std::size_t i = 0; i < escaped.size(); ++i) {
+    if (escaped[i] != '%') {
+      value += escaped[i];
+      continue;
+    }
+    const int high = i + 2 < escaped.size() ? HexDigit(escaped[i + 1]) : -1;
+    const int low = high >= 0 ? HexDigit(escaped[i + 2]) : -1;
+    if (low < 0) Fail("no two hexadecimal digits follow the % in ", Quoted(escaped));
+    value += static_cast<char>(high * 16 + low);
+    i += 2;
+  }
+  return value;
+}
+
+using Values = std::map<std::string, std::string>;
+
+/// The values by their keys, none of which is there twice.
+Values ReadPairs(const std::string& text) {
+  Values values;
+  for (const std::string& pair : Split(text, ';')) {
+    const std::size_t equals = pair.find('=');
+    if (equals == std::string::npos) Fail(Quoted(pair), " is not of the form key=value");
+    const std::string key = pair.substr(0, equals);
+    if (!values.emplace(key, Unescaped(pair.substr(equals + 1))).second) {
+      Fail("the key ", Quoted(key), " is there twice");
+    }
+  }
+  return values;
+}
+
+std::string Take(Values& values, const char* key) {
+  const auto found = values.find(key);
+  if (found == values.end()) Fail("the key ", Quoted(key), " is missing");
+  return values.extract(found).mapped();
+}
+
+std::int64_t TakeNumber(Values& values, const char* key, std::int64_t max) {
+  const std::string text = Take(values, key);
+  const auto number = ParseNumber(text);
+  if (!number || *number > max) {
+    Fail(key, " must be a number from 0 to ", std::to_string(max), ", got ", Quoted(text));
+  }
+  return *number;
+}
+
+}  // namespace
+
+std::string AgentTypeName(KorelUnicastAgentType type) {
+  switch (type) {
+    case KorelUnicastAgentType::Node:
+      return "node";
+    case KorelUnicastAgentType::Witness:
+      return "witness";
+    case KorelUnicastAgentType::Metadata:
+      return "metadata";
+    case KorelUnicastAgentType::Remote:
+      return "remote";
+  }
+  Fail("there is no agent type ", std::to_string(static_cast<int>(type)));
+}
+
+Agent CheckedAgent(Agent agent) {
+  AgentTypeName(agent.isWitness);
+  agent.nodeUuid = CanonicalUuid(agent.nodeUuid);
+  agent.address = CanonicalAddress(agent.address);
+  CheckRange("the port", agent.port, 1, 65535);
+  CheckThumbprint(agent.certThumbprint);
+  agent.subClusterUuid =
+      agent.subClusterUuid.empty() ? std::string(kZeroUuid) : CanonicalUuid(agent.subClusterUuid);
+  return agent;
+}
+
+std::string AgentEntry(const Agent& agent) {
+  const std::pair<const char*, std::string> pairs[] = {
+      {"uuid", agent.nodeUuid},
+      {"type", std::to_string(static_cast<int>(agent.isWitness))},
+      {"unicast", agent.supportsUnicast ? "1" : "0"},
+      {"addr", agent.address},
+      {"port", std::to_string(agent.port)},
+      {"iface", agent.interfaceName},
+      {"thumbprint", agent.certThumbprint},
+      {"cluster", agent.subClusterUuid}};
+  std::string entry;
+  for (const auto& [key, value] : pairs) {
+    if (!entry.empty()) entry += ';';
+    entry += Tovrin::Misc::StrCat(key, "=", Escaped(value));
+  }
+  return entry;
+}
+
+Agent ParseAgentEntry(const std::string& text, bool strict) {
+  Values values = ReadPairs(text);
+  Agent agent;
+  agent.nodeUuid = Take(values, "uuid");
+  agent.isWitness = static_cast<KorelUnicastAgentType>(TakeNumber(values, "type", 3));
+  agent.supportsUnicast = TakeNumber(values, "unicast", 1) == 1;
+  agent.address = Take(values, "addr");
+  agent.port = TakeNumber(values, "port", 65535);
+  agent.interfaceName = Take(values, "iface");
+  agent.certThumbprint = Take(values, "thumbprint");
+  agent.subClusterUuid = Take(values, "cluster");
+  if (strict && !values.empty()) {
+    Fail("there is no key ", Quoted(values.begin()->first));
+  }
+  return CheckedAgent(agent);
+}
+
+}  // namespace lab

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lab/model/AgentRecord.h"
+#include "lab/model/Hosts.h"
+#include "lab/store/Store.h"
+
+namespace lab {
+
+/// Adds a unicast agent of the host. Any agent but a witness has a UUID. A remote one names a
+/// cluster; any other one names a cluster of the host, or none. There is one witness a cluster.
+/// Throws KorelCtlException, also when the agent is there already.
+void AddAgent(Store& store, const Host& host, const Agent& agent);
+/// Removes the agent of that UUID, type, address, port and cluster. All zeros stand for any UUID,
+/// an empty cluster UUID for any cluster; the one that was added first is taken then. Throws
+/// KorelCtlException when there is none.
+void RemoveAgent(Store& store, const Host& host, const Agent& agent);
+/// Removes the host's agents of that cluster.
+void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid);
+/// In the order of adding; of all clusters when the UUID is empty.
+std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& clusterUuid);
+/// The host has a node agent of that cluster, and all of them support unicast.
+bool IsUnicast(Store& store, const Host& host, const std::string& clusterUuid);
+
+}  // namespace lab

@@ -1,0 +1,285 @@
+#include "lab/model/Clusters.h"
+
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+#include "lab/model/Agents.h"
+#include "lab/model/ClusterFacts.h"
+#include "lab/model/Datastores.h"
+#include "lab/store/Query.h"
+
+namespace lab {
+namespace {
+
+using Tovrin::Korel::KorelNodeType;
+
+struct ClusterRow {
+  std::int64_t id;
+  bool isClient;
+};
+
+std::optional<ClusterRow> FindCluster(Store& store, const std::string& uuid) {
+  SQLite::Statement rows = Query(store, "SELECT id, isClient FROM clusters WHERE uuid = ?", uuid);
+  if (!rows.executeStep()) return std::nullopt;
+  return ClusterRow{rows.getColumn(0).getInt64(), rows.getColumn(1).getInt() != 0};
+}
+
+/// Persisted memberships that are not active count too: a restore would bring them back.
+void CheckInNoCluster(Store& store, const Host& host) {
+  SQLite::Statement rows = Query(store,
+                                 "SELECT uuid, isActive FROM memberships m JOIN clusters c "
+                                 "ON c.id = m.cluster WHERE m.host = ? ORDER BY m.id",
+                                 host.id);
+  if (!rows.executeStep()) return;
+  const std::string uuid = rows.getColumn(0).getString();
+  if (rows.getColumn(1).getInt() != 0) {
+    Fail("the host is in cluster ", uuid, "; it must leave that one first");
+  }
+  Fail("the host's persisted configuration has it in cluster ", uuid,
+       "; it must be restored and leave that one first");
+}
+
+std::int64_t InsertCluster(Store& store, const std::string& uuid, bool isClient) {
+  return Insert(store, "INSERT INTO clusters (uuid, isClient) VALUES (?, ?)", uuid,
+                isClient ? 1 : 0);
+}
+
+void InsertMembership(Store& store, const Host& host, std::int64_t cluster, KorelNodeType nodeType,
+                      bool persist) {
+  Execute(store,
+          "INSERT INTO memberships (host, cluster, nodeType, isActive, isPersisted) "
+          "VALUES (?, ?, ?, 1, ?)",
+          host.id, cluster, static_cast<int>(nodeType), persist ? 1 : 0);
+  NoteChange(store, cluster);
+}
+
+/// A witness may join further clusters as a witness; any other host is in one cluster at most.
+void CheckMayJoinAs(Store& store, const Host& host, const std::string& uuid,
+                    KorelNodeType nodeType) {
+  const auto memberships = ActiveMemberships(store, host);
+  for (const Membership& membership : memberships) {
+    if (membership.clusterUuid == uuid) Fail("the host is in cluster ", uuid, " already");
+  }
+  const bool isWitness =
+      !memberships.empty() && memberships.front().nodeType == KorelNodeType::Witness;
+  if (!isWitness) return CheckInNoCluster(store, host);
+  if (nodeType != KorelNodeType::Witness) {
+    Fail("the host is a witness of cluster ", memberships.front().clusterUuid,
+         " and can join others only as a witness");
+  }
+}
+
+void JoinAsWitness(Store& store, std::int64_t cluster, const std::string& preferredFaultDomain) {
+  CheckPreferredFaultDomain(store, cluster, preferredFaultDomain);
+  Execute(store, "UPDATE clusters SET preferredFaultDomain = ? WHERE id = ?", preferredFaultDomain,
+          cluster);
+}
+
+/// Without a witness nobody prefers a fault domain; without members there is no cluster, and its
+/// datastores are mounted nowhere.
+void NoteMemberChange(Store& store, std::int64_t cluster) {
+  NoteChange(store, cluster);
+  Execute(store,
+          "UPDATE clusters SET preferredFaultDomain = '' WHERE id = ?1 AND NOT EXISTS "
+          "(SELECT 1 FROM memberships WHERE cluster = ?1 AND nodeType = 1)",
+          cluster);
+  if (Exists(store, "SELECT 1 FROM memberships WHERE cluster = ?", cluster)) return;
+  SQLite::Statement mounting = Query(store,
+                                     "SELECT DISTINCT m.cluster FROM mounts m JOIN datastores d "
+                                     "ON d.id = m.datastore WHERE d.cluster = ?",
+                                     cluster);
+  while (mounting.executeStep()) NoteChange(store, mounting.getColumn(0).getInt64());
+  Execute(store, "DELETE FROM clusters WHERE id = ?", cluster);
+}
+
+void Depart(Store& store, const Host& host, std::int64_t cluster, const std::string& uuid) {
+  Execute(store, "DELETE FROM memberships WHERE host = ? AND cluster = ?", host.id, cluster);
+  DropAgentsOf(store, host, uuid);
+  NoteMemberChange(store, cluster);
+}
+
+}  // namespace
+
+std::vector<Membership> ActiveMemberships(Store& store, const Host& host) {
+  std::vector<Membership> memberships;
+  SQLite::Statement rows =
+      Query(store,
+            "SELECT c.id, c.uuid, c.isClient, m.nodeType, m.isPersisted FROM memberships m "
+            "JOIN clusters c ON c.id = m.cluster "
+            "WHERE m.host = ? AND m.isActive ORDER BY m.id",
+            host.id);
+  while (rows.executeStep()) {
+    memberships.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
+                           rows.getColumn(2).getInt() != 0,
+                           static_cast<KorelNodeType>(rows.getColumn(3).getInt()),
+                           rows.getColumn(4).getInt() != 0});
+  }
+  return memberships;
+}
+
+std::optional<Membership> FirstMembership(Store& store, const Host& host) {
+  auto memberships = ActiveMemberships(store, host);
+  if (memberships.empty()) return std::nullopt;
+  return std::move(memberships.front());
+}
+
+Membership RequireMember(Store& store, const Host& host, const std::string& clusterUuid) {
+  const std::string uuid = CanonicalUuid(clusterUuid);
+  for (Membership& membership : ActiveMemberships(store, host)) {
+    if (membership.clusterUuid == uuid) return std::move(membership);
+  }
+  Fail("the host is not in cluster ", uuid);
+}
+
+bool IsEnabled(Store& store, const Host& host) {
+  const auto first = FirstMembership(store, host);
+  return first && !first->isClient;
+}
+
+bool IsClientMode(Store& store, const Host& host) {
+  const auto first = FirstMembership(store, host);
+  return first && first->isClient;
+}
+
+KorelNodeType NodeTypeOf(Store& store, const Host& host) {
+  const auto first = FirstMembership(store, host);
+  return first ? first->nodeType : KorelNodeType::Normal;
+}
+
+void CreateCluster(Store& store, const Host& host, const std::string& uuid, bool persist) {
+  const std::string canonical = CanonicalNewUuid(uuid);
+  CheckInNoCluster(store, host);
+  if (FindCluster(store, canonical)) Fail("cluster UUID ", canonical, " is taken");
+  const auto cluster = InsertCluster(store, canonical, false);
+  InsertMembership(store, host, cluster, KorelNodeType::Normal, persist);
+  AddDefaultDatastore(store, cluster, canonical);
+}
+
+void JoinCluster(Store& store, const Host& host, const std::string& uuid, KorelNodeType nodeType,
+                 const std::string& preferredFaultDomain) {
+  const std::string canonical = CanonicalUuid(uuid);
+  const auto cluster = FindCluster(store, canonical);
+  if (!cluster) Fail("there is no cluster ", canonical);
+  if (cluster->isClient)
+    Fail("cluster ", canonical, " is a client cluster; join it in client mode");
+  CheckMayJoinAs(store, host, canonical, nodeType);
+  NodeTypeName(nodeType);
+  if (nodeType == KorelNodeType::Witness) {
+    JoinAsWitness(store, cluster->id, preferredFaultDomain);
+  } else if (!preferredFaultDomain.empty()) {
+    Fail("only a witness names a preferred fault domain");
+  }
+  InsertMembership(store, host, cluster->id, nodeType, true);
+}
+
+void JoinClientCluster(Store& store, const Host& host, const std::string& uuid) {
+  const std::string canonical = CanonicalNewUuid(uuid);
+  CheckInNoCluster(store, host);
+  const auto cluster = FindCluster(store, canonical);
+  if (cluster && !cluster->isClient) Fail("cluster ", canonical, " is not a client cluster");
+  InsertMembership(store, host, cluster ? cluster->id : InsertCluster(store, canonical, true),
+                   KorelNodeType::Normal, true);
+}
+
+void LeaveCluster(Store& store, const Host& host, const std::string& uuid) {
+  const std::string canonical = CanonicalUuid(uuid);
+  const auto cluster = FindCluster(store, canonical);
+  if (!cluster || !Exists(store, "SELECT 1 FROM memberships WHERE host = ? AND cluster = ?",
+                          host.id, cluster->id)) {
+    Fail("the host is not in cluster ", canonical);
+  }
+  Depart(store, host, cluster->id, canonical);
+  // The role can be switched only within a cluster.
+  Execute(store,
+          "UPDATE hosts SET isKorelMax = 0 WHERE id = ?1 AND NOT EXISTS "
+          "(SELECT 1 FROM memberships WHERE host = ?1)",
+          host.id);
+}
+
+void SuspendClusters(Store& store, const Host& host) {
+  for (const Membership& membership : ActiveMemberships(store, host)) {
+    if (Execute(store,
+                "UPDATE memberships SET isActive = 0 WHERE host = ? AND cluster = ? "
+                "AND isPersisted",
+                host.id, membership.clusterId) > 0) {
+      NoteChange(store, membership.clusterId);
+    } else {
+      Depart(store, host, membership.clusterId, membership.clusterUuid);
+    }
+  }
+}
+
+void RestoreClusters(Store& store, const Host& host) {
+  for (const Membership& membership : ActiveMemberships(store, host)) {
+    if (!membership.isPersisted) {
+      Depart(store, host, membership.clusterId, membership.clusterUuid);
+    }
+  }
+  SQLite::Statement suspended =
+      Query(store, "SELECT cluster FROM memberships WHERE host = ? AND NOT isActive", host.id);
+  while (suspended.executeStep()) NoteChange(store, suspended.getColumn(0).getInt64());
+  Execute(store, "UPDATE memberships SET isActive = 1 WHERE host = ?", host.id);
+}
+
+const char* NodeTypeName(KorelNodeType nodeType) {
+  switch (nodeType) {
+    case KorelNodeType::Normal:
+      return "normal";
+    case KorelNodeType::Witness:
+      return "witness";
+    case KorelNodeType::Metadata:
+      return "metadata";
+  }
+  Fail("there is no node type ", std::to_string(static_cast<int>(nodeType)));
+}
+
+void SetNodeType(Store& store, const Host& host, KorelNodeType nodeType) {
+  const auto memberships = ActiveMemberships(store, host);
+  if (memberships.empty()) {
+    Fail("host ", Quoted(host.name), " is in no cluster; its node type is chosen when it joins");
+  }
+  if (memberships.front().isClient) {
+    Fail("host ", Quoted(host.name), " is in a client cluster and has no node type");
+  }
+  if (memberships.size() > 1 && nodeType != KorelNodeType::Witness) {
+    Fail("host ", Quoted(host.name), " is in several clusters, which only a witness can be");
+  }
+  for (const Membership& membership : memberships) {
+    if (membership.nodeType == nodeType) continue;
+    Execute(store, "UPDATE memberships SET nodeType = ? WHERE host = ? AND cluster = ?",
+            static_cast<int>(nodeType), host.id, membership.clusterId);
+    NoteMemberChange(store, membership.clusterId);
+  }
+}
+
+std::vector<Cluster> AllClusters(Store& store) {
+  std::vector<Cluster> clusters;
+  SQLite::Statement rows =
+      Query(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters ORDER BY id");
+  while (rows.executeStep()) {
+    clusters.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
+                        rows.getColumn(2).getInt() != 0, rows.getColumn(3).getString(),
+                        Texts(store,
+                              "SELECT h.name FROM memberships m JOIN hosts h ON h.id = m.host "
+                              "WHERE m.cluster = ? ORDER BY m.id",
+                              rows.getColumn(0).getInt64())});
+  }
+  return clusters;
+}
+
+std::vector<ClusterMember> MembersOf(Store& store, std::int64_t clusterId) {
+  std::vector<ClusterMember> members;
+  SQLite::Statement rows =
+      Query(store,
+            "SELECT h.name, h.nodeUuid, coalesce(h.faultDomain, h.name), m.nodeType, m.isActive "
+            "FROM memberships m JOIN hosts h ON h.id = m.host WHERE m.cluster = ? ORDER BY m.id",
+            clusterId);
+  while (rows.executeStep()) {
+    members.push_back({rows.getColumn(0).getString(), rows.getColumn(1).getString(),
+                       rows.getColumn(2).getString(),
+                       static_cast<KorelNodeType>(rows.getColumn(3).getInt()),
+                       rows.getColumn(4).getInt() != 0});
+  }
+  return members;
+}
+
+}  // namespace lab

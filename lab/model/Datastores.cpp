@@ -1,0 +1,206 @@
+#include "lab/model/Datastores.h"
+
+#include <algorithm>
+
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+#include "lab/model/ClusterFacts.h"
+#include "lab/model/Clusters.h"
+#include "lab/store/Query.h"
+
+namespace lab {
+namespace {
+
+using Tovrin::Korel::KorelDatastore;
+
+/// One datastore as a cluster knows it.
+struct Known {
+  std::int64_t id = 0;
+  std::string uuid;
+  std::string name;
+  std::string clusterUuid;
+  bool isDefault = false;
+  bool isRemote = false;
+};
+
+std::vector<Known> KnownTo(Store& store, const Membership& own) {
+  std::vector<Known> known;
+  SQLite::Statement rows =
+      Query(store,
+            "SELECT d.id, d.uuid, d.name AS shown, c.uuid, d.isDefault AS first, 0 "
+            "FROM datastores d JOIN clusters c ON c.id = d.cluster WHERE d.cluster = ?1 "
+            "UNION ALL "
+            "SELECT d.id, d.uuid, m.name, c.uuid, 0, 1 FROM mounts m "
+            "JOIN datastores d ON d.id = m.datastore JOIN clusters c ON c.id = d.cluster "
+            "WHERE m.cluster = ?1 ORDER BY first DESC, shown",
+            own.clusterId);
+  while (rows.executeStep()) {
+    known.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
+                     rows.getColumn(2).getString(), rows.getColumn(3).getString(),
+                     rows.getColumn(4).getInt() != 0, rows.getColumn(5).getInt() != 0});
+  }
+  return known;
+}
+
+Membership RequireMembership(Store& store, const Host& host) {
+  auto own = FirstMembership(store, host);
+  if (!own) Fail("Korel is not enabled on this host: it is in no cluster");
+  return *own;
+}
+
+Known Find(Store& store, const Membership& own, const std::string& uuid) {
+  const std::string wanted = uuid.empty() ? uuid : CanonicalUuid(uuid);
+  for (const Known& datastore : KnownTo(store, own)) {
+    if (wanted.empty() ? datastore.isDefault : datastore.uuid == wanted) return datastore;
+  }
+  if (wanted.empty()) Fail("a client cluster has no default datastore");
+  Fail("the host knows no datastore ", wanted);
+}
+
+/// `except` is the datastore that may have the name, being the one that is renamed.
+void CheckNameIsFree(Store& store, const Membership& own, const std::string& name,
+                     std::int64_t except = 0) {
+  for (const Known& datastore : KnownTo(store, own)) {
+    if (datastore.name == name && datastore.id != except) {
+      Fail("datastore name ", Quoted(name), " is taken by datastore ", datastore.uuid);
+    }
+  }
+}
+
+void CheckNotMountedElsewhere(Store& store, const Known& datastore) {
+  const auto clusters = Texts(store,
+                              "SELECT c.uuid FROM mounts m JOIN clusters c ON c.id = m.cluster "
+                              "WHERE m.datastore = ? ORDER BY c.id",
+                              datastore.id);
+  if (clusters.empty()) return;
+  Fail("datastore ", Quoted(datastore.name), " is mounted by cluster ", Joined(clusters, ", "),
+       "; remove it there first");
+}
+
+void AddLocal(Store& store, const Membership& own, const std::string& uuid,
+              const std::string& name) {
+  if (own.isClient) {
+    Fail("a client cluster has no datastores of its own; name the cluster that exports it");
+  }
+  if (Exists(store, "SELECT 1 FROM datastores WHERE uuid = ?", uuid)) {
+    Fail("datastore UUID ", uuid, " is taken");
+  }
+  CheckNameIsFree(store, own, name);
+  Execute(store, "INSERT INTO datastores (uuid, cluster, name, isDefault) VALUES (?, ?, ?, 0)",
+          uuid, own.clusterId, name);
+}
+
+/// The datastore of that UUID that the other cluster exports.
+std::int64_t FindExported(Store& store, const std::string& uuid, const std::string& exporter) {
+  if (!Exists(store, "SELECT 1 FROM clusters WHERE uuid = ?", exporter)) {
+    Fail("there is no cluster ", exporter);
+  }
+  SQLite::Statement rows = Query(store,
+                                 "SELECT d.id FROM datastores d JOIN clusters c "
+                                 "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
+                                 uuid, exporter);
+  if (!rows.executeStep()) Fail("cluster ", exporter, " exports no datastore ", uuid);
+  return rows.getColumn(0).getInt64();
+}
+
+void AddMount(Store& store, const Membership& own, const std::string& uuid, const std::string& name,
+              const std::string& exporter) {
+  if (exporter == own.clusterUuid) {
+    Fail("cluster ", exporter, " is the host's own; its datastores are not mounted as remote ones");
+  }
+  const auto datastore = FindExported(store, uuid, exporter);
+  for (const Known& known : KnownTo(store, own)) {
+    if (known.id == datastore) {
+      Fail("datastore ", uuid, " is mounted already, as ", Quoted(known.name));
+    }
+  }
+  CheckNameIsFree(store, own, name);
+  Execute(store, "INSERT INTO mounts (cluster, datastore, name) VALUES (?, ?, ?)", own.clusterId,
+          datastore, name);
+}
+
+void Remove(Store& store, const Membership& own, const Known& datastore) {
+  if (datastore.isRemote) {
+    Execute(store, "DELETE FROM mounts WHERE cluster = ? AND datastore = ?", own.clusterId,
+            datastore.id);
+    return;
+  }
+  CheckNotMountedElsewhere(store, datastore);
+  Execute(store, "DELETE FROM datastores WHERE id = ?", datastore.id);
+}
+
+}  // namespace
+
+void AddDefaultDatastore(Store& store, std::int64_t clusterId, const std::string& clusterUuid) {
+  Execute(store,
+          "INSERT INTO datastores (uuid, cluster, name, isDefault) VALUES (?, ?, 'default', 1)",
+          DerivedUuid("default datastore of " + clusterUuid), clusterId);
+}
+
+std::vector<std::shared_ptr<KorelDatastore>> KnownDatastores(Store& store, const Host& host) {
+  std::vector<std::shared_ptr<KorelDatastore>> datastores;
+  const auto own = FirstMembership(store, host);
+  if (!own) return datastores;
+  for (const Known& known : KnownTo(store, *own)) {
+    datastores.push_back(std::make_shared<KorelDatastore>(known.uuid, known.name, known.clusterUuid,
+                                                          known.isDefault));
+  }
+  return datastores;
+}
+
+void AddDatastore(Store& store, const Host& host, const KorelDatastore& datastore) {
+  const std::string uuid = CanonicalNewUuid(datastore.GetUuid());
+  const std::string& name = datastore.GetName();
+  CheckPlainName("datastore", name);
+  if (datastore.IsDefault()) Fail("a default datastore is made with its cluster, never added");
+  const std::string exporter =
+      datastore.GetClusterUuid().empty() ? "" : CanonicalUuid(datastore.GetClusterUuid());
+  const Membership own = RequireMembership(store, host);
+  if (exporter.empty()) {
+    AddLocal(store, own, uuid, name);
+  } else {
+    AddMount(store, own, uuid, name, exporter);
+  }
+  NoteChange(store, own.clusterId);
+}
+
+void RemoveDatastore(Store& store, const Host& host, const std::string& uuid) {
+  const std::string wanted = CanonicalUuid(uuid);
+  const Membership own = RequireMembership(store, host);
+  const Known datastore = Find(store, own, wanted);
+  if (datastore.isDefault) Fail("the default datastore cannot be removed");
+  Remove(store, own, datastore);
+  NoteChange(store, own.clusterId);
+}
+
+void ClearDatastores(Store& store, const Host& host) {
+  const Membership own = RequireMembership(store, host);
+  bool isChanged = false;
+  for (const Known& datastore : KnownTo(store, own)) {
+    if (datastore.isDefault) continue;
+    Remove(store, own, datastore);
+    isChanged = true;
+  }
+  if (isChanged) NoteChange(store, own.clusterId);
+}
+
+std::string DatastoreName(Store& store, const Host& host, const std::string& uuid) {
+  return Find(store, RequireMembership(store, host), uuid).name;
+}
+
+void RenameDatastore(Store& store, const Host& host, const std::string& uuid,
+                     const std::string& name) {
+  CheckPlainName("datastore", name);
+  const Membership own = RequireMembership(store, host);
+  const Known datastore = Find(store, own, uuid);
+  if (datastore.isRemote) {
+    Fail("datastore ", Quoted(datastore.name), " belongs to cluster ", datastore.clusterUuid,
+         " and is renamed there");
+  }
+  CheckNameIsFree(store, own, name, datastore.id);
+  if (name == datastore.name) return;
+  Execute(store, "UPDATE datastores SET name = ? WHERE id = ?", name, datastore.id);
+  NoteChange(store, own.clusterId);
+}
+
+}  // namespace lab

@@ -1,0 +1,200 @@
+#include "lab/model/Disks.h"
+
+#include <algorithm>
+#include <set>
+
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+#include "lab/model/Clusters.h"
+#include "lab/store/Query.h"
+
+namespace lab {
+namespace {
+
+constexpr std::int64_t kFilledPart = 4;
+
+/// A tag's name and where it is kept.
+struct TagPlace {
+  const char* name;
+  bool Device::*flag;
+  const char* update;
+};
+
+TagPlace PlaceOf(DiskTag tag) {
+  if (tag == DiskTag::KorelDirect) {
+    return {"korelDirect", &Device::isKorelDirect,
+            "UPDATE devices SET isKorelDirect = ? WHERE id = ?"};
+  }
+  return {"capacityFlash", &Device::isCapacityFlash,
+          "UPDATE devices SET isCapacityFlash = ? WHERE id = ?"};
+}
+
+bool IsAllFlash(const Devices& devices, std::int64_t cachingDevice) {
+  return std::none_of(devices.begin(), devices.end(), [&](const Device& device) {
+    return device.claim && device.claim->cachingDevice == cachingDevice && !device.isFlash;
+  });
+}
+
+Device ReadDevice(SQLite::Statement& rows) {
+  Device device{.id = rows.getColumn(0).getInt64(),
+                .name = rows.getColumn(1).getString(),
+                .uuid = rows.getColumn(2).getString(),
+                .isFlash = rows.getColumn(3).getInt() != 0,
+                .isCapacityFlash = rows.getColumn(4).getInt() != 0,
+                .isKorelDirect = rows.getColumn(5).getInt() != 0,
+                .isHealthy = rows.getColumn(6).getInt() != 0,
+                .sizeGb = rows.getColumn(7).getInt64(),
+                .vendor = rows.getColumn(8).getString(),
+                .model = rows.getColumn(9).getString(),
+                .claim = std::nullopt};
+  if (!rows.isColumnNull(11)) {
+    device.claim = Claim{.cachingDevice = rows.getColumn(10).getInt64(),
+                         .formatVersion = rows.getColumn(11).getInt(),
+                         .claimedAt = rows.getColumn(12).getString(),
+                         .isMounted = rows.getColumn(13).getInt() != 0,
+                         .usedGb = rows.getColumn(14).getInt64()};
+  }
+  return device;
+}
+
+void DescribeClaim(const Devices& devices, const Device& device,
+                   Tovrin::Korel::KorelDiskInfo& info) {
+  const Claim& claim = *device.claim;
+  const std::string group = device.IsInGroup() ? GroupOf(devices, device).uuid : "";
+  info.onDiskFormatVersion = claim.formatVersion;
+  info.isUsedByThisHost = true;
+  info.isChecksumOk = device.isHealthy;
+  info.isEncryptionMetadataChecksumOk = true;
+  info.isAllFlash = IsAllFlash(devices, claim.cachingDevice);
+  info.isCapacityTier = !device.IsCachingOfGroup();
+  info.isMounted = claim.isMounted;
+  info.diskGroupUuid = group;
+  if (device.IsInGroup()) info.diskGroupName = GroupOf(devices, device).name;
+  // What a disk's checksum covers: which disk it is, of which group, since when.
+  info.checksum = DerivedUuid(device.uuid + group + claim.claimedAt).substr(0, 8);
+  info.creationTime = claim.claimedAt;
+}
+
+}  // namespace
+
+Devices DevicesOf(Store& store, const Host& host) {
+  Devices devices;
+  SQLite::Statement rows =
+      Query(store,
+            "SELECT d.id, name, uuid, isFlash, isCapacityFlash, isKorelDirect, isHealthy, sizeGb, "
+            "vendor, model, cachingDevice, formatVersion, claimedAt, isMounted, usedGb "
+            "FROM devices d LEFT JOIN claims c ON c.device = d.id WHERE host = ? ORDER BY d.id",
+            host.id);
+  while (rows.executeStep()) devices.push_back(ReadDevice(rows));
+  return devices;
+}
+
+const Device& FindByName(const Devices& devices, const std::string& name) {
+  const auto device = std::find_if(devices.begin(), devices.end(),
+                                   [&](const Device& known) { return known.name == name; });
+  if (device == devices.end()) Fail("the host has no device ", Quoted(name));
+  return *device;
+}
+
+const Device& FindByUuid(const Devices& devices, const std::string& uuid) {
+  const std::string wanted = CanonicalUuid(uuid);
+  const auto device = std::find_if(devices.begin(), devices.end(),
+                                   [&](const Device& known) { return known.uuid == wanted; });
+  if (device == devices.end()) Fail("the host has no device with UUID ", wanted);
+  return *device;
+}
+
+const Device& GroupOf(const Devices& devices, const Device& device) {
+  return *std::find_if(devices.begin(), devices.end(), [&](const Device& known) {
+    return known.id == device.claim->cachingDevice;
+  });
+}
+
+void CheckUnclaimed(const Devices& devices, const Device& device) {
+  if (!device.claim) return;
+  if (device.IsInPool()) Fail("device ", Quoted(device.name), " is in use in the storage pool");
+  Fail("device ", Quoted(device.name), " is in use in disk group ",
+       Quoted(GroupOf(devices, device).name));
+}
+
+void CheckNamedOnce(const std::vector<std::string>& names) {
+  std::set<std::string> known;
+  for (const std::string& name : names) {
+    if (!known.insert(name).second) Fail("device ", Quoted(name), " is named twice");
+  }
+}
+
+void InsertClaim(Store& store, const Device& device, std::int64_t cachingDevice,
+                 const std::string& now) {
+  Execute(store,
+          "INSERT INTO claims (device, cachingDevice, formatVersion, claimedAt, usedGb) "
+          "VALUES (?, nullif(?, 0), ?, ?, ?)",
+          device.id, cachingDevice, kNewestFormatVersion, now,
+          device.id == cachingDevice ? std::int64_t{0} : device.sizeGb / kFilledPart);
+}
+
+void DeleteClaim(Store& store, const Device& device) {
+  Execute(store, "DELETE FROM claims WHERE device = ?", device.id);
+}
+
+void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel::Uuid& disk) {
+  if (std::none_of(disks.begin(), disks.end(),
+                   [&](const auto& lun) { return lun->GetUuid() == disk; })) {
+    Fail("the host has no device with UUID ", UuidText(disk));
+  }
+}
+
+Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host, const std::string& uuid) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& device = FindByUuid(devices, uuid);
+  Tovrin::Korel::KorelDiskInfo info;
+  info.isSsd = device.isFlash;
+  info.isCapacityTier = device.IsForCapacity();
+  info.deviceName = device.name;
+  info.korelUuid = device.uuid;
+  info.vendor = device.vendor;
+  info.model = device.model;
+  if (!device.claim) return info;
+  DescribeClaim(devices, device, info);
+  info.isInHxds = IsEnabled(store, host);
+  return info;
+}
+
+void AddTag(Store& store, const Host& host, const std::string& device, DiskTag tag) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindByName(devices, device);
+  const TagPlace place = PlaceOf(tag);
+  if (tag == DiskTag::CapacityFlash && !found.isFlash) {
+    Fail("device ", Quoted(device), " is not flash, as the tag ", place.name, " needs");
+  }
+  CheckUnclaimed(devices, found);
+  if (found.*place.flag) Fail("device ", Quoted(device), " is tagged ", place.name, " already");
+  Execute(store, place.update, 1, found.id);
+}
+
+void RemoveTag(Store& store, const Host& host, const std::string& device, DiskTag tag) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindByName(devices, device);
+  const TagPlace place = PlaceOf(tag);
+  if (!(found.*place.flag)) Fail("device ", Quoted(device), " is not tagged ", place.name);
+  CheckUnclaimed(devices, found);
+  Execute(store, place.update, 0, found.id);
+}
+
+void SetHealth(Store& store, const Host& host, const std::string& device, bool isHealthy) {
+  Execute(store, "UPDATE devices SET isHealthy = ? WHERE id = ?", isHealthy ? 1 : 0,
+          FindByName(DevicesOf(store, host), device).id);
+}
+
+void SetFormatVersion(Store& store, const Host& host, const std::string& device, int version) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindByName(devices, device);
+  if (!found.claim) Fail("device ", Quoted(device), " is not in use, and so has no format");
+  if (version < 1 || version > kNewestFormatVersion) {
+    Fail("on-disk format versions are 1 to ", std::to_string(kNewestFormatVersion), ", got ",
+         std::to_string(version));
+  }
+  Execute(store, "UPDATE claims SET formatVersion = ? WHERE device = ?", version, found.id);
+}
+
+}  // namespace lab

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lab/model/Hosts.h"
+#include "lab/store/Store.h"
+#include "platform/hostctl/Records.h"
+
+namespace lab {
+
+/// The on-disk format that a claim or a rebuild gives a disk.
+inline constexpr int kNewestFormatVersion = 20;
+
+/// A device's place in a disk group or in the storage pool; never in both.
+struct Claim {
+  std::int64_t cachingDevice = 0;  ///< id of the device that the group is named after; 0: the pool
+  int formatVersion = 0;
+  std::string claimedAt;  ///< UTC
+  bool isMounted = false;
+  std::int64_t usedGb = 0;  ///< the data on it; none on a caching device
+};
+
+/// A device of a host.
+struct Device {
+  std::int64_t id = 0;
+  std::string name;
+  std::string uuid;  ///< for life, claimed or not
+  bool isFlash = false;
+  bool isCapacityFlash = false;
+  bool isKorelDirect = false;
+  bool isHealthy = true;
+  std::int64_t sizeGb = 0;
+  std::string vendor;
+  std::string model;
+  std::optional<Claim> claim;
+
+  /// It may serve a disk group for capacity; else it may serve one for caching.
+  bool IsForCapacity() const { return !isFlash || isCapacityFlash; }
+  bool IsInPool() const { return claim && claim->cachingDevice == 0; }
+  bool IsInGroup() const { return claim && claim->cachingDevice != 0; }
+  bool IsCachingOfGroup() const { return claim && claim->cachingDevice == id; }
+};
+
+using Devices = std::vector<Device>;
+
+/// The host's devices in the order of its inventory.
+Devices DevicesOf(Store& store, const Host& host);
+/// Throws KorelCtlException when none of them has the name.
+const Device& FindByName(const Devices& devices, const std::string& name);
+/// Throws KorelCtlException when none of them has the UUID, or the text is no UUID.
+const Device& FindByUuid(const Devices& devices, const std::string& uuid);
+/// The caching device of the group that the device, one in a disk group, is in.
+const Device& GroupOf(const Devices& devices, const Device& device);
+
+/// Throws KorelCtlException when the device is claimed, saying for what.
+void CheckUnclaimed(const Devices& devices, const Device& device);
+/// Throws KorelCtlException when a name is there twice.
+void CheckNamedOnce(const std::vector<std::string>& names);
+/// Formats the unclaimed device for the group of that caching device, or for the pool (0). The
+/// workload of a lab then fills a capacity device to a quarter of its size at once.
+void InsertClaim(Store& store, const Device& device, std::int64_t cachingDevice,
+                 const std::string& now);
+void DeleteClaim(Store& store, const Device& device);
+
+/// Throws KorelCtlException when the disk is not in the list, which stands for what the host sees.
+void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel::Uuid& disk);
+/// The record of one of the host's devices. Throws KorelCtlException when no device has the UUID.
+Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host, const std::string& uuid);
+
+/// What a device is tagged for.
+enum class DiskTag { CapacityFlash, KorelDirect };
+
+/// Tags an unclaimed device. "capacityFlash" is for flash: it then serves a disk group for capacity
+/// and no longer for caching. "korelDirect" is for any device: workloads then have it to
+/// themselves, and neither a disk group nor the storage pool takes it.
+void AddTag(Store& store, const Host& host, const std::string& device, DiskTag tag);
+/// Takes a tag off an unclaimed device that has it.
+void RemoveTag(Store& store, const Host& host, const std::string& device, DiskTag tag);
+
+/// A lab's own doing, to see what a host makes of it.
+void SetHealth(Store& store, const Host& host, const std::string& device, bool isHealthy);
+/// The same, for a claimed device: as if an older version had formatted it.
+void SetFormatVersion(Store& store, const Host& host, const std::string& device, int version);
+
+}  // namespace lab

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lab/model/Disks.h"
+#include "lab/model/Hosts.h"
+#include "lab/store/Store.h"
+
+namespace lab {
+
+/// What happens to the data of disks that go out of use.
+enum class Evacuation {
+  None,           ///< nothing
+  Accessibility,  ///< half of it moves: that of which no other disk has a copy
+  All,            ///< all of it moves
+};
+
+/// Reads an evacuation mode: "NoAction", or empty for it, "EnsureObjectAccessibility" or
+/// "EvacuateAllData". Throws KorelCtlException naming any other text.
+Evacuation EvacuationFrom(const std::string& mode);
+
+/// Moves data of `leaving`, capacity disks of the host, to the other mounted, healthy capacity
+/// disks of the host and of the data hosts of its cluster: the host's own first, each filled in
+/// turn. Throws KorelCtlException with the figures when they have too little room, or naming a disk
+/// whose data cannot be read.
+void Evacuate(Store& store, const Host& host, const std::vector<const Device*>& leaving,
+              Evacuation evacuation);
+
+}  // namespace lab

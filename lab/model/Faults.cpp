@@ -1,0 +1,54 @@
+#include "lab/model/Faults.h"
+
+#include <algorithm>
+
+#include "lab/common/Text.h"
+#include "lab/model/Operations.h"
+#include "lab/store/Query.h"
+
+namespace lab {
+namespace {
+
+void CheckOperation(const std::string& name) {
+  if (std::find(kOperations.begin(), kOperations.end(), name) != kOperations.end()) return;
+  Fail("no host control operation is named ", Quoted(name),
+       DidYouMean(name, {kOperations.begin(), kOperations.end()}));
+}
+
+}  // namespace
+
+void AddFault(Store& store, const Fault& fault) {
+  CheckOperation(fault.operation);
+  if (fault.remaining && *fault.remaining < 1) Fail("the count of a fault must be at least 1");
+  Execute(store, "INSERT OR REPLACE INTO faults VALUES (?, ?, NULL)", fault.operation,
+          fault.message);
+  if (fault.remaining) {
+    Execute(store, "UPDATE faults SET remaining = ? WHERE operation = ?", *fault.remaining,
+            fault.operation);
+  }
+}
+
+std::vector<Fault> AllFaults(Store& store) {
+  std::vector<Fault> faults;
+  SQLite::Statement rows =
+      Query(store, "SELECT operation, message, remaining FROM faults ORDER BY operation");
+  while (rows.executeStep()) {
+    Fault fault{rows.getColumn(0).getString(), rows.getColumn(1).getString(), std::nullopt};
+    if (!rows.isColumnNull(2)) fault.remaining = rows.getColumn(2).getInt64();
+    faults.push_back(std::move(fault));
+  }
+  return faults;
+}
+
+void ClearFaults(Store& store) { Execute(store, "DELETE FROM faults"); }
+
+std::optional<std::string> TakeFault(Store& store, std::string_view operation) {
+  const std::string name(operation);
+  const auto messages = Texts(store, "SELECT message FROM faults WHERE operation = ?", name);
+  if (messages.empty()) return std::nullopt;
+  Execute(store, "DELETE FROM faults WHERE operation = ? AND remaining = 1", name);
+  Execute(store, "UPDATE faults SET remaining = remaining - 1 WHERE operation = ?", name);
+  return messages.front();
+}
+
+}  // namespace lab

@@ -1,0 +1,121 @@
+#include "lab/model/Hosts.h"
+
+#include <optional>
+
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+#include "lab/model/HostRoot.h"
+#include "lab/store/Query.h"
+
+namespace lab {
+namespace {
+
+constexpr const char* kSelectHosts =
+    "SELECT id, name, nodeUuid, coalesce(faultDomain, name) FROM hosts ";
+
+Host ReadHost(SQLite::Statement& rows) {
+  return {rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
+          rows.getColumn(2).getString(), rows.getColumn(3).getString()};
+}
+
+std::optional<Host> FindHost(Store& store, const std::string& name) {
+  static const std::string sql = std::string(kSelectHosts) + "WHERE name = ?";
+  SQLite::Statement rows = Query(store, sql.c_str(), name);
+  if (!rows.executeStep()) return std::nullopt;
+  return ReadHost(rows);
+}
+
+void AddDevice(Store& store, std::int64_t host, const std::string& hostName,
+               const DeviceInventory& device) {
+  const char* kind = !device.isFlash          ? "Spinning disk"
+                     : device.isCapacityFlash ? "Capacity flash"
+                                              : "Caching flash";
+  Execute(store,
+          "INSERT INTO devices (host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, model)"
+          " VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
+          host, device.name, DerivedUuid("device " + hostName + " " + device.name),
+          device.isFlash ? 1 : 0, device.isCapacityFlash ? 1 : 0, device.sizeGb, device.vendor,
+          device.model.empty() ? std::string(kind) : device.model);
+}
+
+std::string HostNames(Store& store) {
+  return Joined(Texts(store, "SELECT name FROM hosts ORDER BY id"), ", ");
+}
+
+/// ASCII's and Latin-1's, of which a terminal takes either as a command.
+bool IsControlCharacter(std::string_view character) {
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
+  if (character.size() == 1) return byte(0) < 0x20 || byte(0) == 0x7f;
+  return character.size() == 2 && byte(0) == 0xc2 && byte(1) < 0xa0;
+}
+
+}  // namespace
+
+Host CurrentHost(Store& store) {
+  const char* wanted = Environment("KOREL_LAB_HOST");
+  if (auto host = FindHost(store, wanted == nullptr ? "host1" : wanted)) return *host;
+  const auto hosts = AllHosts(store);
+  if (wanted == nullptr && !hosts.empty()) return hosts.front();
+  Fail("KOREL_LAB_HOST names no host of the lab: ", Quoted(wanted == nullptr ? "" : wanted),
+       "; the hosts are ", HostNames(store));
+}
+
+Host HostNamed(Store& store, const std::string& name) {
+  if (auto host = FindHost(store, name)) return *host;
+  Fail("the lab has no host ", Quoted(name), "; the hosts are ", HostNames(store));
+}
+
+std::vector<Host> AllHosts(Store& store) {
+  std::vector<Host> hosts;
+  SQLite::Statement rows = Query(store, (std::string(kSelectHosts) + "ORDER BY id").c_str());
+  while (rows.executeStep()) hosts.push_back(ReadHost(rows));
+  return hosts;
+}
+
+void AddHost(Store& store, const HostInventory& inventory) {
+  CheckPlainName("host", inventory.name);
+  if (FindHost(store, inventory.name)) {
+    Fail("the lab has a host ", Quoted(inventory.name), " already");
+  }
+  const auto host = Insert(store, "INSERT INTO hosts (name, nodeUuid) VALUES (?, ?)",
+                           inventory.name, DerivedUuid("node " + inventory.name));
+  for (const auto& device : inventory.devices) AddDevice(store, host, inventory.name, device);
+  for (std::size_t i = 0; i < inventory.interfaces.size(); ++i) {
+    Execute(store, "INSERT INTO interfaces (host, name, position) VALUES (?, ?, ?)", host,
+            inventory.interfaces[i], static_cast<std::int64_t>(i));
+  }
+  LayOutRoot(store, inventory.name);
+}
+
+void CheckFaultDomainName(const std::string& name) {
+  constexpr std::size_t kMaxCharacters = 256;
+  std::size_t characters = 0;
+  for (std::size_t i = 0; i < name.size(); ++characters) {
+    const std::size_t size = Utf8CharacterSize(std::string_view(name).substr(i));
+    if (size == 0) Fail("fault domain name ", Quoted(name), " is not UTF-8");
+    if (IsControlCharacter(std::string_view(name).substr(i, size))) {
+      Fail("fault domain name ", Quoted(name), " has a control character in it");
+    }
+    i += size;
+  }
+  if (characters == 0 || characters > kMaxCharacters) {
+    Fail("a fault domain name has 1 to 256 characters, got ", std::to_string(characters));
+  }
+}
+
+void SetFaultDomain(Store& store, const Host& host, const std::string& name) {
+  constexpr std::size_t kMaxBytes = 256;
+  CheckFaultDomainName(name);
+  if (name.size() > kMaxBytes) {
+    Fail("a fault domain name has at most 256 bytes, got ", std::to_string(name.size()));
+  }
+  Execute(store, "UPDATE hosts SET faultDomain = ? WHERE id = ?", name, host.id);
+}
+
+void ResetFaultDomain(Store& store, const Host& host) {
+  Execute(store, "UPDATE hosts SET faultDomain = NULL WHERE id = ?", host.id);
+}
+
+std::string FaultDomainId(const std::string& name) { return DerivedUuid("fault domain " + name); }
+
+}  // namespace lab

@@ -1,0 +1,129 @@
+#include "lab/model/NetworkConfig.h"
+
+#include "lab/common/Text.h"
+#include "lab/common/Uuids.h"
+#include "lab/store/Query.h"
+
+namespace lab {
+namespace {
+
+using Tovrin::Korel::KorelHskNicConfig2;
+using Tovrin::Korel::KorelIpAddress;
+using Tovrin::Network::Ipv4Address;
+using Tovrin::Network::Ipv6Address;
+
+/// The group's address in the one form of its family.
+std::string CheckedGroup(const char* what, const KorelIpAddress& group, bool isV6) {
+  const char* family = isV6 ? "IPv6" : "IPv4";
+  if (group.isV6 != isV6) Fail("the ", family, " ", what, " group is of the other family");
+  const std::string address = isV6 ? group.v6.GetStringAddress() : group.v4.GetStringAddress();
+  if (!(isV6 ? group.v6.IsMulticast() : group.v4.IsMulticast())) {
+    Fail("the ", family, " ", what, " group ", address, " is no multicast address");
+  }
+  return address;
+}
+
+void CheckNumbers(const KorelHskNicConfig2& config) {
+  constexpr std::int64_t kMaxPort = 65535;
+  CheckRange("the agent multicast port", config.GetAgentMulticastPort(), 1, kMaxPort);
+  CheckRange("the master multicast port", config.GetPrimaryMulticastPort(), 1, kMaxPort);
+  CheckRange("the host unicast port", config.GetHostUnicastPort(), 1, kMaxPort);
+  CheckRange("the multicast time-to-live", config.GetMulticastTTL(), 1, 255);
+}
+
+/// The column that says whether an interface carries such traffic.
+std::string TrafficColumn(const std::string& trafficType) {
+  if (trafficType == "korel") return "carriesKorel";
+  if (trafficType == "witness") return "carriesWitness";
+  Fail(Quoted(trafficType), " is no traffic type; the types are korel and witness");
+}
+
+KorelIpAddress V4(const std::string& text) { return {false, Ipv4Address(text), {}, text}; }
+KorelIpAddress V6(const std::string& text) { return {true, {}, Ipv6Address(text), text}; }
+
+bool IsActive(Store& store, const Host& host, const std::string& name,
+              const std::string& condition) {
+  const std::string sql =
+      "SELECT 1 FROM networkConfigs WHERE host = ? AND interface = ? AND isActive " + condition;
+  return Exists(store, sql.c_str(), host.id, name);
+}
+
+}  // namespace
+
+void CheckHasInterface(Store& store, const Host& host, const std::string& name) {
+  if (Exists(store, "SELECT 1 FROM interfaces WHERE host = ? AND name = ?", host.id, name)) return;
+  const auto names =
+      Texts(store, "SELECT name FROM interfaces WHERE host = ? ORDER BY position, name", host.id);
+  Fail("the host has no interface ", Quoted(name),
+       names.empty() ? ", nor any other" : "; it has " + Joined(names, ", "));
+}
+
+void SetInterfaceConfig(Store& store, const Host& host, const KorelHskNicConfig2& config) {
+  CheckHasInterface(store, host, config.GetHsknicName());
+  const std::string agentV4 = CheckedGroup("agent", config.GetAgentMulticastGroup(), false);
+  const std::string agentV6 = CheckedGroup("agent", config.GetAgentV6MulticastGroup(), true);
+  const std::string masterV4 = CheckedGroup("master", config.GetPrimaryMulticastGroup(), false);
+  const std::string masterV6 = CheckedGroup("master", config.GetPrimaryV6MulticastGroup(), true);
+  CheckNumbers(config);
+  if (!config.korelTraffic && !config.witnessTraffic) {
+    Fail("interface ", Quoted(config.GetHsknicName()), " must carry korel or witness traffic");
+  }
+  Execute(
+      store, "INSERT OR REPLACE INTO networkConfigs VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, 1)",
+      host.id, config.GetHsknicName(), agentV4, agentV6, masterV4, masterV6,
+      config.GetAgentMulticastPort(), config.GetPrimaryMulticastPort(), config.GetHostUnicastPort(),
+      config.GetMulticastTTL(), config.korelTraffic ? 1 : 0, config.witnessTraffic ? 1 : 0);
+}
+
+std::vector<std::unique_ptr<KorelHskNicConfig2>> InterfaceConfigs(Store& store, const Host& host) {
+  SQLite::Statement rows =
+      Query(store,
+            "SELECT interface, agentV4, agentV6, masterV4, masterV6, agentPort, masterPort, "
+            "unicastPort, ttl, carriesKorel, carriesWitness FROM networkConfigs c "
+            "JOIN interfaces i ON i.host = c.host AND i.name = c.interface "
+            "WHERE c.host = ? AND isActive ORDER BY i.position, i.name",
+            host.id);
+  std::vector<std::unique_ptr<KorelHskNicConfig2>> configs;
+  while (rows.executeStep()) {
+    const auto text = [&](int column) { return rows.getColumn(column).getString(); };
+    const auto number = [&](int column) { return rows.getColumn(column).getInt64(); };
+    configs.push_back(std::make_unique<KorelHskNicConfig2>(
+        text(0), V4(text(1)), V6(text(2)), V4(text(3)), V6(text(4)), number(5), number(6),
+        number(7), number(8), number(9) != 0, number(10) != 0, ""));
+    configs.back()->SetIfaceUuid(DerivedUuid("interface " + host.name + " " + text(0)));
+  }
+  return configs;
+}
+
+bool IsInterfaceConfigured(Store& store, const Host& host, const std::string& name,
+                           const std::string& trafficType) {
+  return IsActive(store, host, name, "AND " + TrafficColumn(trafficType));
+}
+
+void RemoveTraffic(Store& store, const Host& host, const std::string& name, bool force,
+                   const std::string& trafficType) {
+  const std::string column = TrafficColumn(trafficType);
+  if (!force && !IsActive(store, host, name, "")) {
+    CheckHasInterface(store, host, name);
+    // A whole removal takes "korel" off first, and with it goes an interface that carries nothing
+    // else: that "witness" then finds none is no fault.
+    if (column == "carriesWitness") return;
+    Fail("interface ", Quoted(name), " is not in the Korel network configuration");
+  }
+  const std::string sql =
+      "UPDATE networkConfigs SET " + column + " = 0 WHERE host = ? AND interface = ?";
+  Execute(store, sql.c_str(), host.id, name);
+  Execute(store,
+          "DELETE FROM networkConfigs WHERE host = ? AND NOT carriesKorel AND NOT carriesWitness",
+          host.id);
+}
+
+void ClearNetworkConfig(Store& store, const Host& host) {
+  Execute(store, "UPDATE networkConfigs SET isActive = 0 WHERE host = ?", host.id);
+}
+
+void RestoreNetworkConfig(Store& store, const Host& host) {
+  Execute(store, "UPDATE networkConfigs SET isActive = 1 WHERE host = ?", host.id);
+}
+
+}  // namespace lab

@@ -1,0 +1,87 @@
+#include "lab/model/StoragePool.h"
+
+#include "lab/common/Text.h"
+#include "lab/model/Clusters.h"
+#include "lab/model/Disks.h"
+#include "lab/model/Evacuation.h"
+
+namespace lab {
+namespace {
+
+constexpr std::int64_t kBytesPerGb = 1'000'000'000;
+constexpr std::int64_t kPool = 0;
+
+void CheckMayJoin(const Devices& devices, const Device& device) {
+  CheckUnclaimed(devices, device);
+  if (!device.isFlash) {
+    Fail("device ", Quoted(device.name), " is not flash, as the storage pool needs");
+  }
+  if (device.isKorelDirect) {
+    Fail("device ", Quoted(device.name),
+         " is tagged korelDirect and cannot be in the storage pool");
+  }
+}
+
+void CheckInPool(const Devices& devices, const Device& device) {
+  if (device.IsInPool()) return;
+  if (!device.claim) Fail("device ", Quoted(device.name), " is not in the storage pool");
+  Fail("device ", Quoted(device.name), " is in disk group ", Quoted(GroupOf(devices, device).name),
+       ", not in the storage pool");
+}
+
+void Remove(Store& store, const Host& host, const Devices& devices, const Device& device,
+            Evacuation evacuation) {
+  CheckInPool(devices, device);
+  Evacuate(store, host, {&device}, evacuation);
+  DeleteClaim(store, device);
+}
+
+}  // namespace
+
+void AddPoolDisks(Store& store, const Host& host, const std::vector<std::string>& devices) {
+  if (devices.empty()) Fail("no device is named for the storage pool");
+  CheckNamedOnce(devices);
+  const Devices known = DevicesOf(store, host);
+  const std::string now = UtcNow();
+  for (const std::string& name : devices) {
+    const Device& device = FindByName(known, name);
+    CheckMayJoin(known, device);
+    InsertClaim(store, device, kPool, now);
+  }
+}
+
+void RemovePoolDisk(Store& store, const Host& host, const std::string& device,
+                    const std::string& evacuationMode) {
+  const Evacuation evacuation = EvacuationFrom(evacuationMode);
+  const Devices devices = DevicesOf(store, host);
+  Remove(store, host, devices, FindByName(devices, device), evacuation);
+}
+
+void RemovePoolDiskByUuid(Store& store, const Host& host, const std::string& uuid,
+                          const std::string& evacuationMode) {
+  const Evacuation evacuation = EvacuationFrom(evacuationMode);
+  const Devices devices = DevicesOf(store, host);
+  Remove(store, host, devices, FindByUuid(devices, uuid), evacuation);
+}
+
+bool IsPoolDisk(Store& store, const Host& host, const std::string& device) {
+  return FindByName(DevicesOf(store, host), device).IsInPool();
+}
+
+Tovrin::Korel::KorelStoragePoolDiskInfo PoolDiskInfo(Store& store, const Host& host,
+                                                     const std::string& uuid, bool fromCluster) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& device = FindByUuid(devices, uuid);
+  CheckInPool(devices, device);
+  return {.deviceName = device.name,
+          .korelUuid = device.uuid,
+          .isSsd = device.isFlash,
+          .isUsedByThisHost = true,
+          .isInHxds = fromCluster && IsEnabled(store, host),
+          .isMounted = device.claim->isMounted,
+          .onDiskFormatVersion = device.claim->formatVersion,
+          .capacityBytes = device.sizeGb * kBytesPerGb,
+          .creationTime = device.claim->claimedAt};
+}
+
+}  // namespace lab

@@ -1,0 +1,90 @@
+#include "lab/model/Trace.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "lab/common/Text.h"
+#include "lab/store/Query.h"
+
+namespace lab {
+namespace {
+
+/// What values an option takes.
+struct Kind {
+  bool (*takes)(const std::string& value);
+  const char* description;
+};
+
+bool IsCount(const std::string& value) {
+  std::int64_t number = -1;
+  const char* end = value.data() + value.size();
+  const auto [stop, error] = std::from_chars(value.data(), end, number);
+  return error == std::errc() && stop == end && number >= 0;
+}
+
+bool IsSwitch(const std::string& value) { return value == "true" || value == "false"; }
+
+bool IsPath(const std::string& value) {
+  if (value.empty()) return true;
+  return value.front() == '/' && std::none_of(value.begin(), value.end(), [](char c) {
+           const auto byte = static_cast<unsigned char>(c);
+           return byte < 0x20 || byte == 0x7f || c == '"';
+         });
+}
+
+constexpr Kind kCount{IsCount, "a number of 0 or more"};
+constexpr Kind kSwitch{IsSwitch, "true or false"};
+constexpr Kind kPath{
+    IsPath, "an absolute path without quotation marks and control characters, or be empty"};
+
+struct Option {
+  const char* name;
+  Kind kind;
+};
+
+constexpr auto kOptions = std::to_array<Option>({
+    {"normal_path", kPath},
+    {"normal_num_of_files", kCount},
+    {"normal_size_in_kb", kCount},
+    {"urgent_num_of_files", kCount},
+    {"urgent_size_in_kb", kCount},
+    {"object_manager_num_of_files", kCount},
+    {"object_manager_size_in_kb", kCount},
+    {"log_structured_object_manager_num_of_files", kCount},
+    {"log_structured_object_manager_size_in_kb", kCount},
+    {"urgent_to_syslog", kSwitch},
+});
+
+const Option& FindOption(const std::string& name) {
+  std::vector<std::string> names;
+  for (const Option& option : kOptions) {
+    if (name == option.name) return option;
+    names.emplace_back(option.name);
+  }
+  Fail("no trace option is named ", Quoted(name), DidYouMean(name, names));
+}
+
+}  // namespace
+
+void SetTraceOptions(Store& store, const Host& host, const TraceOptions& options) {
+  for (const auto& [name, value] : options) {
+    const Option& option = FindOption(name);
+    if (!option.kind.takes(value)) {
+      Fail("trace option ", name, " must be ", option.kind.description, ", got ", Quoted(value));
+    }
+    Execute(store, "INSERT OR REPLACE INTO traceOptions VALUES (?, ?, ?)", host.id, name, value);
+  }
+}
+
+TraceOptions TraceOptionsOf(Store& store, const Host& host) {
+  TraceOptions options;
+  SQLite::Statement rows =
+      Query(store, "SELECT name, value FROM traceOptions WHERE host = ?", host.id);
+  while (rows.executeStep()) {
+    options[rows.getColumn(0).getString()] = rows.getColumn(1).getString();
+  }
+  return options;
+}
+
+}  // namespace lab

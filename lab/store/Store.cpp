@@ -1,0 +1,114 @@
+#include "lab/store/Store.h"
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
+#include <SQLiteCpp/Statement.h>
+#include <sqlite3.h>
+
+#include <exception>
+
+#include "lab/common/Text.h"
+#include "lab/store/LabFile.h"
+#include "lab/store/Schema.h"
+
+namespace lab {
+namespace {
+
+constexpr int kBusyTimeoutMs = 10'000;
+constexpr int kNewestVersion = static_cast<int>(kMigrations.size());
+
+std::unique_ptr<Store>& ProcessStore() {
+  static std::unique_ptr<Store> store;
+  return store;
+}
+
+[[noreturn]] void ThrowActionable(const SQLite::Exception& failure, const std::string& path) {
+  const std::string lab = "the lab " + Quoted(path);
+  switch (failure.getErrorCode()) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      Fail(lab, " is in use by another process; try again");
+    case SQLITE_FULL:
+      Fail("no space is left for ", lab);
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_CANTOPEN:
+    case SQLITE_AUTH:
+      Fail("cannot write ", lab, " or its directory: ", failure.what());
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      throw UnusableLab(lab + " is damaged" + HowToReplace(path));
+    default:
+      Fail(lab, " cannot be used: ", failure.what());
+  }
+}
+
+}  // namespace
+
+Store::Store(std::string path) : path_(std::move(path)) {
+  MakeDirectoryOf(path_);
+  HoldsLab(path_);
+  database_ = std::make_unique<SQLite::Database>(
+      path_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, kBusyTimeoutMs);
+  sqlite3_db_config(database_->getHandle(), SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
+  database_->exec("PRAGMA synchronous = EXTRA");
+}
+
+Store::~Store() = default;
+
+Store& Store::ForProcess() {
+  std::string path = LabPath();
+  std::unique_ptr<Store>& store = ProcessStore();
+  if (!store || store->GetPath() != path) store = std::make_unique<Store>(std::move(path));
+  return *store;
+}
+
+void Store::CloseForProcess() { ProcessStore().reset(); }
+
+int Store::GetVersion() { return database_->execAndGet("PRAGMA user_version").getInt(); }
+
+bool Store::BringUpToDate() {
+  if (isKnownToBeCurrent_) return false;
+  const int version = GetVersion();
+  if (version > kNewestVersion || version < 0) {
+    throw UnusableLab("the lab " + Quoted(path_) + " is of version " + std::to_string(version) +
+                      ", newer than this program knows (" + std::to_string(kNewestVersion) + ")" +
+                      HowToReplace(path_));
+  }
+  // Only what was read is known to last: a migration may yet be rolled back.
+  isKnownToBeCurrent_ = version == kNewestVersion;
+  if (isKnownToBeCurrent_) return false;
+  for (int from = version; from < kNewestVersion; ++from) {
+    database_->exec(kMigrations.at(static_cast<std::size_t>(from)));
+  }
+  database_->exec("PRAGMA application_id = " + std::to_string(kApplicationId));
+  database_->exec("PRAGMA user_version = " + std::to_string(kNewestVersion));
+  return version == 0;
+}
+
+Transaction::Transaction(Store& store) : store_(store) {
+  store_.GetDatabase().exec("BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction() {
+  if (!isCommitted_) store_.GetDatabase().tryExec("ROLLBACK");
+}
+
+void Transaction::Commit() {
+  store_.GetDatabase().exec("COMMIT");
+  isCommitted_ = true;
+}
+
+void ThrowActionable() {
+  try {
+    throw;
+  } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
+    throw;
+  } catch (const SQLite::Exception& failure) {
+    ThrowActionable(failure, LabPath());
+  } catch (const std::exception& failure) {
+    Fail("the host control library failed: ", failure.what());
+  }
+}
+
+}  // namespace lab

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace SQLite {
+class Database;
+}
+
+namespace lab {
+
+/// One open lab file.
+class Store {
+ public:
+  /// Opens the file, and makes it and its directory when missing; nothing is written into it yet.
+  /// Throws KorelCtlException or SQLite::Exception.
+  explicit Store(std::string path);
+  ~Store();
+  Store(const Store&) = delete;
+  Store& operator=(const Store&) = delete;
+
+  /// The lab at LabPath(), opened at the first call and kept open.
+  static Store& ForProcess();
+  /// The next ForProcess() opens the file again.
+  static void CloseForProcess();
+
+  const std::string& GetPath() const { return path_; }
+  SQLite::Database& GetDatabase() { return *database_; }
+
+  /// The schema's version: 0 for a new file.
+  int GetVersion();
+  /// Within a transaction: takes the schema to the newest version. True when the file was new.
+  /// Throws UnusableLab when the file is newer than this library.
+  bool BringUpToDate();
+
+ private:
+  std::string path_;
+  std::unique_ptr<SQLite::Database> database_;
+  bool isKnownToBeCurrent_ = false;
+};
+
+/// A transaction that no other process can come between; undone unless it is committed.
+class Transaction {
+ public:
+  explicit Transaction(Store& store);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+
+  void Commit();
+
+ private:
+  Store& store_;
+  bool isCommitted_ = false;
+};
+
+/// Within a catch block: throws what is being handled as a KorelCtlException that a person can act
+/// on.
+[[noreturn]] void ThrowActionable();
+
+}  // namespace lab

@@ -1,0 +1,119 @@
+#include "tests/lab/Support.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "lab/model/Lab.h"
+#include "lab/store/Query.h"
+
+namespace lab_test {
+
+using Tovrin::Lib::Korel::KorelCtlException;
+
+void StandOn(const std::string& host) { setenv("KOREL_LAB_HOST", host.c_str(), 1); }
+
+void AddHostsUpTo(int last) {
+  lab::InLab([&](lab::Store& store) {
+    for (int i = 2; i <= last; ++i) {
+      lab::AddHost(store, lab::StandardHost("host" + std::to_string(i)));
+    }
+  });
+}
+
+std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl() {
+  return Tovrin::Lib::Korel::KorelPluginFactory::GetKorelPlugin()->GetKorelInfo();
+}
+
+std::string Failure(const std::function<void()>& work) {
+  try {
+    work();
+    return {};
+  } catch (const KorelCtlException& failure) {
+    return failure.GetMessage();
+  }
+}
+
+std::string State() {
+  return lab::InLab([](lab::Store& store) {
+    std::ostringstream state;
+    for (const auto& table : lab::Texts(store,
+                                        "SELECT name FROM sqlite_schema WHERE type = "
+                                        "'table' ORDER BY name")) {
+      state << table << "\n";
+      SQLite::Statement rows = lab::Query(store, ("SELECT * FROM " + table).c_str());
+      while (rows.executeStep()) {
+        for (int i = 0; i < rows.getColumnCount(); ++i) {
+          state << "|" << rows.getColumn(i).getString();
+        }
+        state << "\n";
+      }
+    }
+    return state.str();
+  });
+}
+
+void ExpectRefused(const std::function<void()>& work, const std::string& message) {
+  const std::string before = State();
+  EXPECT_EQ(Failure(work), message);
+  EXPECT_EQ(State(), before);
+}
+
+void ExpectRefusals(const std::vector<Refusal>& refusals) {
+  for (const Refusal& each : refusals) {
+    SCOPED_TRACE(each.line);
+    StandOn(each.host);
+    ExpectRefused(each.work, each.message);
+  }
+}
+
+std::string NotUuid(const std::string& text) {
+  return "'" + text + "' is not a UUID of the form \"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\"";
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream content;
+  content << file.rdbuf();
+  return content.str();
+}
+
+void WriteFile(const std::string& path, const std::string& content) {
+  std::ofstream(path, std::ios::binary) << content;
+}
+
+int FailuresInProcesses(int count, const std::function<void(int)>& work) {
+  lab::Store::CloseForProcess();  // a connection does not survive a fork
+  std::vector<pid_t> children;
+  for (int i = 0; i < count; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      _exit(Failure([&] { work(i); }).empty() ? 0 : 1);
+    }
+    children.push_back(child);
+  }
+  int failures = 0;
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) ++failures;
+  }
+  return failures;
+}
+
+LabTest::LabTest() {
+  std::string name = testing::TempDir() + "lab-XXXXXX";
+  folder_ = mkdtemp(name.data());
+  setenv("KOREL_LAB", LabFile().c_str(), 1);
+  for (const char* variable : {"KOREL_LAB_HOST", "KOREL_LAB_CALLS"}) unsetenv(variable);
+}
+
+LabTest::~LabTest() {
+  lab::Store::CloseForProcess();
+  std::filesystem::remove_all(folder_);
+}
+
+}  // namespace lab_test

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/hostctl/KorelUtil.h"
+#include "platform/hostctl/Misc.h"
+
+namespace lab_test {
+
+inline const std::string kClusterA = "aaaaaaaa-0000-4000-8000-000000000001";
+inline const std::string kClusterB = "bbbbbbbb-0000-4000-8000-000000000002";
+inline const std::string kClusterC = "cccccccc-0000-4000-8000-000000000003";
+inline const std::string kDatastore1 = "d0000000-0000-4000-8000-000000000001";
+inline const std::string kDatastore2 = "d0000000-0000-4000-8000-000000000002";
+inline const std::string kZeros = "00000000-0000-0000-0000-000000000000";
+
+/// Calls of host control operations that follow act on that host of the lab.
+void StandOn(const std::string& host);
+
+/// Adds standard hosts "host2" to "hostN".
+void AddHostsUpTo(int last);
+
+/// The control interface of the host that is stood on.
+std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl();
+
+/// The message of the KorelCtlException that `work` throws; empty when it throws none.
+std::string Failure(const std::function<void()>& work);
+
+/// All rows of all tables, as text: equal states are equal texts.
+std::string State();
+
+/// Expects that `work` fails with that message and changes nothing.
+void ExpectRefused(const std::function<void()>& work, const std::string& message);
+
+/// One refused act of a host; `line` tells it from its neighbours.
+struct Refusal {
+  int line;
+  std::string host;
+  std::function<void()> work;
+  std::string message;
+};
+
+/// Expects each of them as ExpectRefused does.
+void ExpectRefusals(const std::vector<Refusal>& refusals);
+
+/// What is said about a text that is no UUID.
+std::string NotUuid(const std::string& text);
+
+std::string ReadFile(const std::string& path);
+void WriteFile(const std::string& path, const std::string& content);
+
+/// Runs `work` in this many processes at once; the number of them that did not end well.
+int FailuresInProcesses(int count, const std::function<void(int)>& work);
+
+/// A case in a folder of its own, with a lab that does not exist yet.
+class LabTest : public testing::Test {
+ protected:
+  LabTest();
+  ~LabTest() override;
+
+  /// A path in the folder.
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string LabFile() const { return Path("lab.db"); }
+
+ private:
+  std::filesystem::path folder_;
+};
+
+}  // namespace lab_test
