@@ -6,6 +6,7 @@
 #include "lab/model/Disks.h"
 #include "lab/model/Evacuation.h"
 #include "lab/model/Features.h"
+#include "lab/model/HostState.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -208,6 +209,7 @@ std::vector<std::string> RebuildNow(Store& store, const Host& host, const Group&
 
 void ClaimDisks(Store& store, const Host& host, const std::string& caching,
                 const std::vector<std::string>& capacity) {
+  if (IsKorelMax(store, host)) Fail("the host has the Korel Max role, which takes no disk groups");
   const Devices devices = DevicesOf(store, host);
   const Device& cachingDevice = FindByName(devices, caching);
   if (capacity.empty()) Fail("a disk group needs at least one capacity device");
