@@ -41,15 +41,14 @@ class StorageList : public virtual Command {
   /// An on-disk format version as administrators know it: 3 is "2.5", 4 is "3", 0 is "1", any other
   /// number stands for itself.
   static std::shared_ptr<MetaString> MarshalVersion(std::int32_t version);
+  /// One disk.
+  static std::shared_ptr<MetaStruct> GetOutputStructure();
 
  private:
   StorageList();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
-
-  /// One disk.
-  static std::shared_ptr<MetaStruct> GetOutputStructure();
 };
 
 /// Reports that disks are not claimed automatically.

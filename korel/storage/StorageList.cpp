@@ -22,6 +22,15 @@ std::vector<std::string> Find(const KorelDiskList& disks, const std::string& dev
   return found;
 }
 
+/// UUID texts of the disks that the host's Korel configuration holds.
+std::vector<std::string> ConfiguredDisks(const HostControl& host) {
+  std::vector<Uuid> uuids;
+  host->ListDiskUuids(uuids);
+  std::vector<std::string> texts;
+  for (const Uuid& uuid : uuids) texts.push_back(KorelUtil::KorelUuidToString(uuid));
+  return texts;
+}
+
 void Fill(MetaStruct& row, const KorelDiskInfo& info) {
   const int mode = info.dataEfficiencyMode;
   row.SetField("Device", info.deviceName);
@@ -43,6 +52,23 @@ void Fill(MetaStruct& row, const KorelDiskInfo& info) {
   row.SetField("DiskKeyLoaded", info.isDiskKeyLoaded);
   row.SetField("Is Mounted", info.isMounted);
   row.SetField("Creation Time", info.creationTime);
+}
+
+/// A record per disk, in the order of their UUID texts.
+std::shared_ptr<MetaList> Rows(const HostControl& host, const KorelDiskList& disks,
+                               std::vector<std::string> uuids) {
+  std::sort(uuids.begin(), uuids.end());
+  uuids.erase(std::unique(uuids.begin(), uuids.end()), uuids.end());
+  const auto list = ListOf(StorageList::GetOutputStructure());
+  list->Reserve(uuids.size());
+  for (const std::string& uuid : uuids) {
+    KorelDiskInfo info;
+    host->GetDiskInfo(KorelUtil::StringToKorelUuid(uuid), disks, info);
+    const auto row = StorageList::GetOutputStructure();
+    Fill(*row, info);
+    list->Add(row);
+  }
+  return list;
 }
 
 }  // namespace
@@ -106,34 +132,17 @@ void StorageList::ExecuteInternal(const InputPtr& input, const OutputPtr& output
     KorelUtil::GetKorelDisks(disks, KorelDiskTypes::All);
     std::optional<Uuid> wanted;
     if (!uuid.empty()) wanted = KorelUtil::StringToKorelUuid(uuid);
-    std::vector<std::string> candidates = Find(disks, device, wanted);
-
+    const auto found = Find(disks, device, wanted);
     const HostControl host;
-    std::vector<Uuid> configured;
-    host->ListDiskUuids(configured);
-    if (!device.empty()) {
-      if (candidates.empty()) {
-        return Refuse(output, "Unable to find device with name: " + device);
-      }
-    } else if (!uuid.empty()) {
-      if (candidates.empty()) return Refuse(output, "Unable to find device with uuid: " + uuid);
-    } else {
-      candidates.clear();
-      for (const Uuid& disk : configured) candidates.push_back(KorelUtil::KorelUuidToString(disk));
+    const auto configured = ConfiguredDisks(host);
+    if (!device.empty() && found.empty()) {
+      return Refuse(output, "Unable to find device with name: " + device);
     }
-    std::sort(candidates.begin(), candidates.end());
-    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
-
-    const auto list = ListOf(GetOutputStructure());
-    list->Reserve(candidates.size());
-    for (const std::string& candidate : candidates) {
-      KorelDiskInfo info;
-      host->GetDiskInfo(KorelUtil::StringToKorelUuid(candidate), disks, info);
-      const auto row = GetOutputStructure();
-      Fill(*row, info);
-      list->Add(row);
+    if (!uuid.empty() && found.empty()) {
+      return Refuse(output, "Unable to find device with uuid: " + uuid);
     }
-    output->SetRootObject(list);
+    const bool isFiltered = !device.empty() || !uuid.empty();
+    output->SetRootObject(Rows(host, disks, isFiltered ? found : configured));
   });
 }
 

@@ -65,7 +65,6 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
       {"simple", MetaBool::New(true), "true\n"},
       {"table", MetaInt::New(INT64_MIN), "-9223372036854775808\n"},
       {"json", MetaInt::New(INT64_MAX), "9223372036854775807"},
-      {"json", MetaBool::New(), "null"},
       {"table", Texts({"a", "b"}), "a\nb\n"},
       {"csv", Texts({"a", "", "\""}), "a\n\"\"\n\"\"\"\"\n"},
       {"simple", Disks({}), ""},

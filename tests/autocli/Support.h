@@ -83,8 +83,8 @@ inline std::shared_ptr<MetaStruct> Disk(const char* name, std::int64_t size, boo
 /// What one run came to.
 struct Ran {
   bool operator==(const Ran&) const = default;
-  friend void PrintTo(const Ran& ran, std::ostream* out) {
-    *out << ran.status << "\nout: " << ran.out << "\nerr: " << ran.err;
+  friend void PrintTo(const Ran& ran, std::ostream* stream) {
+    *stream << ran.status << "\nout: " << ran.out << "\nerr: " << ran.err;
   }
 
   int status;
