@@ -146,7 +146,7 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
   };
   DiskTree tree;
   for (const auto& [action, pluginFaults, ran] : cases) {
-    tree.grow->execute = [&](const InputPtr&, const OutputPtr& output) { action(output); };
+    tree.grow->execute = [&act = action](const InputPtr&, const OutputPtr& output) { act(output); };
     EXPECT_EQ(tree.Run("disk grow -nx", pluginFaults), ran);
     const Ran json = tree.Run("disk grow -nx --formatter json", pluginFaults);
     EXPECT_EQ(json, (Ran{ran.status, json.out, ""}));

@@ -17,7 +17,7 @@ ParsedOptions Parse(const Words& words) {
       {.name = "level", .type = ParameterType::Int, .constraint = IntRange(0, 512)},
       {.name = "enabled", .shortName = "e", .type = ParameterType::Bool},
       {.name = "wait", .shortName = "w", .type = ParameterType::Flag},
-      {.name = "test", .shortName = "t", .type = ParameterType::Flag},
+      {.name = "test", .shortName = "5", .type = ParameterType::Flag},
       {.name = "disk", .shortName = "d", .type = ParameterType::StringList},
       {.name = "mode", .constraint = StringEnum({{"fast", ""}, {"slow", ""}})},
   });
@@ -32,14 +32,14 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
       {{"--name=a=b"}, "a=b"},
       {{"--name", ""}, ""},
       {{"-n=a"}, "=a"},
-      {{"-n-t"}, "-t"},
-      {{"-wtna"}, "a"},
+      {{"-n-5"}, "-5"},
+      {{"-w5na"}, "a"},
       {{"--name", "-"}, "-"},
       {{"--name", "-5"}, "-5"},
       {{"--name", "-x"}, "-x"},
       {{"--name", "--unknown"}, "--unknown"},
       {{"--name=--wait"}, "--wait"},
-      {{"--name", "-wt"}, "-wt"},
+      {{"--name", "-w5"}, "-w5"},
       {{"--name", "\xff\n"}, "\xff\n"},
       {{"--nmae", "x"}, "unknown option \"--nmae\", did you mean \"--name\"?"},
       {{"--siez", "-4"}, "unknown option \"--siez\", did you mean \"--size\"?"},
@@ -73,7 +73,7 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
 }
 
 TEST(ParseTest, OtherTypes) {
-  const auto parsed = Parse({"-wt", "--size", "-9223372036854775808", "--level=512", "-e", "off",
+  const auto parsed = Parse({"-w5", "--size", "-9223372036854775808", "--level=512", "-e", "off",
                              "-db", "--disk", "a", "--disk=", "-d", "b", "--"});
   EXPECT_THAT(parsed.faults, testing::IsEmpty());
   EXPECT_TRUE(parsed.input->IsFlagSet("wait") && parsed.input->IsFlagSet("test"));

@@ -6,20 +6,10 @@
 namespace lab_test {
 
 using HskCtl::Korel::KorelUtil;
-using Tovrin::Korel::KorelDiskInfo;
-using Tovrin::Korel::KorelDiskList;
 using Tovrin::Korel::KorelDiskTypes;
 
-std::string Disk(int number) { return "mpx.dkhba2:C0:T" + std::to_string(number) + ":L0"; }
-
-lab::DeviceInventory Spinning(const std::string& name, int sizeGb) {
-  return {name, false, false, sizeGb};
-}
-
-lab::DeviceInventory Caching(const std::string& name) { return {name, true, false, 100}; }
-
-lab::DeviceInventory Flash(const std::string& name, int sizeGb) {
-  return {name, true, true, sizeGb};
+lab::DeviceInventory Device(const std::string& name, int sizeGb) {
+  return {name, name[0] != 's', name[0] == 'f', sizeGb};
 }
 
 void MakeHosts(const std::vector<std::vector<lab::DeviceInventory>>& hosts) {
@@ -30,12 +20,24 @@ void MakeHosts(const std::vector<std::vector<lab::DeviceInventory>>& hosts) {
   lab::InitLab(inventory, true);
 }
 
+void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::string>>& refusals) {
+  for (const auto& [act, message] : refusals) {
+    SCOPED_TRACE(message);
+    ExpectRefused(act, message);
+  }
+}
+
+std::string NotAMode(const std::string& text) {
+  return "'" + text +
+         "' is no evacuation mode: NoAction, EnsureObjectAccessibility or EvacuateAllData";
+}
+
 void Claim(const std::string& caching, const Names& capacity) {
   HostControl()->AddDisks(caching, capacity);
 }
 
-KorelDiskList Disks(KorelDiskTypes types) {
-  KorelDiskList disks;
+Tovrin::Korel::KorelDiskList Disks(KorelDiskTypes types) {
+  Tovrin::Korel::KorelDiskList disks;
   KorelUtil::GetKorelDisks(disks, types);
   return disks;
 }
@@ -52,16 +54,8 @@ Names Claimed() {
   return names;
 }
 
-Names Mounted() {
-  Names names;
-  for (const auto& disk : Disks(KorelDiskTypes::All)) {
-    if (Info(disk->GetName()).isMounted) names.push_back(disk->GetName());
-  }
-  return names;
-}
-
-KorelDiskInfo Info(const std::string& device) {
-  KorelDiskInfo info;
+Tovrin::Korel::KorelDiskInfo Info(const std::string& device) {
+  Tovrin::Korel::KorelDiskInfo info;
   HostControl()->GetDiskInfo(KorelUtil::StringToKorelUuid(UuidOf(device)),
                              Disks(KorelDiskTypes::All), info);
   return info;
@@ -79,10 +73,12 @@ void MakeUnhealthy(const std::string& device) {
       [&](lab::Store& store) { lab::SetHealth(store, lab::CurrentHost(store), device, false); });
 }
 
-void SetFormatVersion(const std::string& device, int version) {
-  lab::InLab([&](lab::Store& store) {
-    lab::SetFormatVersion(store, lab::CurrentHost(store), device, version);
-  });
+DiskLabTest::DiskLabTest() {
+  MakeHosts({{Device("c1"), Device("c2"), Device("c3"), Device("s1"), Device("s2"), Device("s3"),
+              Device("s4"), Device("f1", 40), Device("f2", 40)}});
+  Claim("c1", {"s1", "s2"});
+  Claim("c2", {"s3"});
+  HostControl()->AddStoragePoolDisks({"f1"});
 }
 
 }  // namespace lab_test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lab/model/Inventory.h"
@@ -8,33 +9,39 @@
 
 namespace lab_test {
 
+using Host = Tovrin::Korel::KorelInfo;
 using Names = std::vector<std::string>;
 
-// Devices of a standard host.
-inline const std::string kCache1 = "mpx.dkhba0:C0:T1:L0";
-inline const std::string kCache2 = "mpx.dkhba0:C0:T2:L0";
-inline const std::string kFlash = "mpx.dkhba1:C0:T1:L0";
-/// The spinning device of that number, from 1 to 6.
-std::string Disk(int number);
-
-/// A spinning, a caching or a capacity flash device of that size.
-lab::DeviceInventory Spinning(const std::string& name, int sizeGb);
-lab::DeviceInventory Caching(const std::string& name);
-lab::DeviceInventory Flash(const std::string& name, int sizeGb);
+/// A device whose kind the first letter of its name tells: c for caching, f for capacity flash, s
+/// for spinning.
+lab::DeviceInventory Device(const std::string& name, int sizeGb = 400);
 /// Makes a lab whose hosts, "host1" and on, have these devices.
 void MakeHosts(const std::vector<std::vector<lab::DeviceInventory>>& hosts);
+
+/// The act of calling that operation of the host that is stood on.
+template <typename Result, typename... Parameters, typename... Values>
+std::function<void()> Act(Result (Host::*operation)(Parameters...), Values... values) {
+  return [=]() mutable { (HostControl().get()->*operation)(values...); };
+}
+/// Expects each act to fail with its message and to change nothing.
+void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::string>>& refusals);
+/// What is said about a text that is no evacuation mode.
+std::string NotAMode(const std::string& text);
 
 void Claim(const std::string& caching, const Names& capacity);
 Tovrin::Korel::KorelDiskList Disks(Tovrin::Korel::KorelDiskTypes types);
 std::string UuidOf(const std::string& device);
 /// Names of the devices in disk groups.
 Names Claimed();
-/// Names of the devices in use and mounted.
-Names Mounted();
 Tovrin::Korel::KorelDiskInfo Info(const std::string& device);
 /// The data on a device of the host that is stood on, in GB.
 std::int64_t DataOn(const std::string& device);
 void MakeUnhealthy(const std::string& device);
-void SetFormatVersion(const std::string& device, int version);
+
+/// A host with groups c1 of s1 and s2 and c2 of s3, a pool of f1, and c3, s4 and f2 to spare.
+class DiskLabTest : public LabTest {
+ protected:
+  DiskLabTest();
+};
 
 }  // namespace lab_test

@@ -3,20 +3,17 @@
 namespace lab_test {
 namespace {
 
-/// Three hosts with a group c each, of disks of which a quarter is filled: 100 of 400 GB on "big",
-/// 10 of 40 on "small", 25 of 100 on "mid".
+/// Three hosts with a group c each, of disks of which a quarter is filled: 100 of 400 GB on s400,
+/// 10 of 40 on s40, 25 of 100 on s100.
 class EvacuationTest : public LabTest {
  protected:
   EvacuationTest() {
-    const std::vector<lab::DeviceInventory> other{Caching("c"), Spinning("mid", 100)};
-    MakeHosts(
-        {{Caching("c"), Caching("c2"), Spinning("big", 400), Spinning("small", 40), Flash("f", 40)},
-         other,
-         other});
-    Claim("c", {"big", "small"});
+    const std::vector<lab::DeviceInventory> other{Device("c"), Device("s100", 100)};
+    MakeHosts({{Device("c"), Device("s400"), Device("s40", 40), Device("f", 40)}, other, other});
+    Claim("c", {"s400", "s40"});
     for (const char* host : {"host2", "host3"}) {
       StandOn(host);
-      Claim("c", {"mid"});
+      Claim("c", {"s100"});
     }
     StandOn("host1");
   }
@@ -29,49 +26,56 @@ class EvacuationTest : public LabTest {
     StandOn("host1");
   }
 
-  static std::int64_t DataOnMidOf(const std::string& host) {
+  /// The data on s100 of that host; host1 is stood on afterwards.
+  static std::int64_t DataOfHost(const std::string& host) {
     StandOn(host);
-    const std::int64_t data = DataOn("mid");
+    const std::int64_t data = DataOn("s100");
     StandOn("host1");
     return data;
   }
 
-  static void ExpectTooLittleRoom(const std::string& mode, const std::string& message) {
-    ExpectRefused([&] { HostControl()->RemoveDisk("big", mode); }, message);
+  static std::string NoRoom(const std::string& need, const std::string& place, int free) {
+    return need + " GB on other mounted capacity disks of the " + place + ", and there are " +
+           std::to_string(free) + " GB free";
   }
 };
 
-TEST_F(EvacuationTest, NeedsRoomOnTheHostWhenItIsInNoCluster) {
-  ExpectTooLittleRoom("EvacuateAllData",
-                      "EvacuateAllData needs 100 GB on other mounted capacity disks of the host, "
-                      "and there are 30 GB free");
-  ExpectTooLittleRoom("EnsureObjectAccessibility",
-                      "EnsureObjectAccessibility needs 50 GB on other mounted capacity disks of "
-                      "the host, and there are 30 GB free");
-  HostControl()->RemoveDisk("big", "NoAction");
-  EXPECT_EQ(DataOn("small"), 10) << "nothing moved";
+TEST_F(EvacuationTest, StaysOnAHostThatIsInNoClusterButIncludesThePool) {
+  ExpectRefusals({{Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
+                   NoRoom("EvacuateAllData needs 100", "host", 30)},
+                  {Act(&Host::RemoveDisk, "s400", "EnsureObjectAccessibility"),
+                   NoRoom("EnsureObjectAccessibility needs 50", "host", 30)}});
+  HostControl()->AddStoragePoolDisks({"f"});
+  HostControl()->RemoveStoragePoolDiskByUuid(UuidOf("f"), "EvacuateAllData");
+  EXPECT_EQ(DataOn("s400"), 110) << "the first with room";
+  HostControl()->AddStoragePoolDisks({"f"});
+  ExpectRefused(Act(&Host::RemoveDiskGroup, "c", "EnsureObjectAccessibility"),
+                NoRoom("EnsureObjectAccessibility needs 60", "host", 30));
+  HostControl()->RemoveDisk("s40", "EvacuateAllData");
+  EXPECT_EQ(DataOn("s400"), 120);
+  HostControl()->RemoveDiskGroup("c", "NoAction");
+  EXPECT_EQ(DataOn("f"), 10) << "nothing moved";
 }
 
 TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToDataHostsOfTheCluster) {
   HostControl()->CreateCluster(kClusterA, true, false);
   Join("host2", Tovrin::Korel::KorelNodeType::Witness);
-  ExpectTooLittleRoom("EvacuateAllData",
-                      "EvacuateAllData needs 100 GB on other mounted capacity disks of the "
-                      "cluster, and there are 30 GB free");
+  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
+                NoRoom("EvacuateAllData needs 100", "cluster", 30));
   Join("host3", Tovrin::Korel::KorelNodeType::Normal);
-  HostControl()->RemoveDisk("big", "EvacuateAllData");
-  EXPECT_EQ(DataOn("small"), 40) << "full";
-  EXPECT_EQ(DataOnMidOf("host2"), 25) << "a witness takes no data";
-  EXPECT_EQ(DataOnMidOf("host3"), 95);
+  HostControl()->RemoveDisk("s400", "EvacuateAllData");
+  EXPECT_EQ(DataOn("s40"), 40) << "full";
+  EXPECT_EQ(DataOfHost("host2"), 25) << "a witness takes no data";
+  EXPECT_EQ(DataOfHost("host3"), 95);
 }
 
 TEST_F(EvacuationTest, HalfOfTheDataMovesForAccessibilityAndTheRestStaysOnAnUnmountedDisk) {
   HostControl()->CreateCluster(kClusterA, true, false);
   Join("host2", Tovrin::Korel::KorelNodeType::Normal);
   HostControl()->UnmountDiskGroupWithMode("c", "EnsureObjectAccessibility");
-  EXPECT_EQ(DataOn("big"), 50);
-  EXPECT_EQ(DataOn("small"), 5);
-  EXPECT_EQ(DataOnMidOf("host2"), 25 + 55);
+  EXPECT_EQ(DataOn("s400"), 50);
+  EXPECT_EQ(DataOn("s40"), 5);
+  EXPECT_EQ(DataOfHost("host2"), 25 + 55);
 }
 
 TEST_F(EvacuationTest, UnmountedAndUnhealthyDisksNeitherTakeNorGiveData) {
@@ -80,30 +84,17 @@ TEST_F(EvacuationTest, UnmountedAndUnhealthyDisksNeitherTakeNorGiveData) {
   StandOn("host2");
   HostControl()->UnmountDiskGroup("c", true);
   StandOn("host1");
-  MakeUnhealthy("small");
-  ExpectTooLittleRoom("EnsureObjectAccessibility",
-                      "EnsureObjectAccessibility needs 50 GB on other mounted capacity disks of "
-                      "the cluster, and there are 0 GB free");
-  ExpectRefused([] { HostControl()->RemoveDisk("small", "EvacuateAllData"); },
-                "device 'small' is not healthy, so its 10 GB of data cannot be moved; choose "
-                "NoAction");
-  HostControl()->UnmountDisk("big", true);
-  ExpectTooLittleRoom("EvacuateAllData",
-                      "device 'big' is unmounted, so its 100 GB of data cannot be moved; mount it "
-                      "or choose NoAction");
+  MakeUnhealthy("s40");
+  ExpectRefusals({{Act(&Host::RemoveDisk, "s400", "EnsureObjectAccessibility"),
+                   NoRoom("EnsureObjectAccessibility needs 50", "cluster", 0)},
+                  {Act(&Host::RemoveDisk, "s40", "EvacuateAllData"),
+                   "device 's40' is not healthy, so its 10 GB of data cannot be moved; choose "
+                   "NoAction"}});
+  HostControl()->UnmountDisk("s400", true);
+  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
+                "device 's400' is unmounted, so its 100 GB of data cannot be moved; mount it "
+                "or choose NoAction");
   HostControl()->RemoveDiskGroup("c", "");
-}
-
-TEST_F(EvacuationTest, GroupsAndThePoolTakeEachOthersData) {
-  HostControl()->AddStoragePoolDisks({"f"});
-  HostControl()->RemoveDisk("small", "EvacuateAllData");
-  EXPECT_EQ(DataOn("big"), 110) << "the first with room";
-  HostControl()->RemoveStoragePoolDiskByUuid(UuidOf("f"), "EvacuateAllData");
-  EXPECT_EQ(DataOn("big"), 120);
-  HostControl()->AddStoragePoolDisks({"f"});
-  ExpectRefused([] { HostControl()->RemoveDiskGroup("c", "EnsureObjectAccessibility"); },
-                "EnsureObjectAccessibility needs 60 GB on other mounted capacity disks of the "
-                "host, and there are 30 GB free");
 }
 
 }  // namespace

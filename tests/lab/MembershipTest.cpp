@@ -10,212 +10,200 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using Tovrin::Korel::KorelNodeType;
+using MembershipTest = ClustersTest;
 
-class MembershipTest : public LabTest {
- protected:
-  /// host1 to host3 keep data in cluster A, host4 is its metadata node, host5 the witness of A and
-  /// B, host6 alone in B.
-  MembershipTest() {
-    AddHostsUpTo(7);
-    StandOn("host1");
-    Create(kClusterA);
-    for (const char* host : {"host2", "host3"}) {
-      StandOn(host);
-      Join(kClusterA);
-    }
-    StandOn("host4");
-    Join(kClusterA, KorelNodeType::Metadata);
-    StandOn("host6");
-    Create(kClusterB);
-    StandOn("host5");
-    JoinWitness(kClusterA, "any");
-    JoinWitness(kClusterB, "any");
-  }
+struct Part {
+  bool isEnabled = false;
+  bool isClient = false;
+  KorelNodeType nodeType = KorelNodeType::Normal;
+  std::string clusterUuid = kZeros;
+  std::string role = "";
 
-  static std::string Role(const std::string& host) {
-    StandOn(host);
-    return Directory(kClusterA).nodeRole;
-  }
+  bool operator==(const Part&) const = default;
 };
 
-TEST_F(MembershipTest, MembersShareOneDirectory) {
-  const std::pair<const char*, const char*> roles[] = {{"host1", "MASTER"},
-                                                       {"host2", "BACKUP"},
-                                                       {"host3", "AGENT"},
-                                                       {"host4", "AGENT"},
-                                                       {"host5", "WITNESS"}};
-  for (const auto& [host, role] : roles) {
-    SCOPED_TRACE(host);
-    EXPECT_EQ(Role(host), role);
+Tovrin::Korel::KorelClusterInfoDetailed Directory(const std::string& uuid) {
+  Tovrin::Korel::KorelClusterInfoDetailed info;
+  KorelUtil::GetInfoFromHXDS(uuid, info);
+  return info;
+}
+
+/// What the host says of its own membership.
+Part PartOf(const std::string& host) {
+  const auto control = At(host);
+  const std::string cluster = control->GetClusterUuid();
+  return {control->GetClusterInfo(true)->enabled, control->IsClientModeEnabled(),
+          KorelUtil::GetNodeType(), cluster, cluster == kZeros ? "" : Directory(cluster).nodeRole};
+}
+
+std::int64_t Generation() { return Directory(kClusterA).configGeneration.number; }
+
+TEST_F(MembershipTest, EachMemberSaysWhatItIs) {
+  EXPECT_EQ(PartOf("host5"), Part{});
+  Join(kClusterB, KorelNodeType::Metadata);
+  StandOn("host6");
+  JoinWitness(kClusterB, "any while the data lies in one fault domain");
+  EXPECT_THAT(HostControl()->GetJoinedClusterUuids(), ElementsAre(kClusterA, kClusterB));
+  const std::pair<const char*, Part> cases[] = {
+      {"host1", {true, false, KorelNodeType::Normal, kClusterA, "MASTER"}},
+      {"host2", {true, false, KorelNodeType::Normal, kClusterA, "BACKUP"}},
+      {"host4", {false, true, KorelNodeType::Normal, kClusterC, "AGENT"}},
+      {"host5", {true, false, KorelNodeType::Metadata, kClusterB, "AGENT"}},
+      {"host6", {true, false, KorelNodeType::Witness, kClusterA, "WITNESS"}}};
+  for (const auto& [host, part] : cases) EXPECT_EQ(PartOf(host), part) << host;
+  StandOn("host6");
+  Leave(kClusterA);
+  EXPECT_EQ(PartOf("host6").clusterUuid, kClusterB);
+  Leave(kClusterB);
+  EXPECT_EQ(PartOf("host6"), Part{});
+}
+
+TEST_F(MembershipTest, MembersShareOneDirectoryInTheOrderOfJoining) {
+  StandOn("host5");
+  Join(kClusterA);
+  EXPECT_EQ(PartOf("host5").role, "AGENT");
+  std::vector<std::string> nodes;
+  for (const char* host : {"host1", "host2", "host6", "host5"}) {
+    nodes.push_back(
+        lab::InLab([&](lab::Store& store) { return lab::HostNamed(store, host).nodeUuid; }));
+  }
+  for (const char* host : {"host1", "host6"}) {
+    StandOn(host);
     const auto info = Directory(kClusterA);
     EXPECT_EQ(info.clusterUuid, kClusterA);
     EXPECT_EQ(info.nodeHealth, "HEALTHY");
-    EXPECT_THAT(info.memberUuids,
-                ElementsAre(NodeUuidOf("host1"), NodeUuidOf("host2"), NodeUuidOf("host3"),
-                            NodeUuidOf("host4"), NodeUuidOf("host5")));
+    EXPECT_EQ(info.memberUuids, nodes);
     EXPECT_THAT(info.configGeneration.time, MatchesRegex("....-..-..T..:..:..[+-]..:.."));
   }
+  Reboot("host1");
+  EXPECT_EQ(PartOf("host2").role, "MASTER") << "a rebooted host takes no part";
+  EXPECT_EQ(Directory(kClusterA).memberUuids.size(), 3U);
   StandOn("host1");
+  Restore();
+  EXPECT_EQ(PartOf("host1").role, "MASTER");
   Leave(kClusterA);
-  EXPECT_EQ(Role("host2"), "MASTER");
-  EXPECT_EQ(Role("host3"), "BACKUP");
-  StandOn("host7");
-  JoinClient(kClusterC);
-  EXPECT_EQ(Directory(kClusterC).nodeRole, "AGENT");
-  Leave(HostControl()->GetJoinedClusterUuids().at(0));
-  EXPECT_FALSE(HostControl()->IsClientModeEnabled());
+  EXPECT_EQ(PartOf("host2").role, "MASTER");
+  EXPECT_EQ(PartOf("host5").role, "BACKUP");
 }
 
 TEST_F(MembershipTest, RebootDropsTheActiveSideAndRestoreBringsItBack) {
-  for (const char* host : {"host1", "host5"}) {
-    SCOPED_TRACE(host);
-    StandOn(host);
-    const auto joined = HostControl()->GetJoinedClusterUuids();
-    const KorelNodeType nodeType = KorelUtil::GetNodeType();
-    Reboot(host);
-    EXPECT_FALSE(HostControl()->GetClusterInfo(true)->enabled);
-    EXPECT_EQ(HostControl()->GetClusterUuid(), kZeros);
-    EXPECT_THAT(HostControl()->GetJoinedClusterUuids(), IsEmpty());
-    EXPECT_THAT(HostControl()->GetDatastores(), IsEmpty());
-    HostControl()->RestoreCluster(false, false);
-    EXPECT_EQ(HostControl()->GetJoinedClusterUuids(), joined);
-    EXPECT_EQ(KorelUtil::GetNodeType(), nodeType);
-  }
-  EXPECT_EQ(Role("host1"), "MASTER") << "members keep their order";
-}
-
-TEST_F(MembershipTest, RebootedHostTakesNoPartButStaysAMember) {
-  Reboot("host1");
-  EXPECT_EQ(Role("host2"), "MASTER");
-  EXPECT_EQ(Directory(kClusterA).memberUuids.size(), 4U);
-  Reboot("host6");
-  StandOn("host7");
-  Join(kClusterB);
-  Leave(kClusterB);
   StandOn("host6");
-  HostControl()->RestoreCluster(true, false);
-  HostControl()->RestoreCluster(false, true);
-  EXPECT_EQ(HostControl()->GetClusterUuid(), kClusterB) << "the cluster outlived the reboot";
-  EXPECT_EQ(HostControl()->GetDatastores().size(), 1U);
-}
-
-TEST_F(MembershipTest, RestoreChangesNothingWhereNothingIsDown) {
-  for (const char* host : {"host1", "host5", "host7"}) {
-    StandOn(host);
-    const std::string before = State();
-    HostControl()->RestoreCluster(false, false);
-    EXPECT_EQ(State(), before) << host;
+  JoinWitness(kClusterB, "any");
+  for (const char* host : {"host3", "host4", "host6"}) {
+    SCOPED_TRACE(host);
+    const Part part = PartOf(host);
+    const auto joined = HostControl()->GetJoinedClusterUuids();
+    Reboot(host);
+    EXPECT_EQ(PartOf(host), Part{});
+    EXPECT_THAT(HostControl()->GetDatastores(), IsEmpty());
+    Restore();
+    EXPECT_EQ(PartOf(host), part);
+    EXPECT_EQ(HostControl()->GetJoinedClusterUuids(), joined);
+    const std::string restored = State();
+    Restore();
+    EXPECT_EQ(State(), restored);
   }
 }
 
 TEST_F(MembershipTest, WhatWasLeftOrNeverPersistedIsNotRestored) {
   StandOn("host2");
   Leave(kClusterA);
-  Reboot("host2");
-  HostControl()->RestoreCluster(false, false);
-  EXPECT_FALSE(HostControl()->GetClusterInfo(true)->enabled);
-  StandOn("host7");
-  HostControl()->CreateCluster(kClusterC, false, false);
-  Reboot("host7");
-  HostControl()->RestoreCluster(false, false);
-  EXPECT_FALSE(HostControl()->GetClusterInfo(true)->enabled);
-  EXPECT_EQ(Failure([] { Join(kClusterC); }), "there is no cluster " + kClusterC);
+  At("host5")->CreateCluster(kDatastore1, false, false);
+  for (const char* host : {"host2", "host5"}) {
+    StandOn(host);
+    Reboot(host);
+    Restore();
+    EXPECT_EQ(PartOf(host), Part{}) << host;
+  }
+  EXPECT_EQ(Failure([] { Join(kDatastore1); }), "there is no cluster " + kDatastore1);
 }
 
 TEST_F(MembershipTest, Refusals) {
-  Reboot("host6");
+  const std::string inA = "the host is in cluster " + kClusterA;
+  const std::string leaveFirst = inA + "; it must leave that one first";
+  const std::string notInB = "the host is not in cluster " + kClusterB;
+  const std::string onlyWitness = " and can join others only as a witness";
+  const std::string domains = "the cluster's data hosts; theirs are 'host1' and 'host2'";
+  ExpectRefusedAt("host1", {{[] { Create(kDatastore1); }, leaveFirst},
+                            {[] { JoinClient(kClusterC); }, leaveFirst},
+                            {[] { Join(kClusterA); }, inA + " already"},
+                            {[] { Directory(kClusterB); }, notInB},
+                            {[] { Directory(""); }, NotUuid("")},
+                            {[] { HostControl()->RestoreCluster(true, true); },
+                             "a restore is for one stage of a boot at most"}});
+  const auto setType = [](const char* host) {
+    return [=] { OnHost(host, lab::SetNodeType, KorelNodeType::Normal); };
+  };
+  ExpectRefusedAt(
+      "host5",
+      {{[] { Create("CCCCCCCC-0000-4000-8000-000000000003"); },
+        "cluster UUID " + kClusterC + " is taken"},
+       {[] { JoinClient(kZeros); }, "the UUID of all zeros stands for none and cannot be used"},
+       {[] { Join(kDatastore1); }, "there is no cluster " + kDatastore1},
+       {[] { Join(kClusterC); },
+        "cluster " + kClusterC + " is a client cluster; join it in client mode"},
+       {[] { JoinClient(kClusterA); }, "cluster " + kClusterA + " is not a client cluster"},
+       {[] { JoinWitness(kClusterA, "host3"); }, "'host3' is no fault domain of " + domains},
+       {[] { JoinWitness(kClusterA, std::string(257, 'x')); },
+        "a fault domain name has 1 to 256 characters, got 257"},
+       {[] { Join(kClusterA, KorelNodeType::Metadata, "host1"); },
+        "only a witness names a preferred fault domain"},
+       {[] { Join(kClusterA, static_cast<KorelNodeType>(7)); }, "there is no node type 7"},
+       {setType("host5"), "host 'host5' is in no cluster; its node type is chosen when it joins"}});
+  ExpectRefusedAt("host6", {{[] { Join(kClusterB); },
+                             "the host is a witness of cluster " + kClusterA + onlyWitness},
+                            {[] { Leave(kClusterB); }, notInB}});
+  JoinWitness(kClusterB, "any");
+  Reboot("host3");
   const std::string persisted = "the host's persisted configuration has it in cluster " +
                                 kClusterB + "; it must be restored and leave that one first";
-  const auto setType = [](const char* host, KorelNodeType nodeType) {
-    return [=] { OnHost(host, lab::SetNodeType, nodeType); };
-  };
-  ExpectRefusals({
-      {__LINE__, "host1", [] { HostControl()->RestoreCluster(true, true); },
-       "a restore is for one stage of a boot at most"},
-      {__LINE__, "host1", [] { Directory(kClusterB); }, "the host is not in cluster " + kClusterB},
-      {__LINE__, "host6", [] { Directory(kClusterB); }, "the host is not in cluster " + kClusterB},
-      {__LINE__, "host1", [] { Directory(""); }, NotUuid("")},
-      {__LINE__, "host6", [] { Create(kClusterC); }, persisted},
-      {__LINE__, "host6", [] { JoinWitness(kClusterA, "host1"); }, persisted},
-      {__LINE__, "host6", [] { HostControl()->SetKorelMaxEnabled(true); },
-       "Korel is not enabled on this host: it is in no Korel cluster"},
-      {__LINE__, "host5", setType("host5", KorelNodeType::Normal),
-       "host 'host5' is in several clusters, which only a witness can be"},
-      {__LINE__, "host7", setType("host7", KorelNodeType::Witness),
-       "host 'host7' is in no cluster; its node type is chosen when it joins"},
-      {__LINE__, "host7", setType("host9", KorelNodeType::Witness),
-       "the lab has no host 'host9'; the hosts are host1, host2, host3, host4, host5, host6, "
-       "host7"},
-  });
+  ExpectRefusedAt("host3", {{[] { Create(kDatastore1); }, persisted},
+                            {[] { Directory(kClusterB); }, notInB},
+                            {[] { HostControl()->SetKorelMaxEnabled(true); },
+                             "Korel is not enabled on this host: it is in no Korel cluster"},
+                            {setType("host6"),
+                             "host 'host6' is in several clusters, which only a witness can be"}});
+}
+
+TEST_F(MembershipTest, ClusterGoesWithItsLastMemberAndTakesItsDatastoresAlong) {
+  At("host3")->AddDatastore({kDatastore1, "ds1", "", false});
+  for (const char* host : {"host4", "host1"}) {
+    At(host)->AddDatastore({kDatastore1, "far", kClusterB, false});
+  }
+  const std::int64_t before = Generation();
+  StandOn("host3");
+  Leave(kClusterB);
+  EXPECT_EQ(Failure([] { Join(kClusterB); }), "there is no cluster " + kClusterB);
+  EXPECT_THAT(At("host4")->GetDatastores(), IsEmpty());
+  EXPECT_EQ(At("host1")->GetDatastores().size(), 1U);
+  EXPECT_EQ(Generation(), before + 1) << "a mount that vanishes is a change";
+  Leave(kClusterA);
+  EXPECT_EQ(At("host2")->GetDatastores().size(), 1U) << "host2 is still in cluster A";
 }
 
 TEST_F(MembershipTest, EachChangeOfTheClusterCountsOnce) {
-  StandOn("host1");
   const auto host = HostControl();
-  const struct {
-    const char* what;
-    std::function<void()> act;
-    int changes;
-  } acts[] = {
-      {"add datastore",
-       [&] {
-         host->AddDatastore({kDatastore1, "ds1", "", false});
-       },
+  const auto rename = [&] { host->SetDatastoreName(kDatastore1, "ds2"); };
+  const auto encrypt = [&] { host->SetDataInTransitEncryption(kClusterA, true, "SETTLED", 0); };
+  const std::pair<std::function<void()>, int> actsAndChanges[] = {
+      {[&] { host->AddDatastore(Tovrin::Korel::KorelDatastore(kDatastore1, "ds1", "", false)); },
        1},
-      {"rename", [&] { host->SetDatastoreName(kDatastore1, "ds2"); }, 1},
-      {"rename to the same", [&] { host->SetDatastoreName(kDatastore1, "ds2"); }, 0},
-      {"clear", [&] { host->ClearDatastores(); }, 1},
-      {"clear nothing", [&] { host->ClearDatastores(); }, 0},
-      {"encrypt", [&] { host->SetDataInTransitEncryption(kClusterA, true, "SETTLED", 0); }, 1},
-      {"again", [&] { host->SetDataInTransitEncryption(kClusterA, true, "SETTLED", 0); }, 0},
-      {"rekey", [&] { host->SetRekeyInterval(kClusterA, 60); }, 1},
-      {"reboot and restore",
-       [&] {
-         Reboot("host1");
-         host->RestoreCluster(false, false);
-       },
-       2},
-      {"refused", [&] { EXPECT_NE(Failure([&] { host->RemoveDatastore(kDatastore1); }), ""); }, 0},
-      {"another cluster's",
-       [] {
-         StandOn("host7");
-         Join(kClusterB);
-         StandOn("host1");
-       },
-       0},
+      {rename, 1},
+      {rename, 0},
+      {[&] { host->ClearDatastores(); }, 1},
+      {[&] { host->ClearDatastores(); }, 0},
+      {encrypt, 1},
+      {encrypt, 0},
+      {[&] { host->SetRekeyInterval(kClusterA, 60); }, 1},
+      {[] { Reboot("host1"), Restore(); }, 2},
+      {[&] { EXPECT_NE(Failure([&] { host->RemoveDatastore(kDatastore1); }), ""); }, 0},
+      {[] { OnHost("host5", lab::JoinClientCluster, kClusterC); }, 0},
   };
-  for (const auto& each : acts) {
-    SCOPED_TRACE(each.what);
-    const std::int64_t before = Generation(kClusterA);
-    each.act();
-    EXPECT_EQ(Generation(kClusterA), before + each.changes);
+  for (const auto& [act, changes] : actsAndChanges) {
+    const std::int64_t before = Generation();
+    act();
+    EXPECT_EQ(Generation(), before + changes) << "after generation " << before;
   }
-}
-
-TEST_F(MembershipTest, MountThatVanishesWithItsClusterIsAChange) {
-  StandOn("host7");
-  Create(kClusterC);
-  HostControl()->AddDatastore({kDatastore1, "ds1", "", false});
-  StandOn("host1");
-  HostControl()->AddDatastore({kDatastore1, "far", kClusterC, false});
-  const std::int64_t before = Generation(kClusterA);
-  StandOn("host7");
-  Leave(kClusterC);
-  StandOn("host1");
-  EXPECT_EQ(Generation(kClusterA), before + 1);
-}
-
-TEST_F(MembershipTest, KorelMaxNeedsAHostWithoutDiskGroups) {
-  StandOn("host1");
-  const auto host = HostControl();
-  host->SetKorelMaxEnabled(true);
-  host->SetKorelMaxEnabled(false);
-  host->AddDisks("mpx.dkhba0:C0:T1:L0", {"mpx.dkhba2:C0:T1:L0"});
-  ExpectRefused([&] { host->SetKorelMaxEnabled(true); },
-                "the host has disk groups; they must be removed before it can be a Korel Max host");
-  host->SetKorelMaxEnabled(false);
-  StandOn("host2");
-  HostControl()->SetKorelMaxEnabled(true);
 }
 
 }  // namespace
