@@ -59,7 +59,7 @@ std::shared_ptr<MetaList> Rows(const HostControl& host, const KorelDiskList& dis
                                std::vector<std::string> uuids) {
   std::sort(uuids.begin(), uuids.end());
   uuids.erase(std::unique(uuids.begin(), uuids.end()), uuids.end());
-  const auto list = ListOf(StorageList::GetOutputStructure());
+  auto list = ListOf(StorageList::GetOutputStructure());
   list->Reserve(uuids.size());
   for (const std::string& uuid : uuids) {
     KorelDiskInfo info;

@@ -121,7 +121,7 @@ void SetMounted(Store& store, const Device& device, bool isMounted) {
 DevicePtrs TakeOutUnhealthy(const Group& group, DevicePtrs& disks, bool force) {
   const auto isHealthy = [](const Device* device) { return device->isHealthy; };
   const auto begin = std::stable_partition(disks.begin(), disks.end(), isHealthy);
-  const DevicePtrs unhealthy(begin, disks.end());
+  DevicePtrs unhealthy(begin, disks.end());
   disks.erase(begin, disks.end());
   if (unhealthy.empty()) return unhealthy;
   const std::string name = Quoted(group.caching->name);

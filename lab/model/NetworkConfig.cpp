@@ -16,7 +16,7 @@ using Tovrin::Network::Ipv6Address;
 std::string CheckedGroup(const char* what, const KorelIpAddress& group, bool isV6) {
   const char* family = isV6 ? "IPv6" : "IPv4";
   if (group.isV6 != isV6) Fail("the ", family, " ", what, " group is of the other family");
-  const std::string address = isV6 ? group.v6.GetStringAddress() : group.v4.GetStringAddress();
+  std::string address = isV6 ? group.v6.GetStringAddress() : group.v4.GetStringAddress();
   if (!(isV6 ? group.v6.IsMulticast() : group.v4.IsMulticast())) {
     Fail("the ", family, " ", what, " group ", address, " is no multicast address");
   }

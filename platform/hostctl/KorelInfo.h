@@ -165,8 +165,8 @@ class KorelInfo {
   /// The host is joined to a client cluster.
   virtual bool IsClientModeEnabled() = 0;
   virtual void SetKorelMaxEnabled(bool enabled) = 0;
-  /// Sets the default policy value of a class, for objects that are made from now on. The host judges
-  /// the value.
+  /// Sets the default policy value of a class, for objects that are made from now on. The host
+  /// judges the value.
   virtual void SetDefaultPolicy(KorelPolicyClass policyClass, const std::string& value) = 0;
   /// Claims devices for the storage pool, all or none.
   virtual void AddStoragePoolDisks(const std::vector<std::string>& devices) = 0;

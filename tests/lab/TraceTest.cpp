@@ -77,6 +77,7 @@ TEST_F(TraceTest, DaemonOfAHostRunsUntilItIsStoppedAndNeedsItsConfiguration) {
   EXPECT_EQ(Daemon("status"), 0);
   EXPECT_EQ(Daemon("reload"), 2);
   EXPECT_EQ(LoggedEvents(), "stopped started ");
+  EXPECT_EQ(Daemon("stop"), 0);
   std::filesystem::remove(ConfigFile());
   EXPECT_EQ(Daemon("restart"), 1);
   EXPECT_EQ(Daemon("status"), 3);
