@@ -10,8 +10,6 @@ TEST(Datastore, AddsLocalAndRemote) {
   Check({
       {"datastore add -n ds1", nullptr, "true",
        "UUID_CreateRandom | AddDatastore " + made + " ds1 \"\" false"},
-      {"datastore add -n ds1 -u '' -c ''", nullptr, "true",
-       "UUID_CreateRandom | AddDatastore " + made + " ds1 \"\" false"},
       {"datastore add -n ds1 -u mine", nullptr, "true", "AddDatastore mine ds1 \"\" false"},
       {"datastore add -n ds1 -u theirs -c " + kUuid, nullptr, "true",
        "AddDatastore theirs ds1 " + kUuid + " false"},

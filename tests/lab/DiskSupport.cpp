@@ -27,11 +27,6 @@ void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::stri
   }
 }
 
-std::string NotAMode(const std::string& text) {
-  return "'" + text +
-         "' is no evacuation mode: NoAction, EnsureObjectAccessibility or EvacuateAllData";
-}
-
 void Claim(const std::string& caching, const Names& capacity) {
   HostControl()->AddDisks(caching, capacity);
 }

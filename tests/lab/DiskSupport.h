@@ -25,8 +25,6 @@ std::function<void()> Act(Result (Host::*operation)(Parameters...), Values... va
 }
 /// Expects each act to fail with its message and to change nothing.
 void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::string>>& refusals);
-/// What is said about a text that is no evacuation mode.
-std::string NotAMode(const std::string& text);
 
 void Claim(const std::string& caching, const Names& capacity);
 Tovrin::Korel::KorelDiskList Disks(Tovrin::Korel::KorelDiskTypes types);

@@ -9,7 +9,7 @@ class EvacuationTest : public LabTest {
  protected:
   EvacuationTest() {
     const std::vector<lab::DeviceInventory> other{Device("c"), Device("s100", 100)};
-    MakeHosts({{Device("c"), Device("s400"), Device("s40", 40), Device("f", 40)}, other, other});
+    MakeHosts({{Device("c"), Device("s400"), Device("s40", 40)}, other, other});
     Claim("c", {"s400", "s40"});
     for (const char* host : {"host2", "host3"}) {
       StandOn(host);
@@ -33,35 +33,14 @@ class EvacuationTest : public LabTest {
     StandOn("host1");
     return data;
   }
-
-  static std::string NoRoom(const std::string& need, const std::string& place, int free) {
-    return need + " GB on other mounted capacity disks of the " + place + ", and there are " +
-           std::to_string(free) + " GB free";
-  }
 };
-
-TEST_F(EvacuationTest, StaysOnAHostThatIsInNoClusterButIncludesThePool) {
-  ExpectRefusals({{Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
-                   NoRoom("EvacuateAllData needs 100", "host", 30)},
-                  {Act(&Host::RemoveDisk, "s400", "EnsureObjectAccessibility"),
-                   NoRoom("EnsureObjectAccessibility needs 50", "host", 30)}});
-  HostControl()->AddStoragePoolDisks({"f"});
-  HostControl()->RemoveStoragePoolDiskByUuid(UuidOf("f"), "EvacuateAllData");
-  EXPECT_EQ(DataOn("s400"), 110) << "the first with room";
-  HostControl()->AddStoragePoolDisks({"f"});
-  ExpectRefused(Act(&Host::RemoveDiskGroup, "c", "EnsureObjectAccessibility"),
-                NoRoom("EnsureObjectAccessibility needs 60", "host", 30));
-  HostControl()->RemoveDisk("s40", "EvacuateAllData");
-  EXPECT_EQ(DataOn("s400"), 120);
-  HostControl()->RemoveDiskGroup("c", "NoAction");
-  EXPECT_EQ(DataOn("f"), 10) << "nothing moved";
-}
 
 TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToDataHostsOfTheCluster) {
   HostControl()->CreateCluster(kClusterA, true, false);
   Join("host2", Tovrin::Korel::KorelNodeType::Witness);
   ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
-                NoRoom("EvacuateAllData needs 100", "cluster", 30));
+                "EvacuateAllData needs 100 GB on other mounted capacity disks of the cluster, and "
+                "there are 30 GB free");
   Join("host3", Tovrin::Korel::KorelNodeType::Normal);
   HostControl()->RemoveDisk("s400", "EvacuateAllData");
   EXPECT_EQ(DataOn("s40"), 40) << "full";
@@ -78,23 +57,11 @@ TEST_F(EvacuationTest, HalfOfTheDataMovesForAccessibilityAndTheRestStaysOnAnUnmo
   EXPECT_EQ(DataOfHost("host2"), 25 + 55);
 }
 
-TEST_F(EvacuationTest, UnmountedAndUnhealthyDisksNeitherTakeNorGiveData) {
-  HostControl()->CreateCluster(kClusterA, true, false);
-  Join("host2", Tovrin::Korel::KorelNodeType::Normal);
-  StandOn("host2");
-  HostControl()->UnmountDiskGroup("c", true);
-  StandOn("host1");
+TEST_F(EvacuationTest, DataOfAnUnhealthyDiskCannotMove) {
   MakeUnhealthy("s40");
-  ExpectRefusals({{Act(&Host::RemoveDisk, "s400", "EnsureObjectAccessibility"),
-                   NoRoom("EnsureObjectAccessibility needs 50", "cluster", 0)},
-                  {Act(&Host::RemoveDisk, "s40", "EvacuateAllData"),
-                   "device 's40' is not healthy, so its 10 GB of data cannot be moved; choose "
-                   "NoAction"}});
-  HostControl()->UnmountDisk("s400", true);
-  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
-                "device 's400' is unmounted, so its 100 GB of data cannot be moved; mount it "
-                "or choose NoAction");
-  HostControl()->RemoveDiskGroup("c", "");
+  ExpectRefused(Act(&Host::RemoveDisk, "s40", "EvacuateAllData"),
+                "device 's40' is not healthy, so its 10 GB of data cannot be moved; choose "
+                "NoAction");
 }
 
 }  // namespace

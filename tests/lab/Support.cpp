@@ -1,6 +1,5 @@
 #include "tests/lab/Support.h"
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -83,25 +82,6 @@ std::string ReadFile(const std::string& path) {
 
 void WriteFile(const std::string& path, const std::string& content) {
   std::ofstream(path, std::ios::binary) << content;
-}
-
-int FailuresInProcesses(int count, const std::function<void(int)>& work) {
-  lab::Store::CloseForProcess();  // a connection does not survive a fork
-  std::vector<pid_t> children;
-  for (int i = 0; i < count; ++i) {
-    const pid_t child = fork();
-    if (child == 0) {
-      _exit(Failure([&] { work(i); }).empty() ? 0 : 1);
-    }
-    children.push_back(child);
-  }
-  int failures = 0;
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) ++failures;
-  }
-  return failures;
 }
 
 LabTest::LabTest() {

@@ -56,9 +56,6 @@ std::string NotUuid(const std::string& text);
 std::string ReadFile(const std::string& path);
 void WriteFile(const std::string& path, const std::string& content);
 
-/// Runs `work` in this many processes at once; the number of them that did not end well.
-int FailuresInProcesses(int count, const std::function<void(int)>& work);
-
 /// A case in a folder of its own, with a lab that does not exist yet.
 class LabTest : public testing::Test {
  protected:

@@ -96,20 +96,10 @@ TEST(Storage, ListsInUuidOrder) {
   });
 }
 
-TEST(Storage, KnowsFormatVersionsAndEfficiencyModes) {
+TEST(Storage, KnowsFormatVersions) {
   for (const auto& [version, text] : std::map<int, std::string>{
            {-1, "-1"}, {0, "1"}, {1, "1"}, {2, "2"}, {3, "2.5"}, {4, "3"}, {5, "5"}}) {
     EXPECT_EQ(OstrelCli::KorelNamespace::StorageList::MarshalVersion(version)->GetValue(), text);
-  }
-  for (const auto& [mode, shown] :
-       std::map<int, std::string>{{0, "Deduplication=false, Compression=false"},
-                                  {1, "Deduplication=true, Compression=true"},
-                                  {2, "Deduplication=false, Compression=true"},
-                                  {3, "Deduplication=false, Compression=false"}}) {
-    RecordingHost host;
-    TwoDisks(host);
-    host.diskInfo.dataEfficiencyMode = mode;
-    EXPECT_NE(RunLine("korel storage list -d x").find(shown), std::string::npos) << mode;
   }
 }
 
