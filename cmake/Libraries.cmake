@@ -15,6 +15,15 @@ find_package(nlohmann_json REQUIRED)
 find_package(fmt REQUIRED)
 set(FMT_TARGET fmt::fmt-header-only)
 
+# The C++ runtime is linked into each of our files, for mapping and relocating it as shared libraries
+# is most of what starting a C++ program costs. Exceptions cross our files all the same: the runtime
+# tells their types by name. The sanitizers want the shared one.
+function(carry_runtime target)
+  target_link_options(
+    ${target} PRIVATE
+    $<$<CONFIG:Release>:-static-libstdc++;-shared-libgcc;LINKER:--gc-sections;LINKER:-z,pack-relative-relocs>)
+endfunction()
+
 # A shared library made whole of a static one, and further sources, exporting what its map file
 # names.
 #   exporting_library(TARGET KIND(SHARED|MODULE) CORE MAP [SOURCE...])
@@ -24,6 +33,7 @@ function(exporting_library target kind core map)
   target_link_libraries(${target} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${core}>")
   target_link_options(${target} PRIVATE LINKER:--version-script=${map} LINKER:-Bsymbolic LINKER:-z,defs)
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+  carry_runtime(${target})
   set_target_properties(${target} PROPERTIES PREFIX "")
   if(kind STREQUAL MODULE)
     # The framework refuses plug-ins that others than their owner could write.
