@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include "korel/cluster/Commands.h"
 #include "korel/cluster/Common.h"
 #include "platform/base/FeatureList.h"
@@ -39,10 +37,8 @@ std::string RefusalOfWitness(const Request& request) {
   if (request.preferredFaultDomain.empty() ||
       KorelUtil::UTF8StringCharLength(request.preferredFaultDomain) >
           kMaxPreferredFaultDomainLength) {
-    std::ostringstream message;
-    message << "Preferred fault domain name cannot be empty or exceed "
-            << kMaxPreferredFaultDomainLength << " characters.";
-    return message.str();
+    return StrCat("Preferred fault domain name cannot be empty or exceed ",
+                  std::to_string(kMaxPreferredFaultDomainLength), " characters.");
   }
   if (request.clientMode) return "Client mode is not supported for witness or metadata node";
   return "";

@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include "korel/cluster/Commands.h"
 #include "korel/cluster/Common.h"
 
@@ -32,10 +30,8 @@ void ClusterPreferredFaultDomainSet::ExecuteInternal(const InputPtr& input,
     const std::string name = input->GetParameter("preferred-fault-domain-name");
     if (name.empty()) return Refuse(output, "Cannot set preferred fault domain name as empty.");
     if (KorelUtil::UTF8StringCharLength(name) > kMaxPreferredFaultDomainLength) {
-      std::ostringstream message;
-      message << "Preferred Fault domain name cannot exceed " << kMaxPreferredFaultDomainLength
-              << " characters.";
-      return Refuse(output, message.str());
+      return Refuse(output, StrCat("Preferred Fault domain name cannot exceed ",
+                                   std::to_string(kMaxPreferredFaultDomainLength), " characters."));
     }
     if (KorelUtil::GetNodeType() != KorelNodeType::Witness) {
       Refuse(output, "Cannot set preferred fault domain if the host is not a witness node.");

@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include "korel/faultdomain/Commands.h"
 
 namespace OstrelCli::KorelNamespace {
@@ -28,9 +26,8 @@ void FaultDomainSet::ExecuteInternal(const InputPtr& input, const OutputPtr& out
   Attempt(output, "Unable to set fault domain name: ", [&] {
     const std::string name = input->GetParameter("fdname");
     if (name.size() > kMaxNameLength) {
-      std::ostringstream message;
-      message << "Fault domain name cannot exceed " << kMaxNameLength << " characters.";
-      Refuse(output, message.str());
+      Refuse(output, StrCat("Fault domain name cannot exceed ", std::to_string(kMaxNameLength),
+                            " characters."));
       // Callers look at the message; the result has always been true here.
       return Succeed(output);
     }

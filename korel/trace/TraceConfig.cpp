@@ -6,8 +6,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
-#include <sstream>
 #include <utility>
 
 #include "platform/hostctl/Misc.h"
@@ -53,8 +53,10 @@ bool WriteAll(int descriptor, const std::string& text) {
 
 TraceValues ParseTraceConfig(const std::string& text) {
   TraceValues values;
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
+  for (std::size_t next = 0; next < text.size();) {
+    const std::size_t end = std::min(text.find('\n', next), text.size());
+    const std::string line = text.substr(next, end - next);
+    next = end + 1;
     const std::size_t equals = line.find('=');
     if (equals == std::string::npos) continue;
     const std::size_t begin = line.find_first_not_of(" \t");
@@ -75,15 +77,10 @@ std::string TraceDirectory(const TraceValues& values, const char* key,
 std::int64_t TraceValue(const TraceValues& values, const TraceNumber& number) {
   const auto found = values.find(number.key);
   if (found == values.end()) return number.standard;
-  std::istringstream stream(found->second);
-  std::int64_t value = 0;
-  bool isOn = false;
-  if (number.isSwitch) {
-    stream >> isOn;
-    return isOn ? 1 : 0;
-  }
-  stream >> value;
-  return value;
+  // Reads as a stream does: blanks, a sign, digits, and whatever comes behind them. No number is 0,
+  // too large a one the largest there is; any number but 0 switches on.
+  const std::int64_t value = std::strtoll(found->second.c_str(), nullptr, 10);
+  return number.isSwitch ? std::int64_t{value != 0} : value;
 }
 
 std::int64_t TraceValue(const TraceValues& values, const char* key) {

@@ -1,30 +1,7 @@
-#include <cerrno>
-#include <fstream>
-#include <system_error>
-
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
-namespace {
-
-/// The file may be a pipe, so it is read up to a size that no inventory has.
-std::string ReadInventory(const std::string& path) {
-  constexpr std::size_t kMaxSize = 16U << 20U;
-  std::string text(kMaxSize, '\0');
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  if (!file || (!file.read(text.data(), kMaxSize) && file.bad())) {
-    Fail("cannot read the inventory ", Quoted(path), ": ",
-         std::generic_category().message(errno == 0 ? EIO : errno));
-  }
-  if (!file.eof()) Fail("the inventory ", Quoted(path), " is larger than 16 MB");
-  text.resize(static_cast<std::size_t>(file.gcount()));
-  return text;
-}
-
-}  // namespace
 
 LabInit::LabInit() {
   SetDescription("Make the lab, with one standard host \"host1\" or the hosts of an inventory.");
@@ -52,7 +29,7 @@ void LabInit::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
     std::vector<HostInventory> hosts{StandardHost("host1")};
     std::vector<std::string> faults;
     const std::string file = input->GetParameter("inventory");
-    if (input->HasParameter("inventory")) hosts = ParseInventory(ReadInventory(file), faults);
+    if (input->HasParameter("inventory")) hosts = ParseInventory(ReadInventoryFile(file), faults);
     for (const std::string& fault : faults) Refuse(output, file + ": " + fault);
     if (!faults.empty()) return;
     InitLab(hosts, input->IsFlagSet("force"));

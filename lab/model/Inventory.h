@@ -38,4 +38,8 @@ HostInventory StandardHost(std::string name);
 /// the hosts count only when there is none.
 std::vector<HostInventory> ParseInventory(std::string_view text, std::vector<std::string>& faults);
 
+/// The text of an inventory file, which may be a pipe. Throws KorelCtlException when it cannot be
+/// read or is larger than 16 MB.
+std::string ReadInventoryFile(const std::string& path);
+
 }  // namespace lab
