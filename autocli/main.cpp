@@ -1,3 +1,3 @@
-#include "autocli/driver/Driver.h"
+#include "autocli/program/Program.h"
 
 int main(int argc, char** argv) { return autocli::Main(argc, argv); }

@@ -1,7 +1,6 @@
 #include "autocli/driver/Driver.h"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
 
 #include "autocli/Version.h"
@@ -18,17 +17,6 @@ using Corvex::AutoCli::Namespace;
 using Corvex::CallSpec::Output;
 
 namespace {
-
-/// The words behind the program's name. A link that is named like a top-level namespace implies
-/// that word.
-std::vector<std::string> WordsOf(const std::vector<std::string>& arguments, const Namespace& root) {
-  if (arguments.empty()) return {};
-  std::vector<std::string> words(arguments.begin() + 1, arguments.end());
-  const std::string& path = arguments.front();
-  const std::string name = path.substr(path.rfind('/') + 1);
-  if (name != kProgram && root.HasNamespaceNode(name)) words.insert(words.begin(), name);
-  return words;
-}
 
 std::string FormatterOf(const Call& call) {
   if (call.globals->HasParameter("formatter")) return call.globals->GetParameter("formatter");
@@ -123,25 +111,12 @@ class Session {
   Report report_;
 };
 
-int RunWords(const std::vector<std::string>& words, const std::shared_ptr<Namespace>& root,
-             const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
-  Session session(ReadCall(root, words), pluginFaults, out, err);
-  return AsksForVersionFirst(words) ? session.Answer(kVersionText) : session.Run();
-}
-
 }  // namespace
 
-int Run(const std::vector<std::string>& arguments, const std::shared_ptr<Namespace>& root,
-        const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
-  int status = RunWords(WordsOf(arguments, *root), root, pluginFaults, out, err);
-  if (!out.Flush()) {
-    const Fault fault{FaultKind::Internal, std::string("the output could not be written: ") +
-                                               std::strerror(out.GetError())};
-    WriteFaults({fault}, err);
-    status = MeaningOf(fault.kind).status;
-  }
-  err.Flush();
-  return status;
+int RunLine(const std::vector<std::string>& words, const std::shared_ptr<Namespace>& root,
+            const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
+  Session session(ReadCall(root, words), pluginFaults, out, err);
+  return AsksForVersionFirst(words) ? session.Answer(kVersionText) : session.Run();
 }
 
 }  // namespace autocli

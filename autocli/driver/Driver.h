@@ -9,17 +9,11 @@
 
 namespace autocli {
 
-/// Runs one command line, program name included, against the tree: finds the node, parses,
-/// executes, writes. `arguments` may be empty. `pluginFaults` are reported with whatever comes of
-/// it. Returns the exit status: the highest that applies of 0 done, 1 the command reported an
-/// error, 2 the command line was refused, 3 there are plug-in faults, 4 the command broke its
-/// contract or `out` failed. Flushes both.
-int Run(const std::vector<std::string>& arguments,
-        const std::shared_ptr<Corvex::AutoCli::Namespace>& root,
-        const std::vector<std::string>& pluginFaults, Sink& out, Sink& err);
-
-/// The program: loads the plug-ins beside it and runs the command line on the standard streams.
-/// No exception leaves it.
-int Main(int argc, char** argv);
+/// Runs the words of one command line against the tree: finds the node, parses, executes, writes.
+/// `pluginFaults` are reported with whatever comes of it. Returns the exit status, the highest that
+/// applies. Flushes nothing.
+int RunLine(const std::vector<std::string>& words,
+            const std::shared_ptr<Corvex::AutoCli::Namespace>& root,
+            const std::vector<std::string>& pluginFaults, Sink& out, Sink& err);
 
 }  // namespace autocli

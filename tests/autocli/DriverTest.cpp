@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "autocli/driver/Driver.h"
+#include "autocli/program/Program.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

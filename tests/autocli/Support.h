@@ -5,7 +5,7 @@
 #include <functional>
 #include <sstream>
 
-#include "autocli/driver/Driver.h"
+#include "autocli/program/Program.h"
 #include "autocli/text/Sink.h"
 #include "platform/autocli/Declare.h"
 

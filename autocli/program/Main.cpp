@@ -1,12 +1,15 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "autocli/driver/Call.h"
-#include "autocli/driver/Driver.h"
 #include "autocli/driver/Fault.h"
 #include "autocli/plugin/Loader.h"
+#include "autocli/program/Program.h"
 
 namespace autocli {
 
