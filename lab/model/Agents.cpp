@@ -85,7 +85,7 @@ void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid
 }
 
 std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& clusterUuid) {
-  SQLite::Statement rows =
+  Rows rows =
       Query(store,
             "SELECT uuid, type, supportsUnicast, address, port, interface, thumbprint, cluster "
             "FROM agents WHERE host = ?1 AND (cluster = ?2 OR ?2 = '') ORDER BY id",

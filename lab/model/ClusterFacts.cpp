@@ -51,8 +51,7 @@ void NoteChange(Store& store, std::int64_t clusterId) {
 }
 
 Tovrin::Korel::KorelConfigGeneration ConfigGeneration(Store& store, std::int64_t clusterId) {
-  SQLite::Statement rows =
-      Query(store, "SELECT generation, changedAt FROM clusters WHERE id = ?", clusterId);
+  Rows rows = Query(store, "SELECT generation, changedAt FROM clusters WHERE id = ?", clusterId);
   rows.executeStep();
   return {rows.getColumn(0).getInt64(),
           rows.isColumnNull(1) ? "" : LocalTime(rows.getColumn(1).getInt64())};
@@ -117,8 +116,7 @@ KorelClusterInfoDetailed DirectoryInfo(Store& store, const Host& host,
 Encryption EncryptionOf(Store& store, const std::string& clusterUuid) {
   const std::string uuid = CanonicalUuid(clusterUuid);
   if (uuid == kZeroUuid) return {};
-  SQLite::Statement rows =
-      Query(store, "SELECT isEncrypted, rekeyMinutes FROM clusters WHERE uuid = ?", uuid);
+  Rows rows = Query(store, "SELECT isEncrypted, rekeyMinutes FROM clusters WHERE uuid = ?", uuid);
   if (!rows.executeStep()) Fail("there is no cluster ", uuid);
   return {rows.getColumn(0).getInt() != 0, rows.getColumn(1).getInt64()};
 }

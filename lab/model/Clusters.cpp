@@ -18,17 +18,17 @@ struct ClusterRow {
 };
 
 std::optional<ClusterRow> FindCluster(Store& store, const std::string& uuid) {
-  SQLite::Statement rows = Query(store, "SELECT id, isClient FROM clusters WHERE uuid = ?", uuid);
+  Rows rows = Query(store, "SELECT id, isClient FROM clusters WHERE uuid = ?", uuid);
   if (!rows.executeStep()) return std::nullopt;
   return ClusterRow{rows.getColumn(0).getInt64(), rows.getColumn(1).getInt() != 0};
 }
 
 /// Persisted memberships that are not active count too: a restore would bring them back.
 void CheckInNoCluster(Store& store, const Host& host) {
-  SQLite::Statement rows = Query(store,
-                                 "SELECT uuid, isActive FROM memberships m JOIN clusters c "
-                                 "ON c.id = m.cluster WHERE m.host = ? ORDER BY m.id",
-                                 host.id);
+  Rows rows = Query(store,
+                    "SELECT uuid, isActive FROM memberships m JOIN clusters c "
+                    "ON c.id = m.cluster WHERE m.host = ? ORDER BY m.id",
+                    host.id);
   if (!rows.executeStep()) return;
   const std::string uuid = rows.getColumn(0).getString();
   if (rows.getColumn(1).getInt() != 0) {
@@ -83,10 +83,10 @@ void NoteMemberChange(Store& store, std::int64_t cluster) {
           "(SELECT 1 FROM memberships WHERE cluster = ?1 AND nodeType = 1)",
           cluster);
   if (Exists(store, "SELECT 1 FROM memberships WHERE cluster = ?", cluster)) return;
-  SQLite::Statement mounting = Query(store,
-                                     "SELECT DISTINCT m.cluster FROM mounts m JOIN datastores d "
-                                     "ON d.id = m.datastore WHERE d.cluster = ?",
-                                     cluster);
+  Rows mounting = Query(store,
+                        "SELECT DISTINCT m.cluster FROM mounts m JOIN datastores d "
+                        "ON d.id = m.datastore WHERE d.cluster = ?",
+                        cluster);
   while (mounting.executeStep()) NoteChange(store, mounting.getColumn(0).getInt64());
   Execute(store, "DELETE FROM clusters WHERE id = ?", cluster);
 }
@@ -101,12 +101,11 @@ void Depart(Store& store, const Host& host, std::int64_t cluster, const std::str
 
 std::vector<Membership> ActiveMemberships(Store& store, const Host& host) {
   std::vector<Membership> memberships;
-  SQLite::Statement rows =
-      Query(store,
-            "SELECT c.id, c.uuid, c.isClient, m.nodeType, m.isPersisted FROM memberships m "
-            "JOIN clusters c ON c.id = m.cluster "
-            "WHERE m.host = ? AND m.isActive ORDER BY m.id",
-            host.id);
+  Rows rows = Query(store,
+                    "SELECT c.id, c.uuid, c.isClient, m.nodeType, m.isPersisted FROM memberships m "
+                    "JOIN clusters c ON c.id = m.cluster "
+                    "WHERE m.host = ? AND m.isActive ORDER BY m.id",
+                    host.id);
   while (rows.executeStep()) {
     memberships.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
                            rows.getColumn(2).getInt() != 0,
@@ -214,7 +213,7 @@ void RestoreClusters(Store& store, const Host& host) {
       Depart(store, host, membership.clusterId, membership.clusterUuid);
     }
   }
-  SQLite::Statement suspended =
+  Rows suspended =
       Query(store, "SELECT cluster FROM memberships WHERE host = ? AND NOT isActive", host.id);
   while (suspended.executeStep()) NoteChange(store, suspended.getColumn(0).getInt64());
   Execute(store, "UPDATE memberships SET isActive = 1 WHERE host = ?", host.id);
@@ -253,7 +252,7 @@ void SetNodeType(Store& store, const Host& host, KorelNodeType nodeType) {
 
 std::vector<Cluster> AllClusters(Store& store) {
   std::vector<Cluster> clusters;
-  SQLite::Statement rows =
+  Rows rows =
       Query(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters ORDER BY id");
   while (rows.executeStep()) {
     clusters.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
@@ -268,7 +267,7 @@ std::vector<Cluster> AllClusters(Store& store) {
 
 std::vector<ClusterMember> MembersOf(Store& store, std::int64_t clusterId) {
   std::vector<ClusterMember> members;
-  SQLite::Statement rows =
+  Rows rows =
       Query(store,
             "SELECT h.name, h.nodeUuid, coalesce(h.faultDomain, h.name), m.nodeType, m.isActive "
             "FROM memberships m JOIN hosts h ON h.id = m.host WHERE m.cluster = ? ORDER BY m.id",

@@ -25,15 +25,14 @@ struct Known {
 
 std::vector<Known> KnownTo(Store& store, const Membership& own) {
   std::vector<Known> known;
-  SQLite::Statement rows =
-      Query(store,
-            "SELECT d.id, d.uuid, d.name AS shown, c.uuid, d.isDefault AS first, 0 "
-            "FROM datastores d JOIN clusters c ON c.id = d.cluster WHERE d.cluster = ?1 "
-            "UNION ALL "
-            "SELECT d.id, d.uuid, m.name, c.uuid, 0, 1 FROM mounts m "
-            "JOIN datastores d ON d.id = m.datastore JOIN clusters c ON c.id = d.cluster "
-            "WHERE m.cluster = ?1 ORDER BY first DESC, shown",
-            own.clusterId);
+  Rows rows = Query(store,
+                    "SELECT d.id, d.uuid, d.name AS shown, c.uuid, d.isDefault AS first, 0 "
+                    "FROM datastores d JOIN clusters c ON c.id = d.cluster WHERE d.cluster = ?1 "
+                    "UNION ALL "
+                    "SELECT d.id, d.uuid, m.name, c.uuid, 0, 1 FROM mounts m "
+                    "JOIN datastores d ON d.id = m.datastore JOIN clusters c ON c.id = d.cluster "
+                    "WHERE m.cluster = ?1 ORDER BY first DESC, shown",
+                    own.clusterId);
   while (rows.executeStep()) {
     known.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
                      rows.getColumn(2).getString(), rows.getColumn(3).getString(),
@@ -95,10 +94,10 @@ std::int64_t FindExported(Store& store, const std::string& uuid, const std::stri
   if (!Exists(store, "SELECT 1 FROM clusters WHERE uuid = ?", exporter)) {
     Fail("there is no cluster ", exporter);
   }
-  SQLite::Statement rows = Query(store,
-                                 "SELECT d.id FROM datastores d JOIN clusters c "
-                                 "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
-                                 uuid, exporter);
+  Rows rows = Query(store,
+                    "SELECT d.id FROM datastores d JOIN clusters c "
+                    "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
+                    uuid, exporter);
   if (!rows.executeStep()) Fail("cluster ", exporter, " exports no datastore ", uuid);
   return rows.getColumn(0).getInt64();
 }

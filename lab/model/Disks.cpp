@@ -35,7 +35,7 @@ bool IsAllFlash(const Devices& devices, std::int64_t cachingDevice) {
   });
 }
 
-Device ReadDevice(SQLite::Statement& rows) {
+Device ReadDevice(Rows& rows) {
   Device device{.id = rows.getColumn(0).getInt64(),
                 .name = rows.getColumn(1).getString(),
                 .uuid = rows.getColumn(2).getString(),
@@ -79,7 +79,7 @@ void DescribeClaim(const Devices& devices, const Device& device,
 
 Devices DevicesOf(Store& store, const Host& host) {
   Devices devices;
-  SQLite::Statement rows =
+  Rows rows =
       Query(store,
             "SELECT d.id, name, uuid, isFlash, isCapacityFlash, isKorelDirect, isHealthy, sizeGb, "
             "vendor, model, cachingDevice, formatVersion, claimedAt, isMounted, usedGb "

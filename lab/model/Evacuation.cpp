@@ -43,7 +43,7 @@ struct Room {
 std::vector<Room> RoomOutside(Store& store, const Host& host,
                               const std::vector<const Device*>& leaving) {
   std::vector<Room> rooms;
-  SQLite::Statement rows =
+  Rows rows =
       Query(store,
             "SELECT c.device, d.sizeGb - c.usedGb FROM claims c JOIN devices d ON d.id = c.device "
             "WHERE c.cachingDevice IS NOT c.device AND c.isMounted AND d.isHealthy "

@@ -30,8 +30,7 @@ void AddFault(Store& store, const Fault& fault) {
 
 std::vector<Fault> AllFaults(Store& store) {
   std::vector<Fault> faults;
-  SQLite::Statement rows =
-      Query(store, "SELECT operation, message, remaining FROM faults ORDER BY operation");
+  Rows rows = Query(store, "SELECT operation, message, remaining FROM faults ORDER BY operation");
   while (rows.executeStep()) {
     Fault fault{rows.getColumn(0).getString(), rows.getColumn(1).getString(), std::nullopt};
     if (!rows.isColumnNull(2)) fault.remaining = rows.getColumn(2).getInt64();

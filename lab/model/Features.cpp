@@ -17,7 +17,7 @@ void ResetFeatures(Store& store) {
 
 std::vector<Feature> AllFeatures(Store& store) {
   std::vector<Feature> features;
-  SQLite::Statement rows = Query(store, "SELECT name, isEnabled FROM features ORDER BY name");
+  Rows rows = Query(store, "SELECT name, isEnabled FROM features ORDER BY name");
   while (rows.executeStep()) {
     features.push_back({rows.getColumn(0).getString(), rows.getColumn(1).getInt() != 0});
   }

@@ -12,7 +12,7 @@ namespace {
 
 std::int64_t Ask(Store& store, const Host& host, const std::string& column) {
   const std::string sql = "SELECT " + column + " FROM hosts WHERE id = ?";
-  SQLite::Statement rows = Query(store, sql.c_str(), host.id);
+  Rows rows = Query(store, sql.c_str(), host.id);
   rows.executeStep();
   return rows.getColumn(0).getInt64();
 }

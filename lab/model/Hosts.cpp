@@ -13,14 +13,14 @@ namespace {
 constexpr const char* kSelectHosts =
     "SELECT id, name, nodeUuid, coalesce(faultDomain, name) FROM hosts ";
 
-Host ReadHost(SQLite::Statement& rows) {
+Host ReadHost(Rows& rows) {
   return {rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
           rows.getColumn(2).getString(), rows.getColumn(3).getString()};
 }
 
 std::optional<Host> FindHost(Store& store, const std::string& name) {
   static const std::string sql = std::string(kSelectHosts) + "WHERE name = ?";
-  SQLite::Statement rows = Query(store, sql.c_str(), name);
+  Rows rows = Query(store, sql.c_str(), name);
   if (!rows.executeStep()) return std::nullopt;
   return ReadHost(rows);
 }
@@ -67,7 +67,7 @@ Host HostNamed(Store& store, const std::string& name) {
 
 std::vector<Host> AllHosts(Store& store) {
   std::vector<Host> hosts;
-  SQLite::Statement rows = Query(store, (std::string(kSelectHosts) + "ORDER BY id").c_str());
+  Rows rows = Query(store, (std::string(kSelectHosts) + "ORDER BY id").c_str());
   while (rows.executeStep()) hosts.push_back(ReadHost(rows));
   return hosts;
 }

@@ -76,7 +76,7 @@ void SetInterfaceConfig(Store& store, const Host& host, const KorelHskNicConfig2
 }
 
 std::vector<std::unique_ptr<KorelHskNicConfig2>> InterfaceConfigs(Store& store, const Host& host) {
-  SQLite::Statement rows =
+  Rows rows =
       Query(store,
             "SELECT interface, agentV4, agentV6, masterV4, masterV6, agentPort, masterPort, "
             "unicastPort, ttl, carriesKorel, carriesWitness FROM networkConfigs c "

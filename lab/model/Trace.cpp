@@ -79,8 +79,7 @@ void SetTraceOptions(Store& store, const Host& host, const TraceOptions& options
 
 TraceOptions TraceOptionsOf(Store& store, const Host& host) {
   TraceOptions options;
-  SQLite::Statement rows =
-      Query(store, "SELECT name, value FROM traceOptions WHERE host = ?", host.id);
+  Rows rows = Query(store, "SELECT name, value FROM traceOptions WHERE host = ?", host.id);
   while (rows.executeStep()) {
     options[rows.getColumn(0).getString()] = rows.getColumn(1).getString();
   }

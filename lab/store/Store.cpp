@@ -9,6 +9,7 @@
 
 #include "lab/common/Text.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 
 namespace lab {
@@ -65,6 +66,22 @@ Store& Store::ForProcess() {
 
 void Store::CloseForProcess() { ProcessStore().reset(); }
 
+std::unique_ptr<SQLite::Statement> Store::Take(const std::string& sql) {
+  if (auto kept = idle_.extract(sql)) return std::move(kept.mapped());
+  return std::make_unique<SQLite::Statement>(*database_, sql);
+}
+
+void Store::Keep(std::unique_ptr<SQLite::Statement> statement) noexcept {
+  try {
+    statement->tryReset();
+    statement->clearBindings();
+    const std::string& sql = statement->getQuery();
+    idle_.insert_or_assign(sql, std::move(statement));
+  } catch (const std::exception&) {
+    // It is prepared anew the next time.
+  }
+}
+
 int Store::GetVersion() { return database_->execAndGet("PRAGMA user_version").getInt(); }
 
 bool Store::BringUpToDate() {
@@ -86,16 +103,14 @@ bool Store::BringUpToDate() {
   return version == 0;
 }
 
-Transaction::Transaction(Store& store) : store_(store) {
-  store_.GetDatabase().exec("BEGIN IMMEDIATE");
-}
+Transaction::Transaction(Store& store) : store_(store) { Execute(store_, "BEGIN IMMEDIATE"); }
 
 Transaction::~Transaction() {
   if (!isCommitted_) store_.GetDatabase().tryExec("ROLLBACK");
 }
 
 void Transaction::Commit() {
-  store_.GetDatabase().exec("COMMIT");
+  Execute(store_, "COMMIT");
   isCommitted_ = true;
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
 namespace SQLite {
 class Database;
-}
+class Statement;
+}  // namespace SQLite
 
 namespace lab {
 
@@ -27,6 +29,11 @@ class Store {
   const std::string& GetPath() const { return path_; }
   SQLite::Database& GetDatabase() { return *database_; }
 
+  /// The statement, prepared, reset and without values. It is the caller's until Keep() takes it
+  /// back for the next time: preparing costs more than most statements do.
+  std::unique_ptr<SQLite::Statement> Take(const std::string& sql);
+  void Keep(std::unique_ptr<SQLite::Statement> statement) noexcept;
+
   /// The schema's version: 0 for a new file.
   int GetVersion();
   /// Within a transaction: takes the schema to the newest version. True when the file was new.
@@ -36,6 +43,7 @@ class Store {
  private:
   std::string path_;
   std::unique_ptr<SQLite::Database> database_;
+  std::map<std::string, std::unique_ptr<SQLite::Statement>> idle_;  ///< by their SQL
   bool isKnownToBeCurrent_ = false;
 };
 

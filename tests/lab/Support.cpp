@@ -43,7 +43,7 @@ std::string State() {
                                         "SELECT name FROM sqlite_schema WHERE type = "
                                         "'table' ORDER BY name")) {
       state << table << "\n";
-      SQLite::Statement rows = lab::Query(store, ("SELECT * FROM " + table).c_str());
+      lab::Rows rows = lab::Query(store, ("SELECT * FROM " + table).c_str());
       while (rows.executeStep()) {
         for (int i = 0; i < rows.getColumnCount(); ++i) {
           state << "|" << rows.getColumn(i).getString();
