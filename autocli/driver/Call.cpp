@@ -44,6 +44,8 @@ std::shared_ptr<InputSpec> GlobalOptions() {
   options->AddParameter(formatter);
   options->AddParameter(Option("fields", ParameterType::String,
                                "The fields to show, in this order, joined by commas."));
+  options->AddParameter(Option("no-header", ParameterType::Flag,
+                               "Leave the names of the columns out of table and csv."));
   options->AddParameter(
       Option("help", ParameterType::Flag, "Say what can follow, or what a command does."));
   options->AddParameter(Option("describe", ParameterType::Flag,

@@ -10,7 +10,8 @@
 
 namespace autocli {
 
-/// The options that every command line takes: --formatter, --fields, --help, --describe, --version.
+/// The options that every command line takes: --formatter, --fields, --no-header, --help,
+/// --describe, --version.
 std::shared_ptr<Corvex::CallSpec::InputSpec> GlobalOptions();
 
 /// A command line as it was understood.

@@ -51,6 +51,18 @@ class Session {
     return WriteReport(report_, out_, err_);
   }
 
+  /// One line of a batch: its answer is JSON, whatever comes of it.
+  int RunInBatch(std::size_t number) {
+    for (const char* option : {"formatter", "describe"}) {
+      if (!call_.globals->HasParameter(option)) continue;
+      call_.faults.push_back(
+          {FaultKind::Usage, std::string("option \"--") + option + "\" cannot stand in a batch"});
+    }
+    report_.formatter = kJson;
+    report_.batchLine = number;
+    return Run();
+  }
+
   int Answer(const std::string& text) { return WriteAnswer(text, report_, out_, err_); }
 
  private:
@@ -99,6 +111,7 @@ class Session {
     if (thrown) return Add(FaultKind::Internal, "the command failed unexpectedly: " + *thrown);
     report_.result = output->GetRootObject();
     report_.view = View(*call_.specs.output, command.GetDefaultOutputParameters(), call_.fields);
+    if (call_.globals->HasParameter("no-header")) report_.view.HideTitles();
   }
 
   void Add(FaultKind kind, const std::string& message) {
@@ -117,6 +130,19 @@ int RunLine(const std::vector<std::string>& words, const std::shared_ptr<Namespa
             const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
   Session session(ReadCall(root, words), pluginFaults, out, err);
   return AsksForVersionFirst(words) ? session.Answer(kVersionText) : session.Run();
+}
+
+int RunBatchLine(const std::vector<std::string>& words, std::size_t number,
+                 const std::shared_ptr<Namespace>& root, Sink& out) {
+  return Session(ReadCall(root, words), {}, out, out).RunInBatch(number);
+}
+
+int RefuseBatchLine(std::size_t number, const std::string& message, Sink& out) {
+  Report report;
+  report.formatter = kJson;
+  report.batchLine = number;
+  report.faults = {{FaultKind::Usage, message}};
+  return WriteReport(report, out, out);
 }
 
 }  // namespace autocli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,5 +16,12 @@ namespace autocli {
 int RunLine(const std::vector<std::string>& words,
             const std::shared_ptr<Corvex::AutoCli::Namespace>& root,
             const std::vector<std::string>& pluginFaults, Sink& out, Sink& err);
+
+/// Runs one line of a batch, whose answer is one JSON document on one line that begins with the
+/// line's number. Returns the exit status. Flushes nothing.
+int RunBatchLine(const std::vector<std::string>& words, std::size_t number,
+                 const std::shared_ptr<Corvex::AutoCli::Namespace>& root, Sink& out);
+/// The answer to a line of a batch that cannot be run.
+int RefuseBatchLine(std::size_t number, const std::string& message, Sink& out);
 
 }  // namespace autocli

@@ -15,7 +15,9 @@ namespace {
 /// The document grows piece by piece, so that a large result is never held twice.
 void WriteJson(const Report& report, Sink& out) {
   std::string& text = out.Buffer();
-  text += "{\"command\":";
+  text += '{';
+  if (report.batchLine != 0) text += "\"line\":" + std::to_string(report.batchLine) + ',';
+  text += "\"command\":";
   AppendJsonString(text, report.path);
   text += report.faults.empty() ? ",\"ok\":true,\"result\":" : ",\"ok\":false,\"result\":";
   if (report.result) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ struct Report {
   Corvex::MetaObj::MetaObjectPtr result;  ///< null when there is none
   View view;                              ///< of the result
   std::vector<Fault> faults;
+  std::size_t batchLine = 0;  ///< number of the line in a batch; 0 outside one
 };
 
 /// Writes the report: the result to `out`, a line per fault to `err`; in JSON, one document to

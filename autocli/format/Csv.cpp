@@ -52,7 +52,9 @@ class Csv final : public Formatter {
       });
       return;
     }
-    AppendRow(text, view, [&](const Column& column) { text += column.label; });
+    if (view.HasTitles()) {
+      AppendRow(text, view, [&](const Column& column) { text += column.label; });
+    }
     ForEachRecord(result, [&](const MetaStruct& record) {
       AppendRow(text, view, [&](const Column& column) {
         AppendText(text, *record.GetFields()[column.index].value);

@@ -47,7 +47,9 @@ void AppendRow(std::string& out, const View& view, const std::vector<std::size_t
 
 std::vector<std::size_t> WidthsOf(const MetaObject& result, const View& view) {
   std::vector<std::size_t> widths;
-  for (const Column& column : view.GetColumns()) widths.push_back(CellWidth(column.label));
+  for (const Column& column : view.GetColumns()) {
+    widths.push_back(view.HasTitles() ? CellWidth(column.label) : 0);
+  }
   std::string cell;
   ForEachRecord(result, [&](const MetaStruct& record) {
     for (std::size_t i = 0; i < widths.size(); ++i) {
@@ -66,8 +68,10 @@ class Table final : public Formatter {
     std::string& text = out.Buffer();
     const auto& columns = view.GetColumns();
     const std::vector<std::size_t> widths = WidthsOf(result, view);
-    AppendRow(text, view, widths, [&](std::size_t i) { text += columns[i].label; });
-    AppendRow(text, view, widths, [&](std::size_t i) { text.append(widths[i], '-'); });
+    if (view.HasTitles()) {
+      AppendRow(text, view, widths, [&](std::size_t i) { text += columns[i].label; });
+      AppendRow(text, view, widths, [&](std::size_t i) { text.append(widths[i], '-'); });
+    }
     ForEachRecord(result, [&](const MetaStruct& record) {
       AppendRow(text, view, widths, [&](std::size_t i) { AppendCell(text, columns[i], record); });
       out.Drain();

@@ -44,6 +44,9 @@ class View {
   const std::vector<Column>& GetColumns() const { return columns_; }
   /// The fields that data formats carry: those picked, else all as declared. Hints are for people.
   const std::vector<Column>& GetDataColumns() const { return dataColumns_; }
+  /// Tables and csv begin with the names of the columns.
+  bool HasTitles() const { return hasTitles_; }
+  void HideTitles() { hasTitles_ = false; }
   bool HasHeader() const { return !header_.empty(); }
   /// Appends the heading of this record, escaped, without a line feed.
   void AppendHeader(std::string& out, const Corvex::MetaObj::MetaStruct& record) const;
@@ -54,6 +57,7 @@ class View {
   void ReadHeader(const Corvex::MetaObj::MetaStruct& record, std::string_view text);
 
   bool hasRecords_ = false;
+  bool hasTitles_ = true;
   std::vector<Column> columns_;
   std::vector<Column> dataColumns_;
   std::vector<HeaderPiece> header_;

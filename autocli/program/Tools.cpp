@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "autocli/batch/Batch.h"
 #include "autocli/driver/Fault.h"
 #include "autocli/driver/Report.h"
 #include "autocli/help/Help.h"
@@ -9,7 +10,11 @@
 namespace autocli {
 
 const std::vector<Tool>& Tools() {
-  static const std::vector<Tool> tools = {};
+  static const std::vector<Tool> tools = {
+      {"batch", "FILE|- [--keep-going]",
+       "Run the command lines of a file, or of standard input, each with a JSON answer.",
+       BatchTool},
+  };
   return tools;
 }
 

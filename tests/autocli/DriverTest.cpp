@@ -31,6 +31,9 @@ TEST(DriverTest, GlobalOptionsAndPathMayBeMixed) {
   for (const auto& [line, program] : cases) {
     EXPECT_EQ(tree.Run(line, {}, program), (Ran{0, "Name,Size\na,5\n", ""})) << line;
   }
+  const std::string bare = "disk list --no-header --fields Size,Name --formatter ";
+  EXPECT_EQ(tree.Run(bare + "table"), (Ran{0, "5  a\n", ""}));
+  EXPECT_EQ(tree.Run(bare + "csv"), (Ran{0, "5,a\n", ""}));
 }
 
 TEST(DriverTest, RefusalsSayWhatAndHow) {
