@@ -107,7 +107,8 @@ int BatchTool(const ToolCall& call) {
   if (file == nullptr) return Fail(call, order.file, std::strerror(errno));
 
   std::vector<Fault> pluginFaults;
-  for (const auto& fault : call.pluginFaults) pluginFaults.push_back({FaultKind::Plugin, fault});
+  for (const auto& fault : FaultsOf(call.plugins))
+    pluginFaults.push_back({FaultKind::Plugin, fault});
   WriteFaults(pluginFaults, call.err);
   int status = StatusOf(pluginFaults);
 

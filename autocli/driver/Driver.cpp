@@ -132,6 +132,17 @@ int RunLine(const std::vector<std::string>& words, const std::shared_ptr<Namespa
   return AsksForVersionFirst(words) ? session.Answer(kVersionText) : session.Run();
 }
 
+int RunTool(const std::string& name, const std::shared_ptr<CommandSpec>& command,
+            std::vector<std::string> words, const std::vector<std::string>& pluginFaults, Sink& out,
+            Sink& err) {
+  const auto root = Namespace::New();
+  root->RegisterNamespaceNode(command, "command");
+  words.insert(words.begin(), "command");
+  Call call = ReadCall(root, words);
+  call.path = name;
+  return Session(std::move(call), pluginFaults, out, err).Run();
+}
+
 int RunBatchLine(const std::vector<std::string>& words, std::size_t number,
                  const std::shared_ptr<Namespace>& root, Sink& out) {
   return Session(ReadCall(root, words), {}, out, out).RunInBatch(number);

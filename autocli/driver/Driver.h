@@ -17,6 +17,11 @@ int RunLine(const std::vector<std::string>& words,
             const std::shared_ptr<Corvex::AutoCli::Namespace>& root,
             const std::vector<std::string>& pluginFaults, Sink& out, Sink& err);
 
+/// The same for a tool of the program that answers like a command. `name` stands for its path.
+int RunTool(const std::string& name, const std::shared_ptr<Corvex::AutoCli::CommandSpec>& command,
+            std::vector<std::string> words, const std::vector<std::string>& pluginFaults, Sink& out,
+            Sink& err);
+
 /// Runs one line of a batch, whose answer is one JSON document on one line that begins with the
 /// line's number. Returns the exit status. Flushes nothing.
 int RunBatchLine(const std::vector<std::string>& words, std::size_t number,

@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <nlohmann/json.hpp>
+#include <string_view>
 #include <vector>
 
 namespace autocli {
@@ -55,7 +57,60 @@ std::string SegmentProblem(int file, const FileHeader& header, std::size_t fileS
   return isLoadable && isDynamic ? "" : "no shared object";
 }
 
+constexpr std::string_view kMetadataOwner("FDO\0", 4);
+constexpr std::uint32_t kMetadataType = 0xcafe1a7e;
+
+/// The JSON text among the notes; empty without one.
+std::string_view MetadataIn(std::string_view notes) {
+  constexpr auto kPadded = [](std::size_t size) { return (size + 3) / 4 * 4; };
+  ElfW(Nhdr) note;
+  while (notes.size() >= sizeof(note)) {
+    std::memcpy(&note, notes.data(), sizeof(note));
+    const std::size_t nameEnd = sizeof(note) + kPadded(note.n_namesz);
+    const std::size_t end = nameEnd + kPadded(note.n_descsz);
+    if (end > notes.size()) return "";
+    const bool isOurs =
+        note.n_type == kMetadataType && notes.substr(sizeof(note), note.n_namesz) == kMetadataOwner;
+    if (isOurs) return notes.substr(nameEnd, note.n_descsz);
+    notes.remove_prefix(end);
+  }
+  return "";
+}
+
+std::string VersionIn(std::string_view metadata) {
+  // The text is padded with zero bytes.
+  metadata = metadata.substr(0, metadata.find('\0'));
+  const auto document = nlohmann::json::parse(metadata, nullptr, false);
+  if (!document.is_object()) return "";
+  const auto version = document.find("version");
+  return version != document.end() && version->is_string() ? version->get<std::string>() : "";
+}
+
+std::string VersionOf(int file) {
+  constexpr std::size_t kLargestNotes = 1 << 16;
+  FileHeader header{};
+  if (!ElfProblem(file).empty() || !ReadAt(file, 0, &header, 1)) return "";
+  std::vector<ProgramHeader> segments(header.e_phnum);
+  if (!ReadAt(file, header.e_phoff, segments.data(), segments.size())) return "";
+  for (const ProgramHeader& segment : segments) {
+    if (segment.p_type != PT_NOTE || segment.p_filesz > kLargestNotes) continue;
+    std::string notes(segment.p_filesz, '\0');
+    if (!ReadAt(file, segment.p_offset, notes.data(), notes.size())) continue;
+    const std::string_view metadata = MetadataIn(notes);
+    if (!metadata.empty()) return VersionIn(metadata);
+  }
+  return "";
+}
+
 }  // namespace
+
+std::string ElfVersion(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return "";
+  std::string version = VersionOf(file);
+  close(file);
+  return version;
+}
 
 std::string ElfProblem(int file) {
   struct stat state {};

@@ -71,10 +71,6 @@ std::vector<std::string> PluginsIn(DIR* folder) {
   return names;
 }
 
-std::string FolderFault(const std::string& folder, const std::string& problem) {
-  return fmt::format("plug-in folder \"{}\": {}", folder, problem);
-}
-
 }  // namespace
 
 std::string PluginFolder() {
@@ -86,30 +82,39 @@ std::string PluginFolder() {
   return path + "/lib/autocli/plugins";
 }
 
-std::vector<std::string> LoadPlugins(const std::string& folder,
-                                     const std::shared_ptr<Namespace>& root) {
+std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root) {
   const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (file < 0) {
     if (errno == ENOENT) return {};
-    return {FolderFault(folder, std::strerror(errno))};
+    return {{folder, "", std::strerror(errno)}};
   }
   const std::string untrusted = TrustProblem(file);
   if (!untrusted.empty()) {
     close(file);
-    return {FolderFault(folder, untrusted)};
+    return {{folder, "", untrusted}};
   }
   DIR* directory = fdopendir(file);
   if (directory == nullptr) {
     close(file);
-    return {FolderFault(folder, "cannot be listed")};
+    return {{folder, "", "cannot be listed"}};
   }
-  std::vector<std::string> faults;
+  std::vector<Plugin> plugins;
   for (const std::string& name : PluginsIn(directory)) {
-    std::string problem = FileProblem(file, name);
-    if (problem.empty()) problem = Load(fmt::format("{}/{}", folder, name), root);
-    if (!problem.empty()) faults.push_back(fmt::format("plug-in \"{}\": {}", name, problem));
+    Plugin plugin{fmt::format("{}/{}", folder, name), name, FileProblem(file, name)};
+    if (plugin.problem.empty()) plugin.problem = Load(plugin.path, root);
+    plugins.push_back(std::move(plugin));
   }
   closedir(directory);
+  return plugins;
+}
+
+std::vector<std::string> FaultsOf(const std::vector<Plugin>& plugins) {
+  std::vector<std::string> faults;
+  for (const auto& [path, name, problem] : plugins) {
+    if (problem.empty()) continue;
+    faults.push_back(name.empty() ? fmt::format("plug-in folder \"{}\": {}", path, problem)
+                                  : fmt::format("plug-in \"{}\": {}", name, problem));
+  }
   return faults;
 }
 

@@ -12,11 +12,20 @@ namespace autocli {
 /// program's own folder. Empty when the program does not know where it is.
 std::string PluginFolder();
 
+/// A plug-in that was found; without a name, the folder that could not be searched.
+struct Plugin {
+  std::string path;
+  std::string name;     ///< of the file
+  std::string problem;  ///< why it was refused; empty when it was loaded
+};
+
 /// Loads the plug-ins (*.so) of `folder` in byte order of their names and lets each register its
-/// nodes below `root`. Returns one message for each that failed; what it registered before it threw
-/// stays. No folder means no plug-ins. A folder or a plug-in that somebody other than root or the
-/// user could have written is not touched.
-std::vector<std::string> LoadPlugins(const std::string& folder,
-                                     const std::shared_ptr<Corvex::AutoCli::Namespace>& root);
+/// nodes below `root`; what one registered before it threw stays. No folder means no plug-ins. A
+/// folder or a plug-in that somebody other than root or the user could have written is not touched.
+std::vector<Plugin> LoadPlugins(const std::string& folder,
+                                const std::shared_ptr<Corvex::AutoCli::Namespace>& root);
+
+/// One message for each that was refused.
+std::vector<std::string> FaultsOf(const std::vector<Plugin>& plugins);
 
 }  // namespace autocli

@@ -32,11 +32,11 @@ int RunWithPlugins(const std::vector<std::string>& arguments) {
   // Never taken down, node by node: the process ends and takes it along.
   static const auto& root = *new std::shared_ptr<Namespace>(Namespace::New());
   const bool hasWords = arguments.size() > 1;
-  std::vector<std::string> faults;
+  std::vector<Plugin> plugins;
   if (!hasWords || !AsksForVersionFirst({arguments.begin() + 1, arguments.end()})) {
-    faults = LoadPlugins(PluginFolder(), root);
+    plugins = LoadPlugins(PluginFolder(), root);
   }
-  return Run(arguments, root, faults, out, err);
+  return Run(arguments, root, plugins, out, err);
 }
 
 }  // namespace

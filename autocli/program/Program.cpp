@@ -33,12 +33,12 @@ const Tool* ToolFor(const std::vector<std::string>& words, const Namespace& root
 }  // namespace
 
 int Run(const std::vector<std::string>& arguments, const std::shared_ptr<Namespace>& root,
-        const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
+        const std::vector<Plugin>& plugins, Sink& out, Sink& err) {
   const std::vector<std::string> words = WordsOf(arguments, *root);
   const Tool* tool = ToolFor(words, *root);
   int status = tool == nullptr
-                   ? RunLine(words, root, pluginFaults, out, err)
-                   : tool->run({{words.begin() + 1, words.end()}, root, pluginFaults, out, err});
+                   ? RunLine(words, root, FaultsOf(plugins), out, err)
+                   : tool->run({{words.begin() + 1, words.end()}, root, plugins, out, err});
   if (!out.Flush()) {
     const Fault fault{FaultKind::Internal, std::string("the output could not be written: ") +
                                                std::strerror(out.GetError())};

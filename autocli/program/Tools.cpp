@@ -6,6 +6,7 @@
 #include "autocli/driver/Fault.h"
 #include "autocli/driver/Report.h"
 #include "autocli/help/Help.h"
+#include "autocli/plugin/PluginList.h"
 
 namespace autocli {
 
@@ -14,6 +15,8 @@ const std::vector<Tool>& Tools() {
       {"batch", "FILE|- [--keep-going]",
        "Run the command lines of a file, or of standard input, each with a JSON answer.",
        BatchTool},
+      {"--plugins", "[global options]",
+       "List the plug-ins that were found, and why any was refused.", PluginsTool},
   };
   return tools;
 }

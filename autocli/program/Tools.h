@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "autocli/plugin/Loader.h"
 #include "autocli/text/Sink.h"
 #include "platform/autocli/AutoCli.h"
 
@@ -13,7 +14,7 @@ namespace autocli {
 struct ToolCall {
   std::vector<std::string> words;  ///< behind the tool's own word
   std::shared_ptr<Corvex::AutoCli::Namespace> root;
-  const std::vector<std::string>& pluginFaults;
+  const std::vector<Plugin>& plugins;
   Sink& out;
   Sink& err;
 };

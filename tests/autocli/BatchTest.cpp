@@ -66,7 +66,7 @@ TEST_F(BatchTest, AnswersEachLineAndStopsAtTheFirstFailure) {
   EXPECT_EQ(Run(lines), (Ran{1, upToFailure, ""}));
   EXPECT_EQ(Run(lines, " --keep-going"), (Ran{1, upToFailure + "{\"line\":4," + grown + "\n", ""}));
   EXPECT_EQ(Run("disk grow -n c", "", {"bad"}),
-            (Ran{3, "{\"line\":1," + grown + "\n", "error: bad\n"}));
+            (Ran{3, "{\"line\":1," + grown + "\n", "error: plug-in \"x.so\": bad\n"}));
 }
 
 TEST_F(BatchTest, RefusesWhatIsNoLineOfABatch) {

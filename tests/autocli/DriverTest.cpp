@@ -74,6 +74,23 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
   }
 }
 
+TEST(DriverTest, PluginsAreListedWithWhatBecameOfThem) {
+  const DiskTree tree;
+  const std::string told = "error: plug-in \"x.so\": bad\n";
+  EXPECT_EQ(tree.Run("--plugins", {"bad"}),
+            (Ran{3,
+                 "Name  Version  Loaded  Path           Problem\n"
+                 "----  -------  ------  -------------  -------\n"
+                 "x.so           false   /plugins/x.so  bad\n",
+                 told}));
+  EXPECT_EQ(tree.Run("--plugins --formatter csv --fields Loaded", {""}),
+            (Ran{0, "Loaded\ntrue\n", ""}));
+  EXPECT_EQ(tree.Run("--plugins now"),
+            (Ran{2, "",
+                 "error: unexpected argument \"now\"\nusage: autocli --plugins\n"
+                 "try: autocli --plugins --help\n"}));
+}
+
 TEST(DriverTest, HelpWinsWhereverItStands) {
   DiskTree tree;
   tree.grow->execute = [](const InputPtr&, const OutputPtr&) { ADD_FAILURE() << "help runs"; };
@@ -128,7 +145,7 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
     doesBoth(output);
     throw std::runtime_error("out of \x1b luck");
   };
-  const std::string told = "error: bad\nerror: two\\nlines\n";
+  const std::string told = "error: plug-in \"x.so\": bad\nerror: two\\nlines\n";
   const std::string failed = "error: the command failed unexpectedly: ";
   const struct {
     Action action;
@@ -138,7 +155,7 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
       {succeeds, {}, {0, "true\n", ""}},
       {doesBoth, {}, {1, "true\n", "error: two\\nlines\n"}},
       {refuses, {}, {1, "", "error: No.\n"}},
-      {succeeds, {"bad"}, {3, "true\n", "error: bad\n"}},
+      {succeeds, {"bad"}, {3, "true\n", "error: plug-in \"x.so\": bad\n"}},
       {doesBoth, {"bad"}, {3, "true\n", told}},
       {breaksOff, {"bad"}, {4, "", told + failed + "out of \\x1b luck\n"}},
       {doesNothing, {}, {4, "", failed + "the command gave neither a result nor an error\n"}},
@@ -158,13 +175,13 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
     EXPECT_TRUE(std::cmp_equal(document["errors"].size(), std::ranges::count(ran.err, '\n')));
   }
   EXPECT_EQ(tree.Run("disk --help", {"bad"}).status, 3);
-  EXPECT_EQ(tree.Run("disk grow --describe", {"bad"}).err, "error: bad\n");
+  EXPECT_EQ(tree.Run("disk grow --describe", {"bad"}).err, "error: plug-in \"x.so\": bad\n");
 }
 
 TEST(DriverTest, JsonIsOneDocumentWhateverHappens) {
   const DiskTree tree;
   const std::string start =
-      R"({"command":"disk","ok":false,"result":null,"errors":[{"kind":"plugin","message":"bad"},)"
+      R"({"command":"disk","ok":false,"result":null,"errors":[{"kind":"plugin","message":"plug-in \"x.so\": bad"},)"
       R"({"kind":"usage","message":")";
   const struct {
     std::string line;

@@ -42,7 +42,7 @@ class PluginTest : public FolderTest {
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
-  Words Load() { return LoadPlugins(path_, root_); }
+  Words Load() { return FaultsOf(LoadPlugins(path_, root_)); }
 
   std::string good_ = Built("good.so");
   std::shared_ptr<Namespace> root_ = Namespace::New();

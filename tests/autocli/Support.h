@@ -124,7 +124,9 @@ struct DiskTree {
     Words arguments = {program};
     std::istringstream words(line);
     for (std::string word; words >> word;) arguments.push_back(word);
-    const int status = autocli::Run(arguments, root, pluginFaults, out, err);
+    std::vector<Plugin> plugins;
+    for (const auto& fault : pluginFaults) plugins.push_back({"/plugins/x.so", "x.so", fault});
+    const int status = autocli::Run(arguments, root, plugins, out, err);
     return {status, out.text, err.text};
   }
 
