@@ -30,22 +30,29 @@ std::shared_ptr<ParameterSpec> Option(const char* name, ParameterType type,
   return option;
 }
 
+std::shared_ptr<ParameterSpec> Choice(const char* name, const std::vector<std::string>& values,
+                                      const char* description) {
+  auto constraint = ParameterConstraint::New(ParameterConstraintType::StringEnum);
+  for (const std::string& value : values) constraint->AddStringEnum(value);
+  auto option = Option(name, ParameterType::String, description);
+  option->SetConstraint(constraint);
+  return option;
+}
+
 }  // namespace
 
 std::shared_ptr<InputSpec> GlobalOptions() {
-  auto names = ParameterConstraint::New(ParameterConstraintType::StringEnum);
-  for (const std::string& name : FormatterNames()) names->AddStringEnum(name);
-  auto formatter =
-      Option("formatter", ParameterType::String,
-             "How the result is written: %ENUM%. Without it, as the command itself suggests.");
-  formatter->SetConstraint(names);
-
   auto options = InputSpec::New();
-  options->AddParameter(formatter);
+  options->AddParameter(
+      Choice("formatter", FormatterNames(),
+             "How the result is written: %ENUM%. Without it, as the command itself suggests."));
   options->AddParameter(Option("fields", ParameterType::String,
                                "The fields to show, in this order, joined by commas."));
   options->AddParameter(Option("no-header", ParameterType::Flag,
                                "Leave the names of the columns out of table and csv."));
+  options->AddParameter(
+      Choice("color", {"auto", "always", "never"},
+             "When help and errors are coloured: %ENUM%. Without it auto, on a terminal."));
   options->AddParameter(
       Option("help", ParameterType::Flag, "Say what can follow, or what a command does."));
   options->AddParameter(Option("describe", ParameterType::Flag,
@@ -66,14 +73,38 @@ bool Call::IsQuestion() const {
 
 namespace {
 
+/// A tool that people may name: it has a description.
+const Tool* ToolNamed(const std::string& word) {
+  const Tool* tool = FindTool(word);
+  return tool == nullptr || tool->description == nullptr ? nullptr : tool;
+}
+
 std::string UnknownWord(const Namespace& space, const std::string& path, const std::string& word) {
   std::vector<std::string> names;
   for (const auto& child : space.GetChildren()) names.push_back(child->GetName());
   if (names.empty() && path.empty()) {
     return fmt::format("unknown command \"{}\", for no plug-in brought any command", word);
   }
+  if (path.empty()) {
+    for (const Tool& tool : Tools()) {
+      if (ToolNamed(tool.word) != nullptr) names.emplace_back(tool.word);
+    }
+  }
   const std::string place = path.empty() ? "" : fmt::format(" in \"{}\"", path);
   return fmt::format("unknown command \"{}\"{}{}", word, place, DidYouMean(word, names));
+}
+
+/// A word in place of a child's name: it asks for help, or is a tool that help is asked of. False
+/// when it is neither.
+bool FollowTool(Call& call, OptionReader& reader, const std::string& word) {
+  if (word == kHelpTool && !call.globals->HasParameter("help")) {
+    call.globals->SetParameter("help", true);
+    return true;
+  }
+  if (!call.path.empty()) return false;
+  call.tool = ToolNamed(word);
+  if (call.tool != nullptr) reader.IgnoreUnknown();
+  return call.tool != nullptr;
 }
 
 /// Follows one word of the line.
@@ -83,6 +114,7 @@ void Follow(Call& call, OptionReader& reader, const std::string& word) {
   }
   const auto& space = static_cast<const Namespace&>(*call.node);
   const auto child = space.GetNamespaceNode(word);
+  if (!child && FollowTool(call, reader, word)) return;
   if (!child) {
     call.isPathSound = false;
     reader.Refuse(UnknownWord(space, call.path, word));
@@ -109,10 +141,7 @@ std::string UnknownField(const std::vector<std::string>& known, const std::strin
 /// Reads --fields against what the command declares to answer with.
 void PickFields(Call& call, OptionReader& reader) {
   if (!call.globals->HasParameter("fields")) return;
-  std::vector<std::string> known;
-  if (const auto* record = RecordOf(*call.specs.output)) {
-    for (const auto& field : record->GetFields()) known.push_back(field.name);
-  }
+  const std::vector<std::string> known = FieldNames(*call.specs.output);
   for (const std::string& name : SplitNames(call.globals->GetParameter("fields"))) {
     if (std::ranges::count(known, name) == 0) {
       reader.Refuse(UnknownField(known, name));
@@ -135,7 +164,7 @@ Call ReadCall(const std::shared_ptr<Namespace>& root, const std::vector<std::str
   OptionReader reader(words);
   reader.Declare(*GlobalOptions(), call.globals);
   while (const auto word = reader.NextWord()) {
-    if (call.isPathSound) Follow(call, reader, *word);
+    if (call.isPathSound && call.tool == nullptr) Follow(call, reader, *word);
   }
   if (call.isPathSound && call.GetCommand() != nullptr && !call.IsQuestion()) {
     reader.RefuseMissing();

@@ -5,12 +5,13 @@
 #include <vector>
 
 #include "autocli/driver/Fault.h"
+#include "autocli/program/Tools.h"
 #include "autocli/spec/Specs.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
 
-/// The options that every command line takes: --formatter, --fields, --no-header, --help,
+/// The options that every command line takes: --formatter, --fields, --no-header, --color, --help,
 /// --describe, --version.
 std::shared_ptr<Corvex::CallSpec::InputSpec> GlobalOptions();
 
@@ -18,9 +19,10 @@ std::shared_ptr<Corvex::CallSpec::InputSpec> GlobalOptions();
 struct Call {
   /// The node that the path leads to, as far as the path was understood; never null.
   std::shared_ptr<Corvex::AutoCli::NamespaceNode> node;
-  std::string path;         ///< its words, joined by blanks
-  bool isPathSound = true;  ///< every word of the path was understood
-  Specs specs;              ///< of the command; empty for a namespace
+  std::string path;            ///< its words, joined by blanks
+  bool isPathSound = true;     ///< every word of the path was understood
+  const Tool* tool = nullptr;  ///< named where a command could be; what follows it was not read
+  Specs specs;                 ///< of the command; empty for a namespace
   std::shared_ptr<Corvex::CallSpec::Input> globals;
   std::shared_ptr<Corvex::CallSpec::Input> input;  ///< the command's own options
   std::vector<std::string> fields;                 ///< picked by --fields
@@ -32,8 +34,9 @@ struct Call {
   bool IsQuestion() const;
 };
 
-/// Reads the words behind the program's name. Path words and global options may be mixed; once the
-/// command is found, its own options are understood too and hide global ones of the same name.
+/// Reads the words behind the program's name. Path words and global options may be mixed; the word
+/// "help", where no child has that name, is one of them. Once the command is found, its own options
+/// are understood too and hide global ones of the same name.
 Call ReadCall(const std::shared_ptr<Corvex::AutoCli::Namespace>& root,
               const std::vector<std::string>& words);
 

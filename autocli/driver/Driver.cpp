@@ -1,5 +1,7 @@
 #include "autocli/driver/Driver.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -23,12 +25,19 @@ std::string FormatterOf(const Call& call) {
   return call.GetCommand() == nullptr ? "" : call.GetCommand()->GetDefaultOutputFormatter();
 }
 
-std::string HelpFor(const Call& call) {
-  if (call.GetCommand() != nullptr) {
-    return CommandHelp(*call.GetCommand(), *call.specs.input, call.path);
+std::string HelpFor(const Call& call, const Style& style) {
+  if (call.tool != nullptr) return ToolHelp(*call.tool, style);
+  if (const CommandSpec* command = call.GetCommand()) {
+    return CommandHelp(Explained(*command, call.specs, call.path), style);
   }
   const auto& space = static_cast<const Namespace&>(*call.node);
-  return call.path.empty() ? RootHelp(space, *GlobalOptions()) : NamespaceHelp(space, call.path);
+  return call.path.empty() ? RootHelp(space, *GlobalOptions(), Tools(), style)
+                           : NamespaceHelp(space, call.path, style);
+}
+
+Coloring ColoringOf(const Call& call) {
+  const std::string color = call.globals->GetParameter("color");
+  return color == "always" ? Coloring::Always : color == "never" ? Coloring::Never : Coloring::Auto;
 }
 
 /// One run, step by step. Each step that ends the run returns its exit status.
@@ -38,12 +47,19 @@ class Session {
       : call_(std::move(call)), out_(out), err_(err) {
     report_.path = call_.path;
     report_.formatter = FormatterOf(call_);
+    out_.SetColoring(ColoringOf(call_));
+    err_.SetColoring(ColoringOf(call_));
     for (const auto& fault : pluginFaults) report_.faults.push_back({FaultKind::Plugin, fault});
   }
 
   int Run() {
-    if (call_.isPathSound && call_.globals->HasParameter("help")) return Answer(HelpFor(call_));
-    if (!call_.faults.empty()) return Refuse();
+    if (call_.isPathSound && call_.globals->HasParameter("help")) {
+      return Answer(HelpFor(call_, report_.formatter == kJson ? Style() : out_.GetStyle()));
+    }
+    if (call_.tool != nullptr) {
+      Add(FaultKind::Usage, fmt::format("\"{}\" comes first on a line", call_.tool->word));
+    }
+    if (!call_.faults.empty() || call_.tool != nullptr) return Refuse();
     if (call_.globals->HasParameter("version")) return Answer(kVersionText);
     if (call_.globals->HasParameter("describe")) return DescribeNode();
     if (call_.GetCommand() == nullptr) return AskForCommand();
@@ -91,7 +107,7 @@ class Session {
   int AskForCommand() {
     if (report_.formatter != kJson) {
       WriteFaults(report_.faults, err_);
-      err_.Buffer() += HelpFor(call_);
+      err_.Buffer() += HelpFor(call_, err_.GetStyle());
       return std::max(StatusOf(report_.faults), MeaningOf(FaultKind::Usage).status);
     }
     const std::string place = call_.path.empty() ? "" : " behind \"" + call_.path + "\"";

@@ -17,24 +17,26 @@ struct Fault {
   std::string message;
 };
 
-/// What a fault of that kind is in JSON, and the exit status that it asks for.
+/// What a fault of that kind is in JSON, the exit status that it asks for, and what help says of
+/// it.
 struct FaultMeaning {
   const char* name;
   int status;
+  const char* text;
 };
 
 constexpr FaultMeaning MeaningOf(FaultKind kind) {
   switch (kind) {
     case FaultKind::Command:
-      return {"command", 1};
+      return {"command", 1, "the command reported an error"};
     case FaultKind::Usage:
-      return {"usage", 2};
+      return {"usage", 2, "the command line was refused"};
     case FaultKind::Plugin:
-      return {"plugin", 3};
+      return {"plugin", 3, "a plug-in could not be loaded"};
     case FaultKind::Internal:
-      return {"internal", 4};
+      break;
   }
-  return {"internal", 4};
+  return {"internal", 4, "the command broke, or its result could not be written"};
 }
 
 }  // namespace autocli

@@ -48,8 +48,10 @@ int StatusOf(const std::vector<Fault>& faults) {
 }
 
 void WriteFaults(const std::vector<Fault>& faults, Sink& err) {
+  if (faults.empty()) return;
+  const std::string start = Painted(Ink::Error, "error:", err.IsColored()) + " ";
   for (const Fault& fault : faults) {
-    err.Buffer() += "error: ";
+    err.Buffer() += start;
     AppendEscaped(err.Buffer(), fault.message);
     err.Buffer() += '\n';
   }

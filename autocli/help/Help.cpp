@@ -4,168 +4,183 @@
 
 #include <algorithm>
 
-#include "autocli/help/Placeholders.h"
 #include "autocli/text/Escape.h"
 
 namespace autocli {
 
-using Corvex::AutoCli::CommandSpec;
 using Corvex::AutoCli::Namespace;
 using Corvex::CallSpec::InputSpec;
-using Corvex::CallSpec::ParameterConstraintType;
-using Corvex::CallSpec::ParameterSpec;
-using Corvex::CallSpec::ParameterType;
 
 namespace {
 
-constexpr std::size_t kWidth = 100;
 constexpr std::size_t kWidestLeft = 32;
+constexpr std::size_t kGap = 2;
 
-/// One line of two columns: a name, and what it is.
+/// One line of two columns: a name with what is written behind it, and what it is. The name may be
+/// indented.
 struct Entry {
-  std::string left;
-  std::string right;
+  std::string name;
+  std::string value;
+  std::string text;
 };
 
-std::string Section(const char* title, const std::vector<Entry>& entries) {
+std::string Heading(std::string_view title, const Style& style) {
+  return Painted(Ink::Heading, title, style.isColored);
+}
+
+std::string Section(const char* title, const std::vector<Entry>& entries, const Style& style) {
   if (entries.empty()) return "";
   std::size_t widest = 0;
-  for (const Entry& entry : entries) widest = std::max(widest, CellWidth(entry.left));
-  const std::size_t column = std::min(widest, kWidestLeft) + 4;
+  for (const Entry& entry : entries) {
+    widest = std::max(widest, CellWidth(entry.name) + CellWidth(entry.value));
+  }
+  const std::size_t column = std::min({widest, kWidestLeft, style.width * 2 / 5}) + 2 * kGap;
 
-  std::string out = fmt::format("\n{}:\n", title);
-  for (const auto& [left, right] : entries) {
-    out += "  " + left;
-    const std::size_t used = CellWidth(left) + 2;
-    if (!right.empty()) {
-      if (used + 2 > column) out += '\n';
-      out.append(used + 2 > column ? column : column - used, ' ');
-      out += Wrapped(right, column, kWidth);
+  std::string out = "\n" + Heading(title, style) + "\n";
+  for (const auto& [name, value, text] : entries) {
+    const std::size_t indent = kGap + std::min(name.find_first_not_of(' '), name.size());
+    out.append(indent, ' ');
+    out += Painted(Ink::Name, std::string_view(name).substr(indent - kGap), style.isColored);
+    out += value;
+    if (!text.empty()) {
+      const std::size_t used = kGap + CellWidth(name) + CellWidth(value);
+      if (used + kGap > column) out += '\n';
+      out.append(used + kGap > column ? column : column - used, ' ');
+      out += Wrapped(text, column, style.width);
     }
     if (!out.ends_with('\n')) out += '\n';
   }
   return out;
 }
 
-const char* ValueName(ParameterType type) {
-  switch (type) {
-    case ParameterType::String:
-    case ParameterType::StringList:
-      return " STRING";
-    case ParameterType::Int:
-      return " INT";
-    case ParameterType::Bool:
-      return " BOOL";
-    case ParameterType::Flag:
-      break;
+/// Appends the pieces, escaped, a blank before each, from that column on; breaks no piece, and
+/// indents what goes on a line of its own.
+void AppendPieces(std::string& out, const std::vector<std::string>& pieces, std::size_t column,
+                  std::size_t indent, std::size_t width) {
+  for (const std::string& piece : pieces) {
+    const std::string shown = Escaped(piece);
+    const bool breaks = column >= indent && column + 1 + CellWidth(shown) > width;
+    if (breaks) column = indent - 1;
+    out += breaks ? "\n" + std::string(indent, ' ') : " ";
+    out += shown;
+    column += 1 + CellWidth(shown);
   }
-  return "";
 }
 
-std::string OptionText(const ParameterSpec& option) {
-  std::string text = option.IsRequired() ? "(required) " : "";
-  text += ExpandedDescription(option);
-  const std::string allowed = AllowedValues(option);
-  const bool isSaid = option.GetDescription().find("ENUM%") != std::string::npos;
-  if (!allowed.empty() && !isSaid) {
-    if (!text.empty() && !text.ends_with('\n')) text += '\n';
-    const bool isRange = option.GetConstraint()->GetType() == ParameterConstraintType::IntRange;
-    text += (isRange ? "range: " : "one of: ") + allowed;
-  }
-  if (option.GetType() == ParameterType::StringList) {
-    if (!text.empty() && !text.ends_with('\n')) text += '\n';
-    text += "may be given several times";
-  }
-  return text;
-}
-
-std::vector<Entry> OptionEntries(const InputSpec& input) {
-  std::vector<Entry> entries;
-  for (const auto& option : input.GetParameters()) {
-    const std::string& letter = option->GetShortName();
-    const std::string left =
-        Escaped(fmt::format("{}--{}{}", letter.empty() ? "    " : "-" + letter + ", ",
-                            option->GetLongName(), ValueName(option->GetType())));
-    entries.push_back({left, OptionText(*option)});
-  }
-  return entries;
-}
-
-/// The options of a usage line, each in one piece.
-std::vector<std::string> UsagePieces(const InputSpec& input) {
-  std::vector<std::string> pieces;
-  for (const bool required : {true, false}) {
-    for (const auto& option : input.GetParameters()) {
-      if (option->IsRequired() != required) continue;
-      const std::string text =
-          Escaped("--" + option->GetLongName() + ValueName(option->GetType())) +
-          (option->GetType() == ParameterType::StringList ? " ..." : "");
-      pieces.push_back(required ? text : "[" + text + "]");
-    }
-  }
-  return pieces;
-}
-
-std::string Joined(const char* first, const std::string& path) {
-  return path.empty() ? first : fmt::format("{} {}", first, path);
-}
-
-std::string NamespaceUsage(const std::string& path) {
-  if (path.empty()) return fmt::format("usage: {} [global options] PATH... [options]", kProgram);
-  return fmt::format("usage: {} {} COMMAND... [options]", kProgram, path);
-}
-
-std::string CommandUsage(const std::string& path, const InputSpec& input, std::size_t width) {
-  std::string out = "usage: " + Joined(kProgram, path);
-  std::size_t column = out.size();
-  for (const std::string& piece : UsagePieces(input)) {
-    const bool breaks = column + 1 + CellWidth(piece) > width;
-    out += breaks ? "\n    " : " ";
-    column = (breaks ? 4 : column + 1) + CellWidth(piece);
-    out += piece;
-  }
+std::string Usage(const std::string& path, const std::vector<std::string>& pieces,
+                  const Style& style) {
+  const std::string start = path.empty() ? kProgram : fmt::format("{} {}", kProgram, path);
+  std::string out = Heading("usage:", style) + " " + start;
+  AppendPieces(out, pieces, std::string_view("usage: ").size() + start.size(), 4, style.width);
   return out;
 }
 
-std::string Described(const std::string& description) {
-  return description.empty() ? "" : Wrapped(description, 0, kWidth) + "\n\n";
+std::vector<std::string> NamespacePieces(const std::string& path) {
+  if (path.empty()) return {"[global options]", "PATH...", "[options]"};
+  return {"COMMAND...", "[options]"};
 }
 
-std::string Children(const Namespace& space) {
+std::string Described(const std::string& description, const Style& style) {
+  return description.empty() ? "" : Wrapped(description, 0, style.width) + "\n\n";
+}
+
+std::string Children(const Namespace& space, const Style& style) {
   std::vector<Entry> entries;
   for (const auto& child : space.GetChildren()) {
-    entries.push_back({child->GetName(), child->GetDescription()});
+    entries.push_back({child->GetName(), "", child->GetDescription()});
   }
-  return Section("commands", entries);
+  return Section("commands:", entries, style);
+}
+
+std::string OptionSection(const char* title, const std::vector<OptionText>& options,
+                          const Style& style) {
+  std::vector<Entry> entries;
+  for (const auto& [letter, name, value, isRequired, isRepeatable, text] : options) {
+    entries.push_back({Escaped((letter.empty() ? "    " : letter + ", ") + name),
+                       value.empty() ? "" : " " + value, text});
+  }
+  return Section(title, entries, style);
+}
+
+std::string ToolSection(const std::vector<Tool>& tools, const Style& style) {
+  std::vector<Entry> entries;
+  for (const Tool& tool : tools) {
+    if (tool.description == nullptr) continue;
+    const std::string word = tool.word;
+    entries.push_back({word, ToolUsage(tool).substr(word.size()), tool.description});
+  }
+  return Section("tools:", entries, style);
+}
+
+/// What the command answers with.
+std::string Result(const CommandText& command, const Style& style) {
+  if (command.result.empty()) return "";
+  std::string out = "\n" + Heading("result:", style) + " " + command.result;
+  if (!command.fields.empty()) {
+    out += " with the fields";
+    std::vector<std::string> pieces;
+    for (const std::string& field : command.fields) pieces.push_back(field + ",");
+    pieces.back().pop_back();
+    out += "\n ";
+    AppendPieces(out, pieces, 1, 2, style.width);
+  }
+  return out + "\n";
+}
+
+/// The exit statuses in a sentence.
+std::string Statuses(const Style& style) {
+  std::vector<std::string> pieces;
+  for (const auto& [word, text] : ExitStatuses()) pieces.push_back(word + " " + text + ",");
+  pieces.back().pop_back();
+  std::string out = "\n" + Heading("exit status:", style);
+  AppendPieces(out, pieces, std::string_view("exit status:").size(), 2, style.width);
+  return out + "\n";
+}
+
+std::string More(const std::string& line, const char* text, const Style& style) {
+  return fmt::format("\n{} {} {}\n", Heading(text, style), kProgram, line);
 }
 
 }  // namespace
 
-std::string RootHelp(const Namespace& root, const InputSpec& globalOptions) {
-  return Described(root.GetDescription()) + NamespaceUsage("") + "\n" + Children(root) +
-         Section("global options, also taken behind the path", OptionEntries(globalOptions)) +
-         Section("exit status, the highest that applies",
-                 {{"0", "done"},
-                  {"1", "the command reported an error"},
-                  {"2", "the command line was refused"},
-                  {"3", "a plug-in could not be loaded"},
-                  {"4",
-                   "the command failed in a way that it does not account for, or its result "
-                   "could not be written"}});
+std::string RootHelp(const Namespace& root, const InputSpec& globalOptions,
+                     const std::vector<Tool>& tools, const Style& style) {
+  std::vector<Entry> statuses;
+  for (const auto& [word, text] : ExitStatuses()) statuses.push_back({word, "", text});
+  return Described(root.GetDescription(), style) + Usage("", NamespacePieces(""), style) + "\n" +
+         Children(root, style) + ToolSection(tools, style) +
+         OptionSection("global options, also taken behind the path:", Explained(globalOptions),
+                       style) +
+         Section("exit status, the highest that applies:", statuses, style) +
+         More("help PATH...", "more:", style);
 }
 
-std::string NamespaceHelp(const Namespace& space, const std::string& path) {
-  return Described(space.GetDescription()) + NamespaceUsage(path) + "\n" + Children(space);
+std::string NamespaceHelp(const Namespace& space, const std::string& path, const Style& style) {
+  return Described(space.GetDescription(), style) + Usage(path, NamespacePieces(path), style) +
+         "\n" + Children(space, style) +
+         More(fmt::format("help {} COMMAND...", path), "more:", style);
 }
 
-std::string CommandHelp(const CommandSpec& command, const InputSpec& input,
-                        const std::string& path) {
-  return Described(command.GetDescription()) + CommandUsage(path, input, kWidth) + "\n" +
-         Section("options", OptionEntries(input));
+std::string CommandHelp(const CommandText& command, const Style& style) {
+  return Described(command.description, style) +
+         Usage(command.path, UsagePieces(command.options), style) + "\n" +
+         OptionSection("options:", command.options, style) + Result(command, style) +
+         Statuses(style) + More("help", "global options:", style);
+}
+
+std::string ToolHelp(const Tool& tool, const Style& style) {
+  return Described(tool.description, style) + Usage(ToolUsage(tool), {}, style) + "\n" +
+         More("help", "more:", style);
 }
 
 std::string UsageLine(const std::string& path, const InputSpec* input) {
-  return input == nullptr ? NamespaceUsage(path) : CommandUsage(path, *input, std::string::npos);
+  const auto pieces = input == nullptr ? NamespacePieces(path) : UsagePieces(Explained(*input));
+  return Usage(path, pieces, {.width = std::string::npos});
+}
+
+std::string ToolUsage(const Tool& tool) {
+  const std::string word = tool.word;
+  return *tool.arguments == '\0' ? word : word + " " + tool.arguments;
 }
 
 }  // namespace autocli

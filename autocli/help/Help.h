@@ -3,6 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "autocli/help/Explain.h"
+#include "autocli/program/Tools.h"
+#include "autocli/text/Style.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
@@ -10,19 +13,27 @@ namespace autocli {
 /// The name that people type.
 inline constexpr const char* kProgram = "autocli";
 
-/// What `autocli --help` says: the top-level namespaces, the global options, the exit statuses.
+/// What help says of the program: the top-level namespaces, the tools that have a description, the
+/// global options, the exit statuses.
 std::string RootHelp(const Corvex::AutoCli::Namespace& root,
-                     const Corvex::CallSpec::InputSpec& globalOptions);
+                     const Corvex::CallSpec::InputSpec& globalOptions,
+                     const std::vector<Tool>& tools, const Style& style);
 
 /// What help says of the namespace at `path`, words joined by blanks.
-std::string NamespaceHelp(const Corvex::AutoCli::Namespace& space, const std::string& path);
+std::string NamespaceHelp(const Corvex::AutoCli::Namespace& space, const std::string& path,
+                          const Style& style);
 
-/// What help says of the command at `path`.
-std::string CommandHelp(const Corvex::AutoCli::CommandSpec& command,
-                        const Corvex::CallSpec::InputSpec& input, const std::string& path);
+/// What help says of the command.
+std::string CommandHelp(const CommandText& command, const Style& style);
+
+/// What help says of a tool that has a description.
+std::string ToolHelp(const Tool& tool, const Style& style);
 
 /// "usage: ..." on one line: required options first, others in brackets. `input` is null for a
 /// namespace; `path` is empty for the root.
 std::string UsageLine(const std::string& path, const Corvex::CallSpec::InputSpec* input);
+
+/// The words of a tool's line behind the program's name, as a usage line shows them.
+std::string ToolUsage(const Tool& tool);
 
 }  // namespace autocli

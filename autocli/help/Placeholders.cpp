@@ -15,20 +15,6 @@ namespace {
 constexpr std::string_view kShort = "%ENUM%";
 constexpr std::string_view kFull = "%FULLENUM%";
 
-std::string DescribedValues(const ParameterSpec& parameter) {
-  const ParameterConstraint* constraint = parameter.GetConstraint().get();
-  if (constraint == nullptr) return "";
-  if (constraint->GetType() == ParameterConstraintType::IntRange) {
-    return AllowedValues(parameter) + "\n";
-  }
-  std::string lines;
-  for (const auto& [value, description] : constraint->GetValues()) {
-    lines += description.empty() ? fmt::format("  {}\n", value)
-                                 : fmt::format("  {}: {}\n", value, description);
-  }
-  return lines;
-}
-
 }  // namespace
 
 std::string AllowedValues(const ParameterSpec& parameter) {
@@ -46,6 +32,20 @@ std::string AllowedValues(const ParameterSpec& parameter) {
     joined += value;
   }
   return joined;
+}
+
+std::string DescribedValues(const ParameterSpec& parameter) {
+  const ParameterConstraint* constraint = parameter.GetConstraint().get();
+  if (constraint == nullptr) return "";
+  if (constraint->GetType() == ParameterConstraintType::IntRange) {
+    return AllowedValues(parameter) + "\n";
+  }
+  std::string lines;
+  for (const auto& [value, description] : constraint->GetValues()) {
+    lines += description.empty() ? fmt::format("  {}\n", value)
+                                 : fmt::format("  {}: {}\n", value, description);
+  }
+  return lines;
 }
 
 std::string ExpandedDescription(const ParameterSpec& parameter) {

@@ -9,8 +9,11 @@ namespace autocli {
 /// The allowed values in short: joined by ", ", or "MIN-MAX"; empty without a constraint.
 std::string AllowedValues(const Corvex::CallSpec::ParameterSpec& parameter);
 
-/// The description with "%ENUM%" replaced by the allowed values in short, and "%FULLENUM%" by a
-/// line per value with its description, each line ended by a line feed.
+/// A line per allowed value with its description, each ended by a line feed; of a range, one line.
+std::string DescribedValues(const Corvex::CallSpec::ParameterSpec& parameter);
+
+/// The description with "%ENUM%" replaced by the allowed values in short, and "%FULLENUM%" by the
+/// described ones, from a line of their own on.
 std::string ExpandedDescription(const Corvex::CallSpec::ParameterSpec& parameter);
 
 }  // namespace autocli

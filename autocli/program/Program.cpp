@@ -24,10 +24,13 @@ std::vector<std::string> WordsOf(const std::vector<std::string>& arguments, cons
   return words;
 }
 
-/// A top-level namespace of a plug-in hides a tool of the same name.
+/// A top-level namespace of a plug-in hides a tool of the same name. What asks
+/// about a tool that people type is no line of its own.
 const Tool* ToolFor(const std::vector<std::string>& words, const Namespace& root) {
   if (words.empty() || root.HasNamespaceNode(words.front())) return nullptr;
-  return FindTool(words.front());
+  const Tool* tool = FindTool(words.front());
+  if (tool == nullptr || tool->description == nullptr) return tool;
+  return words.size() == 2 && words.back() == "--help" ? nullptr : tool;
 }
 
 }  // namespace

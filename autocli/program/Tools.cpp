@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "autocli/batch/Batch.h"
+#include "autocli/driver/Driver.h"
 #include "autocli/driver/Fault.h"
 #include "autocli/driver/Report.h"
 #include "autocli/help/Help.h"
@@ -10,8 +11,20 @@
 
 namespace autocli {
 
+namespace {
+
+/// Asking for help belongs to the line of a command, and is read with it.
+int RunHelp(const ToolCall& call) {
+  std::vector<std::string> words = call.words;
+  words.insert(words.begin(), kHelpTool);
+  return RunLine(words, call.root, call.pluginFaults, call.out, call.err);
+}
+
+}  // namespace
+
 const std::vector<Tool>& Tools() {
   static const std::vector<Tool> tools = {
+      {kHelpTool, "[PATH...]", "Say what can follow a path, or what a command does.", RunHelp},
       {"batch", "FILE|- [--keep-going]",
        "Run the command lines of a file, or of standard input, each with a JSON answer.",
        BatchTool},
@@ -28,9 +41,7 @@ const Tool* FindTool(const std::string& word) {
 
 int RefuseTool(const char* word, const std::string& message, Sink& err) {
   WriteFaults({{FaultKind::Usage, message}}, err);
-  const Tool& tool = *FindTool(word);
-  const std::string blank = *tool.arguments == '\0' ? "" : " ";
-  err.Buffer() += std::string("usage: ") + kProgram + " " + tool.word + blank + tool.arguments +
+  err.Buffer() += std::string("usage: ") + kProgram + " " + ToolUsage(*FindTool(word)) +
                   "\ntry: " + kProgram + " --help\n";
   return MeaningOf(FaultKind::Usage).status;
 }

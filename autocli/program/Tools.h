@@ -19,6 +19,9 @@ struct ToolCall {
   Sink& err;
 };
 
+/// The tool that a line may name anywhere in its path.
+inline constexpr const char* kHelpTool = "help";
+
 /// What the program does itself, named by the first word of the line.
 struct Tool {
   const char* word;

@@ -1,6 +1,7 @@
 #include "autocli/text/Sink.h"
 
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -21,6 +22,17 @@ bool Sink::Flush() {
   if (error_ == 0 && !buffer_.empty()) error_ = Write(buffer_);
   buffer_.clear();
   return error_ == 0;
+}
+
+bool Sink::IsColored() const {
+  if (coloring_ != Coloring::Auto) return coloring_ == Coloring::Always;
+  return IsColorWelcome() && TerminalWidth().has_value();
+}
+
+std::optional<std::size_t> FileSink::TerminalWidth() const {
+  winsize size{};
+  if (ioctl(file_, TIOCGWINSZ, &size) != 0) return std::nullopt;
+  return size.ws_col;
 }
 
 int FileSink::Write(std::string_view text) {

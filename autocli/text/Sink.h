@@ -1,7 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "autocli/text/Style.h"
 
 namespace autocli {
 
@@ -19,12 +22,22 @@ class Sink {
   /// The errno value of the first failure; 0 when there was none.
   int GetError() const { return error_; }
 
+  /// Auto, as it is from the start: colour on a terminal where it is welcome.
+  void SetColoring(Coloring coloring) { coloring_ = coloring; }
+  bool IsColored() const;
+  /// For a text that fills the width.
+  Style GetStyle() const { return {WidthFor(TerminalWidth().value_or(0)), IsColored()}; }
+
  private:
+  /// The columns of the terminal that it writes to, 0 when that does not say; nothing when it
+  /// writes to no terminal.
+  virtual std::optional<std::size_t> TerminalWidth() const { return std::nullopt; }
   /// Takes the whole text. Returns 0, or the errno value of what stopped it.
   virtual int Write(std::string_view text) = 0;
 
   std::string buffer_;
   int error_ = 0;
+  Coloring coloring_ = Coloring::Auto;
 };
 
 /// Writes to a file descriptor, which stays the caller's.
@@ -33,6 +46,7 @@ class FileSink final : public Sink {
   explicit FileSink(int file) : file_(file) {}
 
  private:
+  std::optional<std::size_t> TerminalWidth() const override;
   int Write(std::string_view text) override;
 
   int file_;

@@ -31,6 +31,14 @@ const MetaStruct* RecordOf(const MetaObject& prototype) {
   return static_cast<const MetaList&>(prototype).GetPrototype().get();
 }
 
+std::vector<std::string> FieldNames(const MetaObject& prototype) {
+  std::vector<std::string> names;
+  if (const MetaStruct* record = RecordOf(prototype)) {
+    for (const auto& field : record->GetFields()) names.push_back(field.name);
+  }
+  return names;
+}
+
 namespace {
 
 std::string StructDifference(const MetaStruct& declared, const MetaStruct& actual) {

@@ -97,10 +97,14 @@ TEST(DriverTest, HelpWinsWhereverItStands) {
   const std::string help = tree.Run("disk grow --help").out;
   EXPECT_THAT(help, StartsWith("Grow a disk\n\nusage: autocli disk grow "));
   for (const char* line :
-       {"--help disk grow --version", "disk --help grow -x word", "disk grow --size many --help"}) {
+       {"--help disk grow --version", "disk --help grow -x word", "disk grow --size many --help",
+        "help disk grow", "disk help grow", "--color auto help --fields A disk grow --help"}) {
     EXPECT_EQ(tree.Run(line), (Ran{0, help, ""})) << line;
   }
   EXPECT_EQ(tree.Run("disk nothing --help").status, 2);
+  EXPECT_EQ(tree.Run("help dsik"), tree.Run("dsik"));
+  EXPECT_THAT(tree.Run("hlep").err, StartsWith("error: unknown command \"hlep\", did you mean "));
+  EXPECT_THAT(tree.Run("help help").out, testing::HasSubstr("\nusage: autocli help [PATH...]\n"));
   // Half a path is refused, with what help would say.
   EXPECT_EQ(tree.Run(""), (Ran{2, "", tree.Run("--help").out}));
   EXPECT_EQ(tree.Run("disk"), (Ran{2, "", tree.Run("disk --help").out}));
@@ -115,6 +119,14 @@ TEST(DriverTest, WithoutAnyCommand) {
   EXPECT_EQ(tree.Run("--help").status, 0);
   EXPECT_THAT(tree.Run("disk").err,
               StartsWith("error: unknown command \"disk\", for no plug-in brought any command\n"));
+}
+
+TEST(DriverTest, ColourIsForPeople) {
+  const DiskTree tree;
+  const std::string red = "\x1b[1;31merror:\x1b[0m bad\n";
+  EXPECT_EQ(tree.Run("disk grow -nx --color always", {"bad"}), (Ran{3, "true\n", red}));
+  EXPECT_EQ(tree.Run("disk help --formatter json --color always"),
+            tree.Run("disk help --formatter json"));
 }
 
 TEST(DriverTest, ACommandMayDeclareAGlobalNameItself) {

@@ -43,26 +43,46 @@ TEST(HelpTest, CommandHelpSaysAllThatIsDeclared) {
       {.name = "a-very-long-name-of-an-option",
        .shortName = "m",
        .constraint = StringEnum({{"a", ""}, {"b", ""}}),
-       .description =
-           "How it is done, so to say: as-it-is-in-the-manual-of-the-disk-itself.\nOr a."},
+       .description = "How it is done, so to say: as-it-is-in-the-manual-of-the-disk.\nOr a."},
+      {.name = "speed", .constraint = StringEnum({{"fast", "Risky."}, {"slow", ""}})},
   });
-  EXPECT_EQ(CommandHelp(command, *input, "disk grow"),
-            "Grow\\x1b a disk.\n"
-            "Takes a while.\n"
-            "\n"
-            "usage: autocli disk grow --tag STRING ... [--wait] [--size INT]\n"
-            "    [--a-very-long-name-of-an-option STRING]\n"
-            "\n"
-            "options:\n"
-            "  -w, --wait\n"
-            "      --size INT                    range: 1-9\n"
-            "      --tag STRING                  (required) Word.\n"
-            "                                    may be given several times\n"
-            "  -m, --a-very-long-name-of-an-option STRING\n"
-            "                                    How it is done, so to say:\n"
-            "                                    as-it-is-in-the-manual-of-the-disk-itself.\n"
-            "                                    Or a.\n"
-            "                                    one of: a, b\n");
+  const auto text = Explained(command, {input, Texts({}), ""}, "disk grow");
+  const std::string help =
+      "Grow\\x1b a disk.\n"
+      "Takes a while.\n"
+      "\n"
+      "usage: autocli disk grow --tag STRING ... [--wait] [--size INT]\n"
+      "    [--a-very-long-name-of-an-option STRING] [--speed STRING]\n"
+      "\n"
+      "options:\n"
+      "      --tag STRING                  (required) Word.\n"
+      "                                    may be given several times\n"
+      "  -w, --wait\n"
+      "      --size INT                    range: 1-9\n"
+      "  -m, --a-very-long-name-of-an-option STRING\n"
+      "                                    How it is done, so to say:\n"
+      "                                    as-it-is-in-the-manual-of-the-disk.\n"
+      "                                    Or a.\n"
+      "                                    one of: a, b\n"
+      "      --speed STRING                one of:\n"
+      "                                      fast: Risky.\n"
+      "                                      slow\n"
+      "\n"
+      "result: list of strings\n"
+      "\n"
+      "exit status: 0 done, 1 the command reported an error,\n"
+      "  2 the command line was refused, 3 a plug-in could not be loaded,\n"
+      "  4 the command broke, or its result could not be written\n"
+      "\n"
+      "global options: autocli help\n";
+  EXPECT_EQ(CommandHelp(text, {}), help);
+
+  std::string colored = CommandHelp(text, {.isColored = true});
+  EXPECT_THAT(colored, HasSubstr("\n\x1b[1moptions:\x1b[0m\n      \x1b[36m--tag\x1b[0m STRING  "));
+  for (std::size_t at = 0; (at = colored.find('\x1b')) != std::string::npos;) {
+    colored.erase(at, colored.find('m', at) - at + 1);
+  }
+  EXPECT_EQ(colored, help) << "colour adds escapes and nothing else";
 }
 
 TEST(HelpTest, LongTextsAreBrokenAtBlanks) {
@@ -75,13 +95,15 @@ TEST(HelpTest, LongTextsAreBrokenAtBlanks) {
 
 TEST(HelpTest, NamespacesListTheirChildren) {
   const DiskTree tree;
+  EXPECT_THAT(tree.Run("disk list --help").out,
+              HasSubstr("\nresult: list of records with the fields\n  Name, Size, Fast, Tags\n"));
   EXPECT_EQ(tree.Run("disk --help").out,
             "Disks of the host\n\nusage: autocli disk COMMAND... [options]\n\ncommands:\n"
-            "  list  List the disks\n  grow  Grow a disk\n");
+            "  list  List the disks\n  grow  Grow a disk\n\nmore: autocli help disk COMMAND...\n");
   const std::string root = tree.Run("--help").out;
   for (const char* part :
        {"  disk  Disks of the host\n", "How the result is written: simple, table, json, csv.",
-        "--fields STRING", "--describe", "--version", "\n  4  "}) {
+        "  help [PATH...]  ", "--fields STRING", "--describe", "--version", "\n  4  "}) {
     EXPECT_THAT(root, HasSubstr(part));
   }
 }

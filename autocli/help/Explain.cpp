@@ -1,0 +1,112 @@
+#include "autocli/help/Explain.h"
+
+#include <algorithm>
+
+#include "autocli/driver/Fault.h"
+#include "autocli/help/Placeholders.h"
+#include "autocli/tree/Shape.h"
+
+namespace autocli {
+
+using Corvex::AutoCli::CommandSpec;
+using Corvex::CallSpec::InputSpec;
+using Corvex::CallSpec::ParameterConstraintType;
+using Corvex::CallSpec::ParameterSpec;
+using Corvex::CallSpec::ParameterType;
+using Corvex::MetaObj::MetaList;
+using Corvex::MetaObj::MetaObject;
+using Corvex::MetaObj::MetaType;
+
+namespace {
+
+const char* ValueName(ParameterType type) {
+  switch (type) {
+    case ParameterType::String:
+    case ParameterType::StringList:
+      return "STRING";
+    case ParameterType::Int:
+      return "INT";
+    case ParameterType::Bool:
+      return "BOOL";
+    case ParameterType::Flag:
+      break;
+  }
+  return "";
+}
+
+bool HasDescribedValues(const ParameterSpec& option) {
+  return std::ranges::any_of(option.GetConstraint()->GetValues(),
+                             [](const auto& value) { return !value.description.empty(); });
+}
+
+void AddLine(std::string& text, const std::string& line) {
+  if (!text.empty() && !text.ends_with('\n')) text += '\n';
+  text += line;
+}
+
+std::string TextOf(const ParameterSpec& option) {
+  std::string text = ExpandedDescription(option);
+  if (option.IsRequired()) text.insert(0, text.empty() ? "(required)" : "(required) ");
+  const std::string allowed = AllowedValues(option);
+  const bool isSaid = option.GetDescription().find("ENUM%") != std::string::npos;
+  if (!allowed.empty() && !isSaid) {
+    const bool isRange = option.GetConstraint()->GetType() == ParameterConstraintType::IntRange;
+    AddLine(text, isRange                      ? "range: " + allowed
+                  : HasDescribedValues(option) ? "one of:\n" + DescribedValues(option)
+                                               : "one of: " + allowed);
+  }
+  if (option.GetType() == ParameterType::StringList) AddLine(text, "may be given several times");
+  return text;
+}
+
+std::string ResultText(const MetaObject& prototype) {
+  if (prototype.GetType() == MetaType::Struct) return "record";
+  if (prototype.GetType() != MetaType::List) return KindName(prototype.GetType());
+  return static_cast<const MetaList&>(prototype).GetPrototype() ? "list of records"
+                                                                : "list of strings";
+}
+
+}  // namespace
+
+std::vector<OptionText> Explained(const InputSpec& input) {
+  std::vector<OptionText> options;
+  for (const auto& option : input.GetParameters()) {
+    const std::string& letter = option->GetShortName();
+    options.push_back({letter.empty() ? "" : "-" + letter, "--" + option->GetLongName(),
+                       ValueName(option->GetType()), option->IsRequired(),
+                       option->GetType() == ParameterType::StringList, TextOf(*option)});
+  }
+  std::ranges::stable_partition(options, &OptionText::isRequired);
+  return options;
+}
+
+CommandText Explained(const CommandSpec& command, const Specs& specs, const std::string& path) {
+  CommandText text = {path, command.GetDescription(), {}, "", {}};
+  if (!specs.problem.empty()) return text;
+  text.options = Explained(*specs.input);
+  text.result = ResultText(*specs.output);
+  text.fields = FieldNames(*specs.output);
+  return text;
+}
+
+std::vector<std::string> UsagePieces(const std::vector<OptionText>& options) {
+  std::vector<std::string> pieces;
+  for (const OptionText& option : options) {
+    const std::string text = option.name + (option.value.empty() ? "" : " " + option.value) +
+                             (option.isRepeatable ? " ..." : "");
+    pieces.push_back(option.isRequired ? text : "[" + text + "]");
+  }
+  return pieces;
+}
+
+std::vector<Meaning> ExitStatuses() {
+  std::vector<Meaning> statuses = {{"0", "done"}};
+  for (const FaultKind kind :
+       {FaultKind::Command, FaultKind::Usage, FaultKind::Plugin, FaultKind::Internal}) {
+    const FaultMeaning meaning = MeaningOf(kind);
+    statuses.push_back({std::to_string(meaning.status), meaning.text});
+  }
+  return statuses;
+}
+
+}  // namespace autocli

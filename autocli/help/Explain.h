@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "autocli/spec/Specs.h"
+#include "platform/autocli/AutoCli.h"
+
+/// What help and the reference pages say, before either lays it out. Texts are as they were
+/// declared: whoever writes them escapes them.
+namespace autocli {
+
+struct OptionText {
+  std::string letter;  ///< "-s"; empty without one
+  std::string name;    ///< "--ssd"
+  std::string value;   ///< "STRING"; empty for a flag
+  bool isRequired;
+  bool isRepeatable;
+  /// What it is: the description, its placeholders expanded, and what that leaves unsaid of
+  /// "(required)", the allowed values and repetition. May have several lines.
+  std::string text;
+};
+
+struct CommandText {
+  std::string path;
+  std::string description;
+  std::vector<OptionText> options;
+  std::string result;               ///< "list of records"; empty when it is not known
+  std::vector<std::string> fields;  ///< of the records in the result
+};
+
+/// A word and what it means.
+struct Meaning {
+  std::string word;
+  std::string text;
+};
+
+/// Required options first, both kinds as they were declared.
+std::vector<OptionText> Explained(const Corvex::CallSpec::InputSpec& input);
+
+/// Without options and result when `specs` has a problem.
+CommandText Explained(const Corvex::AutoCli::CommandSpec& command, const Specs& specs,
+                      const std::string& path);
+
+/// The options of a usage line, each in one piece, in brackets when it may be left out.
+std::vector<std::string> UsagePieces(const std::vector<OptionText>& options);
+
+/// The exit statuses of the program.
+std::vector<Meaning> ExitStatuses();
+
+}  // namespace autocli
