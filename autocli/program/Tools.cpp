@@ -8,6 +8,7 @@
 #include "autocli/driver/Report.h"
 #include "autocli/help/Help.h"
 #include "autocli/plugin/PluginList.h"
+#include "autocli/reference/Reference.h"
 
 namespace autocli {
 
@@ -17,7 +18,7 @@ namespace {
 int RunHelp(const ToolCall& call) {
   std::vector<std::string> words = call.words;
   words.insert(words.begin(), kHelpTool);
-  return RunLine(words, call.root, call.pluginFaults, call.out, call.err);
+  return RunLine(words, call.root, FaultsOf(call.plugins), call.out, call.err);
 }
 
 }  // namespace
@@ -30,6 +31,8 @@ const std::vector<Tool>& Tools() {
        BatchTool},
       {"--plugins", "[global options]",
        "List the plug-ins that were found, and why any was refused.", PluginsTool},
+      {"--reference", "man|markdown DIR",
+       "Write a manual page per namespace, or commands.md, into a directory.", RunReference},
   };
   return tools;
 }

@@ -1,0 +1,51 @@
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/autocli/Support.h"
+
+namespace autocli::test {
+namespace {
+
+TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
+  DiskTree tree;
+  tree.list->SetDescription(".Sh Ruin\n'so \\fB -x | <b> `a`\n\n  - one\n  1. two\n# end");
+  tree.list->input = [] {
+    return Declare::Inputs(
+        {{.name = "No", .shortName = "\"", .description = "a|b\nc i.e. d\x1b. *E*"}});
+  };
+  tree.root->RegisterNamespaceNode(Namespace::New(), "Ar");
+  const std::string folder = testing::TempDir() + "pages";
+  std::filesystem::create_directory(folder);
+  EXPECT_EQ(tree.Run("--reference man " + folder), (Ran{0, "", ""}));
+  EXPECT_EQ(tree.Run("--reference markdown " + folder), (Ran{0, "", ""}));
+  const std::string show = "cd " + folder + " && mandoc -Tlint *.1 &&" +
+                           " mandoc autocli-disk.1 | col -bx >out && cat commands.md >>out";
+  EXPECT_EQ(std::system(show.c_str()), 0);
+  std::ostringstream shown;
+  shown << std::ifstream(folder + "/out").rdbuf();
+  for (const char* part :
+       {"\n     .Sh Ruin\n     'so \\fB -x | <b> `a`\n           - one\n           1. two\n",
+        "\n     -\", --No STRING\n             a|b\n             c i.e. d\\x1b. *E*\n",
+        "\n\\.Sh Ruin\\\n'so \\\\fB -x \\| \\<b\\> \\`a\\`\\\n\\\n\\- one\\\n1\\. two\\\n\\# end\n",
+        "\n| `-\", --No STRING` | a\\|b<br>c i.e. d\\\\x1b. \\*E\\* |\n"}) {
+    EXPECT_THAT(shown.str(), testing::HasSubstr(part));
+  }
+  std::filesystem::remove_all(folder);
+}
+
+TEST(ReferenceTest, BadLinesAreRefused) {
+  DiskTree tree;
+  tree.list->input = []() -> std::shared_ptr<InputSpec> { return nullptr; };
+  EXPECT_EQ(tree.Run("--reference pdf /"),
+            (Ran{2, "",
+                 "error: \"pdf\" is none of man, markdown\n"
+                 "usage: autocli --reference man|markdown DIR\ntry: autocli --help\n"}));
+  EXPECT_EQ(tree.Run("--reference markdown /no"),
+            (Ran{4, "",
+                 "error: command \"disk list\": declares no input\n"
+                 "error: unable to write \"/no/commands.md\": No such file or directory\n"}));
+}
+
+}  // namespace
+}  // namespace autocli::test
