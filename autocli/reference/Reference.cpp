@@ -140,6 +140,11 @@ int RunReference(const ToolCall& call) {
   if (kind != "man" && kind != "markdown") {
     return RefuseTool(kWord, fmt::format("\"{}\" is none of man, markdown", kind), call.err);
   }
+  if (access((directory + "/.").c_str(), W_OK | X_OK) != 0) {
+    return RefuseTool(kWord,
+                      fmt::format("cannot write into \"{}\": {}", directory, std::strerror(errno)),
+                      call.err);
+  }
   std::vector<Fault> faults;
   for (const std::string& fault : call.pluginFaults) faults.push_back({FaultKind::Plugin, fault});
   std::vector<Page> pages;
@@ -148,8 +153,8 @@ int RunReference(const ToolCall& call) {
     const std::string path = directory + "/" + file;
     const int error = Replace(path, text);
     if (error == 0) continue;
-    faults.push_back({FaultKind::Command,
-                      fmt::format("unable to write \"{}\": {}", path, std::strerror(error))});
+    faults.push_back(
+        {FaultKind::Command, fmt::format("cannot write \"{}\": {}", path, std::strerror(error))});
     break;
   }
   WriteFaults(faults, call.err);

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -15,10 +17,12 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
         {{.name = "No", .shortName = "\"", .description = "a|b\nc i.e. d\x1b. *E*"}});
   };
   tree.root->RegisterNamespaceNode(Namespace::New(), "Ar");
-  const std::string folder = testing::TempDir() + "pages";
+  const std::string folder = testing::TempDir() + "pages" + std::to_string(getpid());
   std::filesystem::create_directory(folder);
   EXPECT_EQ(tree.Run("--reference man " + folder), (Ran{0, "", ""}));
-  EXPECT_EQ(tree.Run("--reference markdown " + folder), (Ran{0, "", ""}));
+  tree.grow->input = []() -> std::shared_ptr<InputSpec> { return nullptr; };
+  EXPECT_EQ(tree.Run("--reference markdown " + folder),
+            (Ran{4, "", "error: command \"disk grow\": declares no input\n"}));
   const std::string show = "cd " + folder + " && mandoc -Tlint *.1 &&" +
                            " mandoc autocli-disk.1 | col -bx >out && cat commands.md >>out";
   EXPECT_EQ(std::system(show.c_str()), 0);
@@ -35,16 +39,12 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
 }
 
 TEST(ReferenceTest, BadLinesAreRefused) {
-  DiskTree tree;
-  tree.list->input = []() -> std::shared_ptr<InputSpec> { return nullptr; };
+  const DiskTree tree;
+  const std::string usage = "\nusage: autocli --reference man|markdown DIR\ntry: autocli --help\n";
   EXPECT_EQ(tree.Run("--reference pdf /"),
-            (Ran{2, "",
-                 "error: \"pdf\" is none of man, markdown\n"
-                 "usage: autocli --reference man|markdown DIR\ntry: autocli --help\n"}));
-  EXPECT_EQ(tree.Run("--reference markdown /no"),
-            (Ran{4, "",
-                 "error: command \"disk list\": declares no input\n"
-                 "error: unable to write \"/no/commands.md\": No such file or directory\n"}));
+            (Ran{2, "", "error: \"pdf\" is none of man, markdown" + usage}));
+  EXPECT_EQ(tree.Run("--reference man /no"),
+            (Ran{2, "", "error: cannot write into \"/no\": No such file or directory" + usage}));
 }
 
 }  // namespace

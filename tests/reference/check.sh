@@ -13,7 +13,7 @@ mandoc -Tlint man/*.1
 
 # A full disk leaves the old page whole, and nothing beside it.
 (ulimit -f 1; trap '' XFSZ; autocli --reference markdown pages 2>fault) || true
-grep 'error: unable to write "pages/commands.md": File too large' fault
+grep 'error: cannot write "pages/commands.md": File too large' fault
 [[ $(ls -A pages) == commands.md ]]
 cmp "$2/commands.md" pages/commands.md
 
