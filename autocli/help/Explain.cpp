@@ -1,6 +1,7 @@
 #include "autocli/help/Explain.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "autocli/driver/Fault.h"
 #include "autocli/help/Placeholders.h"
@@ -76,7 +77,7 @@ std::vector<OptionText> Explained(const InputSpec& input) {
                        ValueName(option->GetType()), option->IsRequired(),
                        option->GetType() == ParameterType::StringList, TextOf(*option)});
   }
-  std::ranges::stable_partition(options, &OptionText::isRequired);
+  std::ranges::stable_sort(options, std::greater(), &OptionText::isRequired);
   return options;
 }
 
