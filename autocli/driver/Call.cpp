@@ -131,6 +131,7 @@ void Follow(Call& call, OptionReader& reader, const std::string& word) {
     return reader.IgnoreUnknown();
   }
   reader.Declare(*call.specs.input, call.input);
+  reader.GiveRestTo(call.specs.rest);
 }
 
 std::string UnknownField(const std::vector<std::string>& known, const std::string& name) {

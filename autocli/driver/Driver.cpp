@@ -88,7 +88,7 @@ class Session {
     const bool isMistyped = std::ranges::count(report_.faults, FaultKind::Usage, &Fault::kind) > 0;
     if (report_.formatter != kJson && isMistyped) {
       const std::string path = call_.path.empty() ? "" : " " + call_.path;
-      err_.Buffer() += UsageLine(call_.path, call_.specs.input.get()) + "\n";
+      err_.Buffer() += UsageLine(call_.path, call_.specs) + "\n";
       err_.Buffer() += "try: " + std::string(kProgram) + path + " --help\n";
     }
     return status;

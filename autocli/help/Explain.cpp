@@ -45,7 +45,7 @@ void AddLine(std::string& text, const std::string& line) {
   text += line;
 }
 
-std::string TextOf(const ParameterSpec& option) {
+std::string TextOf(const ParameterSpec& option, bool isRepeatable) {
   std::string text = ExpandedDescription(option);
   if (option.IsRequired()) text.insert(0, text.empty() ? "(required)" : "(required) ");
   const std::string allowed = AllowedValues(option);
@@ -56,7 +56,7 @@ std::string TextOf(const ParameterSpec& option) {
                   : HasDescribedValues(option) ? "one of:\n" + DescribedValues(option)
                                                : "one of: " + allowed);
   }
-  if (option.GetType() == ParameterType::StringList) AddLine(text, "may be given several times");
+  if (isRepeatable) AddLine(text, "may be given several times");
   return text;
 }
 
@@ -69,22 +69,30 @@ std::string ResultText(const MetaObject& prototype) {
 
 }  // namespace
 
-std::vector<OptionText> Explained(const InputSpec& input) {
+std::vector<OptionText> Explained(const InputSpec& input, const std::string& rest) {
   std::vector<OptionText> options;
+  std::vector<OptionText> last;
   for (const auto& option : input.GetParameters()) {
+    const std::string& name = option->GetLongName();
     const std::string& letter = option->GetShortName();
-    options.push_back({letter.empty() ? "" : "-" + letter, "--" + option->GetLongName(),
-                       ValueName(option->GetType()), option->IsRequired(),
-                       option->GetType() == ParameterType::StringList, TextOf(*option)});
+    const bool isRepeatable = option->GetType() == ParameterType::StringList && name != rest;
+    const std::string text = TextOf(*option, isRepeatable);
+    if (name == rest) {
+      last.push_back({"", RestText(name), "", option->IsRequired(), isRepeatable, text});
+    } else {
+      options.push_back({letter.empty() ? "" : "-" + letter, "--" + name,
+                         ValueName(option->GetType()), option->IsRequired(), isRepeatable, text});
+    }
   }
   std::ranges::stable_sort(options, std::greater(), &OptionText::isRequired);
+  options.insert(options.end(), last.begin(), last.end());
   return options;
 }
 
 CommandText Explained(const CommandSpec& command, const Specs& specs, const std::string& path) {
   CommandText text = {path, command.GetDescription(), {}, "", {}};
   if (!specs.problem.empty()) return text;
-  text.options = Explained(*specs.input);
+  text.options = Explained(*specs.input, specs.rest);
   text.result = ResultText(*specs.output);
   text.fields = FieldNames(*specs.output);
   return text;

@@ -12,7 +12,7 @@ namespace autocli {
 
 struct OptionText {
   std::string letter;  ///< "-s"; empty without one
-  std::string name;    ///< "--ssd"
+  std::string name;    ///< "--ssd"; "NAME..." for the rest of the line
   std::string value;   ///< "STRING"; empty for a flag
   bool isRequired;
   bool isRepeatable;
@@ -35,8 +35,10 @@ struct Meaning {
   std::string text;
 };
 
-/// Required options first, both kinds as they were declared.
-std::vector<OptionText> Explained(const Corvex::CallSpec::InputSpec& input);
+/// Required options first, both kinds as they were declared; what takes the rest of the line, the
+/// parameter named `rest`, comes last and is no option.
+std::vector<OptionText> Explained(const Corvex::CallSpec::InputSpec& input,
+                                  const std::string& rest = "");
 
 /// Without options and result when `specs` has a problem.
 CommandText Explained(const Corvex::AutoCli::CommandSpec& command, const Specs& specs,

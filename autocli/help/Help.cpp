@@ -173,8 +173,9 @@ std::string ToolHelp(const Tool& tool, const Style& style) {
          More("help", "more:", style);
 }
 
-std::string UsageLine(const std::string& path, const InputSpec* input) {
-  const auto pieces = input == nullptr ? NamespacePieces(path) : UsagePieces(Explained(*input));
+std::string UsageLine(const std::string& path, const Specs& specs) {
+  const auto pieces =
+      specs.input ? UsagePieces(Explained(*specs.input, specs.rest)) : NamespacePieces(path);
   return Usage(path, pieces, {.width = std::string::npos});
 }
 

@@ -29,9 +29,9 @@ std::string CommandHelp(const CommandText& command, const Style& style);
 /// What help says of a tool that has a description.
 std::string ToolHelp(const Tool& tool, const Style& style);
 
-/// "usage: ..." on one line: required options first, others in brackets. `input` is null for a
+/// "usage: ..." on one line: required options first, others in brackets. `specs` are empty for a
 /// namespace; `path` is empty for the root.
-std::string UsageLine(const std::string& path, const Corvex::CallSpec::InputSpec* input);
+std::string UsageLine(const std::string& path, const Specs& specs);
 
 /// The words of a tool's line behind the program's name, as a usage line shows them.
 std::string ToolUsage(const Tool& tool);

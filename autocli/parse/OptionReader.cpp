@@ -7,6 +7,7 @@
 #include "autocli/parse/ParseOptions.h"
 #include "autocli/parse/Suggest.h"
 #include "autocli/parse/Value.h"
+#include "autocli/spec/Specs.h"
 
 namespace autocli {
 
@@ -24,8 +25,10 @@ void OptionReader::Declare(const InputSpec& spec, const std::shared_ptr<Input>& 
 std::optional<std::string> OptionReader::NextWord() {
   while (next_ < words_.size()) {
     const std::string& word = words_[next_++];
-    if (optionsEnded_ || word.size() < 2 || word[0] != '-') return word;
-    if (word == "--") {
+    if (optionsEnded_ || word.size() < 2 || word[0] != '-') {
+      if (rest_.empty()) return word;
+      TakeRest();
+    } else if (word == "--") {
       optionsEnded_ = true;
     } else if (word[1] == '-') {
       ReadLong(word);
@@ -40,7 +43,9 @@ std::optional<std::string> OptionReader::NextWord() {
 void OptionReader::RefuseMissing() {
   for (const Option& option : options_) {
     if (option.spec->IsRequired() && option.met == 0) {
-      Refuse(fmt::format("required option \"--{}\" is missing", option.spec->GetLongName()));
+      const std::string& name = option.spec->GetLongName();
+      Refuse(name == rest_ ? fmt::format("\"{}\" is missing", RestText(name))
+                           : fmt::format("required option \"--{}\" is missing", name));
     }
   }
 }
@@ -152,6 +157,12 @@ void OptionReader::Store(Option& option, const std::string& value) {
   } else {
     option.into->SetParameter(option.spec->GetLongName(), std::move(read.value));
   }
+}
+
+void OptionReader::TakeRest() {
+  Option& option = *FindLong(rest_);
+  ++option.met;
+  for (--next_; next_ < words_.size(); ++next_) Store(option, words_[next_]);
 }
 
 void OptionReader::StoreLists() {

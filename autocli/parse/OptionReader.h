@@ -28,6 +28,9 @@ class OptionReader {
   std::optional<std::string> NextWord();
   /// From here on an unknown option is no fault: it belongs to a command that was not found.
   void IgnoreUnknown() { ignoreUnknown_ = true; }
+  /// From here on the next plain word and all behind it, whatever they look like, are the values of
+  /// the list option of that name, as NextWord() then finds no word any more.
+  void GiveRestTo(const std::string& listOption) { rest_ = listOption; }
   /// Refuses the absence of every required option that was declared and not met.
   void RefuseMissing();
   void Refuse(std::string fault) { faults_.push_back(std::move(fault)); }
@@ -57,12 +60,14 @@ class OptionReader {
   void ReadFlag(Option& option);
   void ReadValue(Option& option, const std::optional<std::string>& attached);
   void Store(Option& option, const std::string& value);
+  void TakeRest();
   void StoreLists();
 
   std::vector<std::string> words_;
   std::size_t next_ = 0;
   bool optionsEnded_ = false;
   bool ignoreUnknown_ = false;
+  std::string rest_;  ///< the list option that takes the rest of the line; empty for none
   std::vector<Option> options_;
   std::vector<std::string> faults_;
 };

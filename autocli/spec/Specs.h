@@ -11,10 +11,15 @@ namespace autocli {
 struct Specs {
   std::shared_ptr<Corvex::CallSpec::InputSpec> input;
   Corvex::MetaObj::MetaObjectPtr output;  ///< the prototype of the result
+  /// The list parameter that takes the rest of the line, named by the hint "rest"; empty for none.
+  std::string rest;
   std::string problem;  ///< why the command cannot be used; empty when both are there
 };
 
 /// Asks the command for its specifications; whatever it throws becomes the problem.
 Specs SpecsOf(Corvex::AutoCli::CommandSpec& command);
+
+/// How help writes the rest of the line that the parameter of that name takes: "NAME...".
+std::string RestText(const std::string& parameter);
 
 }  // namespace autocli

@@ -28,6 +28,17 @@ class LabShow final : public LabCommand<LabShow> {
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
+/// Runs a command on a copy of the lab and shows what it would change.
+class LabTry final : public LabCommand<LabTry> {
+ public:
+  LabTry();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
 /// Shows the devices of the host.
 class LabDiskList final : public LabCommand<LabDiskList> {
  public:

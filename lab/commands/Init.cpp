@@ -1,5 +1,6 @@
 #include "lab/commands/Commands.h"
 #include "lab/model/Lab.h"
+#include "lab/trial/Trial.h"
 
 namespace lab {
 
@@ -26,6 +27,7 @@ std::shared_ptr<OutputSpec> LabInit::GetOutputSpecInternal() { return Answers(Me
 
 void LabInit::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
+    RefuseInTrial("lab init", "it makes another lab, not a change of this one");
     std::vector<HostInventory> hosts{StandardHost("host1")};
     std::vector<std::string> faults;
     const std::string file = input->GetParameter("inventory");

@@ -9,6 +9,7 @@ Node Tree() {
           "Prepare, break and look into the lab: a Korel host without the hardware",
           {Verb<LabInit>("init"),
            Verb<LabShow>("show"),
+           Verb<LabTry>("try"),
            {"host",
             "Hosts of the lab",
             {Verb<LabHostAdd>("add"), Verb<LabHostList>("list"), Verb<LabHostSet>("set"),

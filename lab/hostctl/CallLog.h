@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 
 #include "lab/model/Operations.h"
@@ -29,5 +30,15 @@ class CallLog {
   std::string path_;
   int descriptor_ = -1;
 };
+
+/// One line of the file.
+struct LoggedCall {
+  std::string operation;
+  std::string arguments;  ///< a JSON array
+  std::optional<std::string> error;
+};
+
+/// Reads one line of the file as Write() wrote it.
+LoggedCall ReadCall(const std::string& line);
 
 }  // namespace lab

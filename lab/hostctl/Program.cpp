@@ -28,22 +28,27 @@ std::vector<std::string> CutAtBlanks(const std::string& text) {
   return words;
 }
 
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
 /// The process id, or -1.
-pid_t Spawn(const std::string& program, const std::string& arguments, bool showOutput) {
-  std::vector<std::string> words = CutAtBlanks(arguments);
-  words.insert(words.begin(), program);
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
+pid_t Spawn(const std::string& program, std::vector<std::string> words, char* const* environment,
+            const OutputFiles& files) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  if (!showOutput) {
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+  for (const auto& [number, file] :
+       {std::pair(STDOUT_FILENO, &files.out), {STDERR_FILENO, &files.err}}) {
+    if (file->empty()) continue;
+    posix_spawn_file_actions_addopen(&actions, number, file->c_str(), O_WRONLY | O_CREAT, 0600);
   }
   pid_t child = -1;
-  const int failure = posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
+  const int failure =
+      posix_spawn(&child, program.c_str(), &actions, nullptr, Pointers(words).data(), environment);
   posix_spawn_file_actions_destroy(&actions);
   return failure == 0 ? child : -1;
 }
@@ -61,21 +66,47 @@ bool EndsInTime(pid_t child) {
   return ready != 0;
 }
 
-}  // namespace
-
-int RunProgram(const std::string& program, const std::string& arguments, bool wait,
-               bool showOutput) {
-  const pid_t child = Spawn(program, arguments, showOutput);
-  if (child < 0) return -1;
-  if (!wait) return 0;
-  const bool isInTime = EndsInTime(child);
-  if (!isInTime) kill(child, SIGKILL);
+/// The exit status, 128 and the signal's number, or -1.
+int StatusOf(pid_t child) {
   int status = 0;
   while (waitpid(child, &status, 0) < 0) {
     if (errno != EINTR) return -1;
   }
-  if (!isInTime) return -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+}  // namespace
+
+int RunProgram(const std::string& program, const std::string& arguments, bool wait,
+               bool showOutput) {
+  std::vector<std::string> words = CutAtBlanks(arguments);
+  words.insert(words.begin(), program);
+  const std::string sink = showOutput ? "" : "/dev/null";
+  const pid_t child = Spawn(program, std::move(words), environ, {sink, sink});
+  if (child < 0) return -1;
+  if (!wait) return 0;
+  const bool isInTime = EndsInTime(child);
+  if (!isInTime) kill(child, SIGKILL);
+  const int status = StatusOf(child);
+  return isInTime ? status : -1;
+}
+
+int RunWords(const std::string& program, std::vector<std::string> words,
+             const std::map<std::string, std::string>& settings, const OutputFiles& files) {
+  std::vector<std::string> environment;
+  for (const auto& [name, value] : settings) environment.push_back(name + "=" + value);
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const std::string_view text = *variable;
+    if (!settings.contains(std::string(text.substr(0, text.find('='))))) {
+      environment.emplace_back(text);
+    }
+  }
+  const pid_t child = Spawn(program, std::move(words), Pointers(environment).data(), files);
+  if (child < 0) return -1;
+  const auto interrupt = signal(SIGINT, SIG_IGN);
+  const int status = StatusOf(child);
+  signal(SIGINT, interrupt);
+  return status;
 }
 
 void RunTraceDaemon(const std::string& argument) {

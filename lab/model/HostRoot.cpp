@@ -74,8 +74,6 @@ void WriteNew(const fs::path& path, const char* content) {
   if (!file) Fail("cannot write ", Quoted(path.string()));
 }
 
-std::string RootsOf(const Store& store) { return store.GetPath() + ".root"; }
-
 /// Under another name until all is there, so that a host never has half a root. Names of hosts do
 /// not begin with a point.
 void LayOut(const fs::path& root) {
@@ -91,6 +89,8 @@ void LayOut(const fs::path& root) {
 }
 
 }  // namespace
+
+std::string RootsOf(const Store& store) { return store.GetPath() + ".root"; }
 
 std::string HostRoot(const Store& store, const Host& host) {
   return RootsOf(store) + "/" + host.name;

@@ -10,6 +10,8 @@ namespace lab {
 /// Where the trace daemon's init script is found under a host's root.
 inline constexpr const char* kTraceDaemon = "/etc/init.d/koreltraced";
 
+/// Where the roots of all hosts are: "FILE.root".
+std::string RootsOf(const Store& store);
 /// Where the host's own root directory is: "FILE.root/HOST".
 std::string HostRoot(const Store& store, const Host& host);
 

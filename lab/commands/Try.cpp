@@ -1,0 +1,104 @@
+#include "lab/commands/Commands.h"
+#include "lab/common/Text.h"
+#include "lab/trial/Trial.h"
+
+namespace lab {
+namespace {
+
+std::shared_ptr<MetaList> Lines() {
+  return ListOf(Structure("LabTryLine", {{"Line", MetaType::String}}));
+}
+
+std::shared_ptr<MetaList> Operations() {
+  return ListOf(Structure("LabTryOperation", {{"Operation", MetaType::String},
+                                              {"Arguments", MetaType::String},
+                                              {"Error", MetaType::String}}));
+}
+
+std::shared_ptr<MetaList> Changes() {
+  return ListOf(Structure("LabTryChange", {{"Change", MetaType::String},
+                                           {"Of", MetaType::String},
+                                           {"Field", MetaType::String},
+                                           {"Before", MetaType::String},
+                                           {"After", MetaType::String}}));
+}
+
+std::shared_ptr<MetaStruct> Shape() {
+  auto shape = MetaStruct::New("LabTry");
+  shape->SetField("Output", Lines());
+  shape->SetField("Operations", Operations());
+  shape->SetField("Changes", Changes());
+  return shape;
+}
+
+void Add(MetaList& list, const std::vector<std::optional<std::string>>& values) {
+  auto record = MetaStruct::New(list.GetPrototype()->GetTypeName());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    record->SetField(list.GetPrototype()->GetFields()[i].name, MetaString::New(values[i]));
+  }
+  list.Add(record);
+}
+
+std::shared_ptr<MetaStruct> Describe(const Trial& trial) {
+  const auto lines = Lines();
+  for (const std::string& line : trial.output) Add(*lines, {line});
+  const auto operations = Operations();
+  for (const auto& [operation, arguments, error] : trial.calls) {
+    Add(*operations, {operation, arguments, error});
+  }
+  const auto changes = Changes();
+  for (const auto& [kind, subject, field, before, after] : trial.changes) {
+    Add(*changes, {kind, subject, field, before, after});
+  }
+  auto record = Shape();
+  record->SetField("Output", lines);
+  record->SetField("Operations", operations);
+  record->SetField("Changes", changes);
+  return record;
+}
+
+/// What the command reported; when it reported nothing that is known as an error, that it failed.
+void ReportErrors(const OutputPtr& output, const Trial& trial, const std::string& line) {
+  constexpr std::string_view kError = "error: ";
+  for (const std::string& error : trial.errors) {
+    if (error.starts_with(kError)) Refuse(output, error.substr(kError.size()));
+  }
+  if (trial.status != 0 && output->GetErrorMessages().empty()) {
+    Refuse(output, Quoted(line) + " ended with status " + std::to_string(trial.status));
+  }
+}
+
+}  // namespace
+
+LabTry::LabTry() {
+  SetDescription(
+      "Run a command on a copy of the lab: show its output, the host control operations that it "
+      "calls, and what it would change. The lab stays as it is.");
+  Show(*this, *Shape(), "simple");
+  SetDefaultOutputParameter("rest", "command");
+}
+
+std::shared_ptr<InputSpec> LabTry::GetInputSpecInternal() {
+  return Inputs({{.name = "command",
+                  .type = ParameterType::StringList,
+                  .required = true,
+                  .description = "The command and all its options, as they follow \"autocli\". "
+                                 "What is said to this command itself comes before them."}});
+}
+
+std::shared_ptr<OutputSpec> LabTry::GetOutputSpecInternal() { return Answers(Shape()); }
+
+void LabTry::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  Attempt(output, [&] {
+    RefuseInTrial("lab try", "the lab is a copy already");
+    std::vector<std::string> words;
+    input->GetParameterList("command", words);
+    const Trial trial = TryCommand(words);
+    const bool hasDoneAnything =
+        !trial.output.empty() || !trial.calls.empty() || !trial.changes.empty();
+    if (trial.status == 0 || hasDoneAnything) output->SetRootObject(Describe(trial));
+    ReportErrors(output, trial, Joined(words, " "));
+  });
+}
+
+}  // namespace lab

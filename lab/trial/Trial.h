@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lab/hostctl/CallLog.h"
+#include "lab/trial/Changes.h"
+
+namespace lab {
+
+/// What came of a command that was tried.
+struct Trial {
+  int status = -1;                  ///< its exit status
+  std::vector<std::string> output;  ///< its standard output, line by line
+  std::vector<std::string> errors;  ///< its standard error, line by line
+  std::vector<LoggedCall> calls;    ///< the host control operations, in their order
+  std::vector<Change> changes;      ///< of the lab
+};
+
+/// Runs `autocli WORDS...` in a process of its own, on a copy of the lab and of its hosts' files
+/// that is taken within one transaction and goes afterwards. The lab and the call log are not
+/// written to. Throws KorelCtlException when that cannot be arranged.
+Trial TryCommand(const std::vector<std::string>& words);
+
+/// Throws KorelCtlException when this process is itself what is being tried; `what` cannot be,
+/// `why` says it.
+void RefuseInTrial(const char* what, const char* why);
+
+}  // namespace lab
