@@ -5,8 +5,6 @@
 #include <SQLiteCpp/Statement.h>
 #include <sqlite3.h>
 
-#include <exception>
-
 #include "lab/common/Text.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/Query.h"
@@ -114,15 +112,15 @@ void Transaction::Commit() {
   isCommitted_ = true;
 }
 
-void ThrowActionable() {
+void ThrowActionable(const std::exception_ptr& failure) {
   try {
-    throw;
+    std::rethrow_exception(failure);
   } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
     throw;
-  } catch (const SQLite::Exception& failure) {
-    ThrowActionable(failure, LabPath());
-  } catch (const std::exception& failure) {
-    Fail("the host control library failed: ", failure.what());
+  } catch (const SQLite::Exception& known) {
+    ThrowActionable(known, LabPath());
+  } catch (const std::exception& known) {
+    Fail("the host control library failed: ", known.what());
   }
 }
 

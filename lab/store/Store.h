@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <map>
 #include <memory>
 #include <string>
@@ -63,7 +64,8 @@ class Transaction {
 };
 
 /// Within a catch block: throws what is being handled as a KorelCtlException that a person can act
-/// on.
-[[noreturn]] void ThrowActionable();
+/// on. The default says what that is where it is caught: a plug-in has a C++ runtime of its own,
+/// and only that one knows.
+[[noreturn]] void ThrowActionable(const std::exception_ptr& failure = std::current_exception());
 
 }  // namespace lab
