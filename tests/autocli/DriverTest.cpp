@@ -36,6 +36,34 @@ TEST(DriverTest, GlobalOptionsAndPathMayBeMixed) {
   EXPECT_EQ(tree.Run(bare + "csv"), (Ran{0, "5,a\n", ""}));
 }
 
+TEST(DriverTest, ACommandMayTakeTheRestOfTheLine) {
+  const DiskTree tree;
+  tree.grow->SetDefaultOutputParameter("rest", "words");
+  tree.grow->input = [] {
+    return Declare::Inputs(
+        {{.name = "wait", .type = ParameterType::Flag},
+         {.name = "words", .type = ParameterType::StringList, .required = true}});
+  };
+  tree.grow->prototype = Texts({});
+  tree.grow->execute = [](const InputPtr& input, const OutputPtr& output) {
+    Words words;
+    input->GetParameterList("words", words);
+    if (input->IsFlagSet("wait")) words.emplace_back("waited");
+    output->SetRootObject(Texts(words));
+  };
+  const std::pair<const char*, Ran> cases[] = {
+      {"disk grow a --wait -x -- --help", {0, "a\n--wait\n-x\n--\n--help\n", ""}},
+      {"disk grow --wait --formatter csv disk list", {0, "disk\nlist\nwaited\n", ""}},
+      {"disk grow --wait",
+       {2, "",
+        "error: \"WORDS...\" is missing\nusage: autocli disk grow [--wait] WORDS...\n"
+        "try: autocli disk grow --help\n"}},
+  };
+  for (const auto& [line, ran] : cases) EXPECT_EQ(tree.Run(line), ran) << line;
+  tree.grow->SetDefaultOutputParameter("rest", "wait");
+  EXPECT_EQ(tree.Run("disk grow a").status, 4) << "no list";
+}
+
 TEST(DriverTest, RefusalsSayWhatAndHow) {
   const std::string root = "autocli [global options] PATH... [options]\ntry: autocli --help\n";
   const std::string disk = "autocli disk COMMAND... [options]\ntry: autocli disk --help\n";

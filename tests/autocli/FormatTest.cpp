@@ -57,6 +57,9 @@ TEST(FormatTest, TableColumnsLineUp) {
 TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
   const auto outer = MetaStruct::New("Outer");
   outer->SetField("Inner", Disk("a", 1, true, {"\x1b"}));
+  const auto rack = MetaStruct::New("Rack");
+  rack->SetField("Disks", Disks({Disk("a", 1, true, {"x", "y"})}));
+  rack->SetField("None", Disks({}));
   const struct {
     const char* formatter;
     MetaObjectPtr result;
@@ -68,6 +71,9 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
       {"table", Texts({"a", "b"}), "a\nb\n"},
       {"csv", Texts({"a", "", "\""}), "a\n\"\"\n\"\"\"\"\n"},
       {"simple", Disks({}), ""},
+      {"simple", rack,
+       "Disks:\n   Name  Size  Fast  Tags\n   ----  ----  ----  ----\n   a        1  true  x, y\n"
+       "None:\n"},
       {"table", Disks({}), "Name  Size  Fast  Tags\n----  ----  ----  ----\n"},
       {"csv", Disks({}), "Name,Size,Fast,Tags\n"},
       {"json", Disks({}), "[]"},

@@ -146,6 +146,8 @@ class EveryCommand : public Lab {
     return operations;
   }
 
+  /// The line when it is tried: nothing of it stays, and what it says is what happens then.
+  void CheckTried(const std::string& line) const;
   void CheckFailures(const std::string& line, const std::vector<std::string>& operations) const;
   /// Runs every command, its line completed by `names`, and once more for each failure.
   void CheckAll(const std::map<std::string, std::string>& names) const;
@@ -199,6 +201,21 @@ void EveryCommand::CheckFailures(const std::string& line,
   }
 }
 
+void EveryCommand::CheckTried(const std::string& line) const {
+  GoBack();
+  Called();
+  const std::string before = State();
+  const json tried = json::parse(Run("lab try --formatter json " + line).out);
+  EXPECT_EQ(State(), before);
+  EXPECT_EQ(Called(), std::vector<std::string>());
+  const int status = Run(line).status;
+  EXPECT_EQ(tried["ok"], status == 0) << tried;
+  std::vector<std::string> operations;
+  for (const json& call : tried["result"]["Operations"]) operations.push_back(call["Operation"]);
+  EXPECT_EQ(operations, Called());
+  EXPECT_EQ(tried["result"]["Changes"].empty(), State() == before) << tried;
+}
+
 void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) const {
   const json tree = json::parse(Run("--describe korel").out);
   const auto leaves = Leaves(tree, "");
@@ -214,6 +231,7 @@ void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) con
     EXPECT_LE(ended.status, 1) << ended.err;
     EXPECT_EQ(ended.status == 0, ended.err.empty()) << ended.err;
     CheckFailures(line.substr(0, line.find_last_not_of(' ') + 1), Called());
+    CheckTried(line);
   }
 }
 
