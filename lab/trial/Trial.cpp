@@ -26,7 +26,7 @@ constexpr const char* kTrialMark = "KOREL_LAB_TRIAL";
 class PrivateFolder {
  public:
   PrivateFolder() : path_(fs::temp_directory_path() / "autocli-try-XXXXXX") {
-    if (mkdtemp(path_.data()) == nullptr) Fail("cannot make the directory ", Quoted(path_));
+    if (mkdtemp(path_.data()) == nullptr) Fail("cannot make a directory like ", Quoted(path_));
   }
   ~PrivateFolder() {
     std::error_code ignored;
@@ -71,9 +71,7 @@ std::vector<std::string> LinesOf(const std::string& path) {
   return lines;
 }
 
-}  // namespace
-
-Trial TryCommand(const std::vector<std::string>& words) {
+Trial RunTrial(const std::vector<std::string>& words) {
   const PrivateFolder folder;
   const std::string copy = folder.At("lab.db");
   InLab([&](Store& store) { CopyLab(store, copy); });
@@ -93,6 +91,16 @@ Trial TryCommand(const std::vector<std::string>& words) {
   }
   trial.changes = ChangesBetween(before, EntriesOf(copy));
   return trial;
+}
+
+}  // namespace
+
+Trial TryCommand(const std::vector<std::string>& words) {
+  try {
+    return RunTrial(words);
+  } catch (...) {
+    ThrowActionable();
+  }
 }
 
 void RefuseInTrial(const char* what, const char* why) {
