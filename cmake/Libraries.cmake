@@ -24,24 +24,32 @@ function(carry_runtime target)
     $<$<CONFIG:Release>:-static-libstdc++;-shared-libgcc;LINKER:--gc-sections;LINKER:-z,pack-relative-relocs>)
 endfunction()
 
-# A shared library made whole of a static one, and further sources, exporting what its map file
-# names.
-#   exporting_library(TARGET KIND(SHARED|MODULE) CORE MAP [SOURCE...])
-function(exporting_library target kind core map)
-  file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp CONTENT "")
-  add_library(${target} ${kind} ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp ${ARGN})
+# Links a static library whole: all of it is there for who loads `target`.
+function(link_whole target core)
   target_link_libraries(${target} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${core}>")
-  target_link_options(${target} PRIVATE LINKER:--version-script=${map} LINKER:-Bsymbolic LINKER:-z,defs)
-  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+  target_link_options(${target} PRIVATE LINKER:-Bsymbolic)
   carry_runtime(${target})
-  set_target_properties(${target} PROPERTIES PREFIX "")
-  if(kind STREQUAL MODULE)
-    # The framework refuses plug-ins that others than their owner could write.
-    set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PLUGIN_DIR}
-                                               INSTALL_RPATH "$ORIGIN/../..")
-    add_custom_command(TARGET ${target} POST_BUILD
-                       COMMAND chmod go-w ${PLUGIN_DIR} $<TARGET_FILE:${target}>)
-  else()
-    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
-  endif()
+endfunction()
+
+# A shared library made whole of a static one, exporting what its map file names.
+#   exporting_library(TARGET CORE MAP)
+function(exporting_library target core map)
+  file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp CONTENT "")
+  add_library(${target} SHARED ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp)
+  link_whole(${target} ${core})
+  target_link_options(${target} PRIVATE LINKER:--version-script=${map} LINKER:-z,defs)
+  set_target_properties(${target} PROPERTIES PREFIX "" LINK_DEPENDS ${map} INSTALL_RPATH "$ORIGIN")
+endfunction()
+
+# A plug-in of this tree, made by the rule that plug-ins elsewhere are made by, and of a static
+# library whole.
+#   own_plugin(TARGET CORE SOURCE...)
+function(own_plugin target core)
+  autocli_add_plugin(${target} ${ARGN})
+  link_whole(${target} ${core})
+  set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PLUGIN_DIR}
+                                             INSTALL_RPATH "$ORIGIN/../..")
+  # The framework refuses plug-ins that others than their owner could write.
+  add_custom_command(TARGET ${target} POST_BUILD
+                     COMMAND chmod go-w ${PLUGIN_DIR} $<TARGET_FILE:${target}>)
 endfunction()
