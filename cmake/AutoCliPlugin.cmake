@@ -1,11 +1,15 @@
 # A plug-in for autocli: a module that exports its entry point alone, installed where the program of
-# the same prefix looks for it.
+# the same prefix looks for it. It bears the version of the project, for `autocli --plugins`.
 #   autocli_add_plugin(NAME SOURCE...)
 function(autocli_add_plugin name)
   set(map ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/plugin.map)
   add_library(${name} MODULE ${ARGN})
   target_link_libraries(${name} PRIVATE AutoCli::autocli)
   target_link_options(${name} PRIVATE LINKER:--version-script=${map} LINKER:-z,defs)
+  if(PROJECT_VERSION)
+    set(metadata "{\"type\":\"autocli-plugin\",\"name\":\"${name}\",\"version\":\"${PROJECT_VERSION}\"}")
+    target_link_options(${name} PRIVATE "SHELL:-Xlinker '--package-metadata=${metadata}'")
+  endif()
   set_target_properties(${name} PROPERTIES PREFIX "" LINK_DEPENDS ${map})
   install(TARGETS ${name} LIBRARY DESTINATION lib/autocli/plugins)
 endfunction()

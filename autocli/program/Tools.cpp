@@ -29,8 +29,8 @@ const std::vector<Tool>& Tools() {
       {"batch", "FILE|- [--keep-going]",
        "Run the command lines of a file, or of standard input, each with a JSON answer.",
        BatchTool},
-      {"--plugins", "[global options]",
-       "List the plug-ins that were found, and why any was refused.", PluginsTool},
+      {"--plugins", "[OPTIONS]", "List the plug-ins that were found, and why any was refused.",
+       PluginsTool},
       {"--reference", "man|markdown DIR",
        "Write a manual page per namespace, or commands.md, into a directory.", RunReference},
   };

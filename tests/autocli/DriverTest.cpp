@@ -105,12 +105,11 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
 TEST(DriverTest, PluginsAreListedWithWhatBecameOfThem) {
   const DiskTree tree;
   const std::string told = "error: plug-in \"x.so\": bad\n";
-  EXPECT_EQ(tree.Run("--plugins", {"bad"}),
-            (Ran{3,
-                 "Name  Version  Loaded  Path           Problem\n"
-                 "----  -------  ------  -------------  -------\n"
-                 "x.so           false   /plugins/x.so  bad\n",
-                 told}));
+  EXPECT_EQ(tree.Run("--plugins", {"bad"}), (Ran{3,
+                                                 "Name  Version  Loaded  Path           Problem\n"
+                                                 "----  -------  ------  -------------  -------\n"
+                                                 "x.so           false   /plugins/x.so  bad\n",
+                                                 told}));
   EXPECT_EQ(tree.Run("--plugins --formatter csv --fields Loaded", {""}),
             (Ran{0, "Loaded\ntrue\n", ""}));
   EXPECT_EQ(tree.Run("--plugins now"),
@@ -151,7 +150,7 @@ TEST(DriverTest, WithoutAnyCommand) {
 
 TEST(DriverTest, ColourIsForPeople) {
   const DiskTree tree;
-  const std::string red = "\x1b[1;31merror:\x1b[0m bad\n";
+  const std::string red = "\x1b[1;31merror:\x1b[0m plug-in \"x.so\": bad\n";
   EXPECT_EQ(tree.Run("disk grow -nx --color always", {"bad"}), (Ran{3, "true\n", red}));
   EXPECT_EQ(tree.Run("disk help --formatter json --color always"),
             tree.Run("disk help --formatter json"));

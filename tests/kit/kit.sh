@@ -29,6 +29,8 @@ cp -r "$tree/examples/hello-plugin" "$scratch/hello"
 make_plugin "$scratch/hello"
 expect 0 "Ciao, Ada" "$prefix/bin/autocli" hello say --language it --name Ada
 expect 0 $'Tag,Name\nen,English\nit,Italian\nsw,Swahili' "$prefix/bin/autocli" hello language list --formatter csv
+expect 0 $'hello.so,0.3,true\nkorel.so,1.0.0,true\nlab.so,1.0.0,true' "$prefix/bin/autocli" --plugins --formatter csv --no-header \
+  --fields Name,Version,Loaded
 expect 0 AutoCli_RegisterNamespaces nm -D --defined-only --format=just-symbols "$plugins/hello.so"
 
 mkdir "$scratch/crossing"
