@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "autocli/batch/SplitLine.h"
 #include "autocli/driver/Driver.h"
@@ -85,7 +86,8 @@ int RunOne(const ToolCall& call, const std::string& line, std::size_t number) {
     return RefuseBatchLine(number, fmt::format("line {}: {}", number, problem), call.out);
   }
   if (words.empty()) return 0;
-  if (FindTool(words.front()) != nullptr && !call.root->HasNamespaceNode(words.front())) {
+  const Tool* tool = call.root->HasNamespaceNode(words.front()) ? nullptr : FindTool(words.front());
+  if (tool != nullptr && tool->word != std::string_view(kHelpTool)) {
     return RefuseBatchLine(
         number, fmt::format("line {}: \"{}\" cannot stand in a batch", number, words.front()),
         call.out);

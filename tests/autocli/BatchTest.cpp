@@ -65,6 +65,7 @@ TEST_F(BatchTest, AnswersEachLineAndStopsAtTheFirstFailure) {
   const std::string upToFailure = "{\"line\":1," + grown + "\n" + full + "\n";
   EXPECT_EQ(Run(lines), (Ran{1, upToFailure, ""}));
   EXPECT_EQ(Run(lines, " --keep-going"), (Ran{1, upToFailure + "{\"line\":4," + grown + "\n", ""}));
+  EXPECT_EQ(Run("help disk").status, 0);
   EXPECT_EQ(Run("disk grow -n c", "", {"bad"}),
             (Ran{3, "{\"line\":1," + grown + "\n", "error: plug-in \"x.so\": bad\n"}));
 }
