@@ -79,7 +79,7 @@ std::string Joined(const std::vector<std::string>& texts, std::string_view separ
   return joined;
 }
 
-const char* Environment(const char* variable) { return std::getenv(variable); }
+const char* Environment(const char* variable) { return secure_getenv(variable); }
 
 bool IsPlainName(std::string_view name, bool withColon) {
   if (name.empty() || name.size() > kMaxNameLength || !IsLetterOrDigit(name[0])) return false;

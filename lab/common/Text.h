@@ -27,7 +27,8 @@ std::string Joined(const std::vector<std::string>& texts, std::string_view separ
 /// The number of bytes of the UTF-8 character that `text` begins with; 0 when it begins with none.
 std::size_t Utf8CharacterSize(std::string_view text);
 
-/// The value of a variable of the environment; null when it is not set.
+/// The value of a variable of the environment; null when it is not set, and in a process that runs
+/// with more rights than its caller, who must not choose what it reads and writes.
 const char* Environment(const char* variable);
 
 /// A name of a host, datastore or device: [A-Za-z0-9][A-Za-z0-9._:-]* of at most 80 characters,

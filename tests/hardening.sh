@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# The built files are hardened as they were meant to be.
+set -euo pipefail
+cd "$1"
+faults=0
+fault() { echo "$1: $2"; faults=1; }
+# has FILE WHAT PATTERN COMMAND...: the command's output has the pattern.
+has() { [[ $("${@:4}" 2>/dev/null) =~ $3 ]] || fault "$1" "$2"; }
+
+for file in bin/autocli lib/libautocli.so lib/libkorelctl.so lib/autocli/plugins/*.so; do
+  has "$file" "no RELRO" GNU_RELRO readelf -Wl "$file"
+  has "$file" "not bound at once" BIND_NOW readelf -Wd "$file"
+  has "$file" "not position-independent" 'DYN \(' readelf -Wh "$file"
+  has "$file" "an executable stack" 'GNU_STACK[^E]*RW +0x' readelf -Wl "$file"
+  has "$file" "a search path not of its own" 'R(UN)?PATH[^$]*\[\$ORIGIN[./a-z]*\]' readelf -Wd "$file"
+  [[ $(readelf -Wd "$file") != *TEXTREL* ]] || fault "$file" "relocations in its code"
+  # The program itself only calls the framework, and has no buffers to look after.
+  [[ $file == bin/autocli ]] && continue
+  has "$file" "no stack protector" __stack_chk_fail readelf -W --dyn-syms "$file"
+done
+has bin/autocli "no PIE" PIE readelf -Wd bin/autocli
+for file in lib/libautocli.so lib/libkorelctl.so; do
+  has $file "no fortified functions" '__[a-z]+_chk@' readelf -W --dyn-syms $file
+done
+for file in lib/autocli/plugins/*.so; do
+  has "$file" "no landing pad for indirect calls" endbr64 \
+    objdump -d --disassemble=AutoCli_RegisterNamespaces "$file"
+done
+exit $faults
