@@ -171,6 +171,8 @@ Call ReadCall(const std::shared_ptr<Namespace>& root, const std::vector<std::str
     reader.RefuseMissing();
     PickFields(call, reader);
   }
+  call.awaited = reader.GetAwaited();
+  call.haveOptionsEnded = reader.HaveOptionsEnded();
   for (const std::string& fault : reader.GetFaults()) {
     call.faults.push_back({FaultKind::Usage, fault});
   }

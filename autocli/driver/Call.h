@@ -27,6 +27,9 @@ struct Call {
   std::shared_ptr<Corvex::CallSpec::Input> input;  ///< the command's own options
   std::vector<std::string> fields;                 ///< picked by --fields
   std::vector<Fault> faults;
+  /// The option at the end of the line whose value is missing; null when none is.
+  std::shared_ptr<Corvex::CallSpec::ParameterSpec> awaited;
+  bool haveOptionsEnded = false;  ///< there was a "--"
 
   /// The command that the path leads to; null when it leads to a namespace.
   Corvex::AutoCli::CommandSpec* GetCommand() const;

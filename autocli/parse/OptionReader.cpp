@@ -143,6 +143,7 @@ void OptionReader::ReadFlag(Option& option) {
 void OptionReader::ReadValue(Option& option, const std::optional<std::string>& attached) {
   const bool isFirst = Meet(option);
   if (!attached && !NextIsValue()) {
+    if (next_ == words_.size()) awaited_ = option.spec;
     return Refuse(fmt::format("option \"--{}\" needs a value", option.spec->GetLongName()));
   }
   const std::string& value = attached ? *attached : words_[next_++];

@@ -36,6 +36,10 @@ class OptionReader {
   void Refuse(std::string fault) { faults_.push_back(std::move(fault)); }
 
   const std::vector<std::string>& GetFaults() const { return faults_; }
+  /// The option at the end of the line whose value is missing; null when none is.
+  const std::shared_ptr<Corvex::CallSpec::ParameterSpec>& GetAwaited() const { return awaited_; }
+  /// There was a "--".
+  bool HaveOptionsEnded() const { return optionsEnded_; }
 
  private:
   struct Option {
@@ -70,6 +74,7 @@ class OptionReader {
   std::string rest_;  ///< the list option that takes the rest of the line; empty for none
   std::vector<Option> options_;
   std::vector<std::string> faults_;
+  std::shared_ptr<Corvex::CallSpec::ParameterSpec> awaited_;
 };
 
 }  // namespace autocli

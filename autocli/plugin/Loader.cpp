@@ -73,13 +73,17 @@ std::vector<std::string> PluginsIn(DIR* folder) {
 
 }  // namespace
 
-std::string PluginFolder() {
+std::string ProgramFolder() {
   std::array<char, 4096> buffer;
   const ssize_t size = readlink("/proc/self/exe", buffer.data(), buffer.size());
   if (size <= 0 || static_cast<std::size_t>(size) == buffer.size()) return "";
-  std::string path(buffer.data(), static_cast<std::size_t>(size));
-  for (int level = 0; level < 2; ++level) path.resize(std::min(path.rfind('/'), path.size()));
-  return path + "/lib/autocli/plugins";
+  const std::string_view path(buffer.data(), static_cast<std::size_t>(size));
+  return std::string(path.substr(0, path.rfind('/')));
+}
+
+std::string PluginFolder() {
+  const std::string folder = ProgramFolder();
+  return folder.empty() ? "" : folder.substr(0, folder.rfind('/')) + "/lib/autocli/plugins";
 }
 
 std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root) {

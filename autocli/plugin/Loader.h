@@ -8,6 +8,10 @@
 
 namespace autocli {
 
+/// The folder that holds the running program, links followed. Empty when the program does not know
+/// where it is.
+std::string ProgramFolder();
+
 /// The plug-in folder that belongs to the running program: ../lib/autocli/plugins, seen from the
 /// program's own folder. Empty when the program does not know where it is.
 std::string PluginFolder();

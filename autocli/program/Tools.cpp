@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "autocli/batch/Batch.h"
+#include "autocli/complete/Complete.h"
+#include "autocli/complete/Scripts.h"
 #include "autocli/driver/Driver.h"
 #include "autocli/driver/Fault.h"
 #include "autocli/driver/Report.h"
@@ -33,6 +35,9 @@ const std::vector<Tool>& Tools() {
        PluginsTool},
       {"--reference", "man|markdown DIR",
        "Write a manual page per namespace, or commands.md, into a directory.", RunReference},
+      {"--completion", "bash|zsh|fish", "Write the script that teaches a shell to complete words.",
+       CompletionTool},
+      {"--complete", "WORD...", nullptr, CompleteTool},
   };
   return tools;
 }

@@ -19,6 +19,8 @@ std::shared_ptr<MetaStruct> Shape() {
 LabClusterList::LabClusterList() {
   SetDescription("List the clusters of the lab.");
   Show(*this, *Shape(), "table");
+  SetDefaultOutputParameter("completes:UUID:Members",
+                            "lab cluster show --uuid,korel cluster join --cluster-uuid");
 }
 
 std::shared_ptr<InputSpec> LabClusterList::GetInputSpecInternal() { return Inputs(); }

@@ -45,6 +45,11 @@ std::shared_ptr<MetaStruct> Describe(const Device& device) {
 LabDiskList::LabDiskList() {
   SetDescription("List the devices of the host, in use or not, and what they are fit for.");
   Show(*this, *Shape(), "table");
+  // A host's own commands list the devices that are in use; only the lab knows the others.
+  SetDefaultOutputParameter("completes:Device:Fit For",
+                            "lab disk set --device,korel storage add --ssd,"
+                            "korel storage add --disks,korel storage tag add --disk,"
+                            "korel storage tag remove --disk,korel storagepool add --disk");
 }
 
 std::shared_ptr<InputSpec> LabDiskList::GetInputSpecInternal() { return Inputs(); }

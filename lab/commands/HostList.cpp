@@ -40,6 +40,8 @@ std::shared_ptr<MetaStruct> Describe(Store& store, const Host& host) {
 LabHostList::LabHostList() {
   SetDescription("List the hosts of the lab.");
   Show(*this, *Shape(), "simple", "%Name%");
+  SetDefaultOutputParameter("completes:Name:Fault Domain",
+                            "lab host set --name,lab host reboot --name");
 }
 
 std::shared_ptr<InputSpec> LabHostList::GetInputSpecInternal() { return Inputs(); }

@@ -8,12 +8,13 @@
 #include <system_error>
 
 #include "lab/common/Text.h"
+#include "lab/store/LabFile.h"
 
 namespace lab {
 
 CallLog::CallLog() {
   const char* path = Environment("KOREL_LAB_CALLS");
-  if (path == nullptr) return;
+  if (path == nullptr || !MayChange()) return;
   path_ = path;
   descriptor_ = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0600);
   if (descriptor_ < 0) {

@@ -12,7 +12,8 @@ using Json = nlohmann::ordered_json;
 
 /// The line of one host control operation in the file that $KOREL_LAB_CALLS names:
 ///   {"operation":"RemoveHsknic","arguments":["hsk1",false,"korel"]}
-/// with "error":"..." when the operation threw. Without the variable nothing is written.
+/// with "error":"..." when the operation threw. Without the variable, and while nothing may
+/// change, nothing is written.
 class CallLog {
  public:
   /// Opens the file, so that one that cannot be written is refused before the operation begins.

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "lab/common/Text.h"
+#include "lab/store/LabFile.h"
 
 namespace lab {
 namespace {
@@ -77,6 +78,7 @@ void WriteNew(const fs::path& path, const char* content) {
 /// Under another name until all is there, so that a host never has half a root. Names of hosts do
 /// not begin with a point.
 void LayOut(const fs::path& root) {
+  if (!MayChange()) Fail("the host has no files yet, and nothing may change now");
   const fs::path unfinished = root.parent_path() / ("." + root.filename().string());
   fs::remove_all(unfinished);
   WriteNew(unfinished / "etc/ostrel/korel/koreltraced.conf", kTraceConfig);

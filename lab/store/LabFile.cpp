@@ -75,6 +75,8 @@ std::string LabPath() {
   Fail("no place for the lab: set KOREL_LAB to the absolute path of its file");
 }
 
+bool MayChange() { return Environment("AUTOCLI_COMPLETING") == nullptr; }
+
 std::string HowToReplace(const std::string& path) {
   return Tovrin::Misc::StrCat(
       "; choose another file with KOREL_LAB, or make it anew with 'autocli lab init --force' (",

@@ -19,6 +19,10 @@ inline constexpr unsigned kApplicationId = 0x4b6f4c62;
 /// $HOME/.local/state/korel/lab.db. Throws KorelCtlException naming a variable that is of no use.
 std::string LabPath();
 
+/// False while a shell asks for words to complete (AUTOCLI_COMPLETING is set): then nothing of the
+/// lab changes, nor is it made, and no call is logged.
+bool MayChange();
+
 /// Looks at the file before SQLite touches it, since opening a foreign database may change it.
 /// True when there is a lab, of whatever version; false when there is no file or an empty one.
 /// Throws UnusableLab for anything else, KorelCtlException when the path cannot be a file.

@@ -45,10 +45,11 @@ std::unique_ptr<Store>& ProcessStore() {
 }  // namespace
 
 Store::Store(std::string path) : path_(std::move(path)) {
-  MakeDirectoryOf(path_);
+  if (MayChange()) MakeDirectoryOf(path_);
   HoldsLab(path_);
-  database_ = std::make_unique<SQLite::Database>(
-      path_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, kBusyTimeoutMs);
+  const int access =
+      MayChange() ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE : SQLite::OPEN_READONLY;
+  database_ = std::make_unique<SQLite::Database>(path_, access, kBusyTimeoutMs);
   sqlite3_db_config(database_->getHandle(), SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
   database_->exec("PRAGMA synchronous = EXTRA");
 }
@@ -101,7 +102,9 @@ bool Store::BringUpToDate() {
   return version == 0;
 }
 
-Transaction::Transaction(Store& store) : store_(store) { Execute(store_, "BEGIN IMMEDIATE"); }
+Transaction::Transaction(Store& store) : store_(store) {
+  Execute(store_, MayChange() ? "BEGIN IMMEDIATE" : "BEGIN");
+}
 
 Transaction::~Transaction() {
   if (!isCommitted_) store_.GetDatabase().tryExec("ROLLBACK");

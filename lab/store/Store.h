@@ -16,6 +16,7 @@ namespace lab {
 class Store {
  public:
   /// Opens the file, and makes it and its directory when missing; nothing is written into it yet.
+  /// While nothing may change, only opens it for reading.
   /// Throws KorelCtlException or SQLite::Exception.
   explicit Store(std::string path);
   ~Store();

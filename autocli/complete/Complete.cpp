@@ -1,0 +1,246 @@
+#include "autocli/complete/Complete.h"
+
+#include <signal.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "autocli/complete/LiveValues.h"
+#include "autocli/driver/Call.h"
+#include "autocli/format/View.h"
+#include "autocli/help/Placeholders.h"
+#include "autocli/text/Escape.h"
+#include "autocli/tree/Shape.h"
+
+namespace autocli {
+
+using Corvex::AutoCli::Namespace;
+using Corvex::CallSpec::Input;
+using Corvex::CallSpec::InputSpec;
+using Corvex::CallSpec::ParameterConstraintType;
+using Corvex::CallSpec::ParameterSpec;
+using Corvex::CallSpec::ParameterType;
+
+namespace {
+
+/// What a list has room for: the first line, made harmless.
+std::string Brief(const std::string& text) { return Escaped(text.substr(0, text.find('\n'))); }
+
+/// Completes the word under the cursor behind the line that was read so far.
+class Completer {
+ public:
+  Completer(const Namespace& root, Call call, std::string word)
+      : root_(root), call_(std::move(call)), word_(std::move(word)) {}
+
+  void OfferTools() {
+    for (const Tool& tool : Tools()) {
+      if (tool.description != nullptr) Offer(tool.word, tool.description);
+    }
+  }
+
+  /// The words that one of the program's own tools takes first, where it names them, "one|other".
+  void OfferArguments(const Tool& tool) {
+    const std::string_view arguments = tool.arguments;
+    if (arguments.find('|') == std::string_view::npos) return;
+    std::string_view rest = arguments.substr(0, arguments.find(' '));
+    while (!rest.empty()) {
+      const std::string_view name = rest.substr(0, rest.find('|'));
+      const bool stands = std::ranges::all_of(name, [](char c) { return c >= 'a' && c <= 'z'; });
+      if (stands) Offer(std::string(name), "");
+      rest.remove_prefix(std::min(rest.size(), name.size() + 1));
+    }
+  }
+
+  void OfferNext() {
+    if (!call_.isPathSound) return;
+    if (call_.awaited != nullptr) return OfferValues(*call_.awaited, "");
+    OfferChildren();
+    if (call_.haveOptionsEnded) return;
+    const std::size_t equals = word_.find('=');
+    if (word_.starts_with("--") && equals != std::string::npos) {
+      const auto* option = Find(&ParameterSpec::GetLongName, word_.substr(2, equals - 2));
+      if (option != nullptr) OfferValues(*option, word_.substr(0, equals + 1));
+    } else if (word_.size() > 1 && word_[0] == '-' && word_[1] != '-') {
+      OfferBundle();
+    } else {
+      OfferOptions();
+    }
+  }
+
+  std::vector<Candidate>& Found() { return found_; }
+
+ private:
+  void Offer(const std::string& value, const std::string& description) {
+    // A shell could not type a value that is not plain text.
+    if (value.empty() || !value.starts_with(word_) || Escaped(value) != value) return;
+    if (std::ranges::count(found_, value, &Candidate::value) > 0) return;
+    found_.push_back({value, Brief(description)});
+  }
+
+  void OfferChildren() {
+    if (call_.GetCommand() != nullptr) return;
+    for (const auto& child : static_cast<const Namespace&>(*call_.node).GetChildren()) {
+      Offer(child->GetName(), child->GetDescription());
+    }
+  }
+
+  /// Options that every line takes are in nobody's way until a hyphen asks for them.
+  void OfferOptions() {
+    if (call_.specs.input && !call_.IsQuestion()) OfferAbsent(*call_.specs.input, *call_.input);
+    if (!word_.empty()) OfferAbsent(*globals_, *call_.globals);
+  }
+
+  /// The options of the specification that may still be given, required ones first.
+  void OfferAbsent(const InputSpec& spec, const Input& given) {
+    for (const bool required : {true, false}) {
+      for (const auto& option : spec.GetParameters()) {
+        if (option->IsRequired() != required) continue;
+        const std::string& name = option->GetLongName();
+        const bool isDone =
+            given.HasParameter(name) && option->GetType() != ParameterType::StringList;
+        const bool isHidden = Find(&ParameterSpec::GetLongName, name) != option.get();
+        if (!isDone && !isHidden) {
+          Offer("--" + name, (required ? "required: " : "") + ExpandedDescription(*option));
+        }
+      }
+    }
+  }
+
+  /// Short options in one word: the value that the last one takes, or the word as it stands.
+  void OfferBundle() {
+    const ParameterSpec* option = nullptr;
+    for (std::size_t i = 1; i < word_.size(); ++i) {
+      option = Find(&ParameterSpec::GetShortName, word_.substr(i, 1));
+      if (option == nullptr) return;
+      if (option->GetType() != ParameterType::Flag && i + 1 < word_.size()) {
+        return OfferValues(*option, word_.substr(0, i + 1));
+      }
+    }
+    Offer(word_, ExpandedDescription(*option));
+  }
+
+  /// Values of the option; `head` is what the word has in front of them.
+  void OfferValues(const ParameterSpec& option, const std::string& head) {
+    const auto& constraint = option.GetConstraint();
+    if (constraint && constraint->GetType() == ParameterConstraintType::StringEnum) {
+      for (const auto& [value, description] : constraint->GetValues()) {
+        OfferValue(option, head, {value, description});
+      }
+    } else if (option.GetType() == ParameterType::Bool) {
+      for (const char* value : {"true", "false"}) Offer(head + value, "");
+    } else if (IsOwn(option)) {
+      const std::string name = call_.path + " --" + option.GetLongName();
+      for (const auto& live : LiveValues(root_, name)) OfferValue(option, head, live);
+    } else if (option.GetLongName() == "fields") {
+      OfferFields(head);
+    }
+  }
+
+  /// A value that a list option has already is not offered to it again.
+  void OfferValue(const ParameterSpec& option, const std::string& head, const Candidate& value) {
+    if (option.GetType() == ParameterType::StringList && IsOwn(option)) {
+      std::vector<std::string> given;
+      call_.input->GetParameterList(option.GetLongName(), given);
+      if (std::ranges::count(given, value.value) > 0) return;
+    }
+    if (!value.value.empty()) Offer(head + value.value, value.description);
+  }
+
+  /// The fields that are not picked yet, behind the last comma.
+  void OfferFields(const std::string& head) {
+    const auto* record = call_.specs.output ? RecordOf(*call_.specs.output) : nullptr;
+    if (record == nullptr) return;
+    const std::string picked = word_.substr(head.size());
+    std::size_t start = picked.rfind(',');
+    start = start == std::string::npos ? 0 : picked.find_first_not_of(' ', start + 1);
+    start = std::min(start, picked.size());
+    const auto names = SplitNames(picked.substr(0, start));
+    for (const auto& field : record->GetFields()) {
+      if (std::ranges::count(names, field.name) > 0) continue;
+      Offer(head + picked.substr(0, start) + field.name, "");
+    }
+  }
+
+  /// The option of the command, or of every line, that has this name; null without one.
+  const ParameterSpec* Find(const std::string& (ParameterSpec::*name)() const,
+                            const std::string& text) const {
+    for (const InputSpec* spec : {call_.specs.input.get(), globals_.get()}) {
+      if (spec == nullptr) continue;
+      for (const auto& option : spec->GetParameters()) {
+        if ((*option.*name)() == text) return option.get();
+      }
+    }
+    return nullptr;
+  }
+
+  /// The option is the command's, not one that every line takes.
+  bool IsOwn(const ParameterSpec& option) const {
+    return call_.specs.input &&
+           std::ranges::any_of(call_.specs.input->GetParameters(),
+                               [&](const auto& own) { return own.get() == &option; });
+  }
+
+  const Namespace& root_;
+  const Call call_;
+  const std::string word_;
+  const std::shared_ptr<InputSpec> globals_ = GlobalOptions();
+  std::vector<Candidate> found_;
+};
+
+/// As long as it lives, nobody who is asked may change anything, or take long.
+class Blink {
+ public:
+  Blink() {
+    setenv(kVariable, "1", 1);
+    signal(SIGALRM, [](int) { _exit(0); });
+    Ring(kMilliseconds);
+  }
+  ~Blink() {
+    Ring(0);
+    signal(SIGALRM, SIG_DFL);
+    unsetenv(kVariable);
+  }
+  Blink(const Blink&) = delete;
+  Blink& operator=(const Blink&) = delete;
+
+ private:
+  static constexpr const char* kVariable = "AUTOCLI_COMPLETING";
+  /// With what the process takes to begin, below the tenth of a second that feels immediate.
+  static constexpr int kMilliseconds = 80;
+
+  static void Ring(int milliseconds) {
+    itimerval timer{};
+    timer.it_value.tv_usec = milliseconds * 1000;
+    setitimer(ITIMER_REAL, &timer, nullptr);
+  }
+};
+
+}  // namespace
+
+std::vector<Candidate> Complete(const std::shared_ptr<Namespace>& root,
+                                std::vector<std::string> words) {
+  const std::string word = words.empty() ? "" : words.back();
+  if (!words.empty()) words.pop_back();
+  const Tool* tool = nullptr;
+  if (!words.empty() && !root->HasNamespaceNode(words.front())) tool = FindTool(words.front());
+  Completer completer(*root, ReadCall(root, words), word);
+  if (tool != nullptr) {
+    if (words.size() == 1) completer.OfferArguments(*tool);
+  } else {
+    completer.OfferNext();
+    if (words.empty()) completer.OfferTools();
+  }
+  return std::move(completer.Found());
+}
+
+int CompleteTool(const ToolCall& call) {
+  const Blink blink;
+  for (const auto& [value, description] : Complete(call.root, call.words)) {
+    call.out.Buffer() += description.empty() ? value + "\n" : value + "\t" + description + "\n";
+  }
+  return 0;
+}
+
+}  // namespace autocli

@@ -1,0 +1,102 @@
+#!/usr/bin/env python3
+"""Completes words in a real shell with the keys that a person presses: shells.py BIN_FOLDER SHELL"""
+
+import os
+import subprocess
+import sys
+import tempfile
+
+import pexpect
+
+# How each begins, gets its prompt and its settings, and is taught to complete.
+SHELLS = {
+    "bash": (["bash", "--noprofile", "--norc", "-i"], "PS1='ready''> '",
+             "bind 'set show-all-if-ambiguous on'; source <(autocli --completion bash)"),
+    "zsh": (["zsh", "-f", "-i"], "PS1='ready''> '",
+            "autoload -Uz compinit; compinit -u; source <(autocli --completion zsh)"),
+    "fish": (["fish", "--no-config", "-i"], "function fish_prompt; echo -n 'ready''> '; end",
+             "autocli --completion fish | source"),
+}
+TO_LINE_START = "\x01"
+
+# What is typed, and what the last word of the line is to the program that gets it.
+CASES = [
+    ("autocli kor\t", "korel"),
+    ("korel datas\tli\t", "list"),
+    ("korel cluster join --witness-n\t", "--witness-node"),
+    ("korel storage add --disks x --s\t", "--ssd"),
+    ("korel policy getdefault --policy-class vmn\t", "vmnamespace"),
+    ("korel datastore list --formatter js\t", "json"),
+    ("korel datastore list --formatter=js\t", "--formatter=json"),
+    ("korel cluster korelmax set --enable t\t", "true"),
+    ("korel storage add --ssd mpx.dkhba1:C0:T2\t", "mpx.dkhba1:C0:T2:L0"),
+    ("korel storage add --ssd mpx.dkhba1:C0:T2:\t", "mpx.dkhba1:C0:T2:L0"),
+    ("korel storage add --ssd=mpx.dkhba1:C0:T2\t", "--ssd=mpx.dkhba1:C0:T2:L0"),
+    ("korel storage add --ssd 'mpx.dkhba1:C0:T2\t", "mpx.dkhba1:C0:T2:L0"),
+    ("korel storage add -d mpx.dkhba1:C0:T1:L0 -d mpx.dkhba1:\t", "mpx.dkhba1:C0:T2:L0"),
+    ("korel datastore list --fields User\t", "User Friendly Name"),
+    ("korel datastore list --fields User\\ F\t", "User Friendly Name"),
+    ("korel storage add -d 'mpx.dkhba1:C0:T2:L0' -d mpx.dkhba1:\t", "mpx.dkhba1:C0:T1:L0"),
+    ('korel datastore list --fields "Default,User F\t', "Default,User Friendly Name"),
+    ("korel datastore list --fields=Default,Clu\t", "--fields=Default,Cluster UUID"),
+]
+
+
+class Shell:
+    def __init__(self, name, environment):
+        command, prompt, script = SHELLS[name]
+        self.child = pexpect.spawn(command[0], command[1:], env=environment, encoding="utf-8",
+                                   timeout=120, dimensions=(50, 200))
+        self.child.delaybeforesend = None
+        for line in (prompt, script):
+            self.child.sendline(line)
+            self.child.expect_exact("ready> ")
+
+    def last_word(self, keys):
+        """Presses the keys, then runs a program that shows its last word on the line."""
+        self.child.send(keys + TO_LINE_START + "last-word \r")
+        self.child.expect(r"\[\[(.*?)\]\]")
+        word = self.child.match[1]
+        self.child.expect_exact("ready> ")
+        return word
+
+    def shows(self, keys, texts):
+        """Presses the keys and waits until the shell has shown each of the texts."""
+        self.child.send(keys)
+        for text in texts:
+            self.child.expect_exact(text)
+
+
+def main(folder, name):
+    with tempfile.TemporaryDirectory() as home:
+        with open(home + "/last-word", "w", encoding="utf-8") as script:
+            script.write('#!/bin/sh\nfor word; do :; done\nprintf "[[%s]]\\n" "$word"\n')
+        os.chmod(home + "/last-word", 0o700)
+        environment = {"PATH": f"{folder}:{home}:/usr/bin:/bin", "HOME": home, "TERM": "xterm",
+                       "LC_ALL": "C.UTF-8", "KOREL_LAB": home + "/lab.db"}
+        for option in ("ASAN_OPTIONS", "LSAN_OPTIONS"):
+            if option in os.environ:
+                environment[option] = os.environ[option]
+
+        def korel(*words):
+            return subprocess.run([folder + "/korel", *words], env=environment, check=True,
+                                  capture_output=True, text=True).stdout
+
+        korel("cluster", "new")
+        korel("datastore", "add", "--name", "ds1")
+        stores = korel("datastore", "list", "--formatter", "csv", "--fields",
+                       "Datastore UUID")
+        uuid = stores.split()[-1]
+        shell = Shell(name, environment)
+        failed = 0
+        for keys, expected in CASES + [(f"korel datastore remove -u {uuid[:8]}\t", uuid)]:
+            word = shell.last_word(keys)
+            if word != expected:
+                failed += 1
+                print(f"{name}: {keys!r} came to {word!r} instead of {expected!r}")
+        shell.shows("korel datastore remove -u \t", ["ds1"])
+        return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
