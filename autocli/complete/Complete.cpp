@@ -11,6 +11,7 @@
 #include "autocli/driver/Call.h"
 #include "autocli/format/View.h"
 #include "autocli/help/Placeholders.h"
+#include "autocli/parse/Value.h"
 #include "autocli/text/Escape.h"
 #include "autocli/tree/Shape.h"
 
@@ -195,7 +196,7 @@ class Blink {
   Blink() {
     setenv(kVariable, "1", 1);
     signal(SIGALRM, [](int) { _exit(0); });
-    Ring(kMilliseconds);
+    Ring(Patience());
   }
   ~Blink() {
     Ring(0);
@@ -208,11 +209,19 @@ class Blink {
  private:
   static constexpr const char* kVariable = "AUTOCLI_COMPLETING";
   /// With what the process takes to begin, below the tenth of a second that feels immediate.
-  static constexpr int kMilliseconds = 80;
+  static constexpr std::int64_t kMilliseconds = 80;
+  static constexpr std::int64_t kMostMilliseconds = 60'000;
 
-  static void Ring(int milliseconds) {
+  static std::int64_t Patience() {
+    const char* text = std::getenv("AUTOCLI_COMPLETE_MS");
+    const auto milliseconds = text == nullptr ? std::nullopt : ReadInteger(text);
+    return std::clamp<std::int64_t>(milliseconds.value_or(kMilliseconds), 1, kMostMilliseconds);
+  }
+
+  static void Ring(std::int64_t milliseconds) {
     itimerval timer{};
-    timer.it_value.tv_usec = milliseconds * 1000;
+    timer.it_value.tv_sec = milliseconds / 1000;
+    timer.it_value.tv_usec = milliseconds % 1000 * 1000;
     setitimer(ITIMER_REAL, &timer, nullptr);
   }
 };

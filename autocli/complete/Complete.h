@@ -29,7 +29,8 @@ std::vector<Candidate> Complete(const std::shared_ptr<Corvex::AutoCli::Namespace
 /// Each candidate is a line: the value and, if it has one, a tab and its description. Nothing else
 /// is written and the status is 0, whatever goes wrong. Commands may be asked for live values:
 /// while AUTOCLI_COMPLETING is set in the environment, as it is here, nobody may change anything,
-/// and whoever takes longer than a blink is not waited for: the process ends without candidates.
+/// and nobody is waited for: the process ends without candidates after 80 milliseconds, or as many
+/// as AUTOCLI_COMPLETE_MS says.
 int CompleteTool(const ToolCall& call);
 
 }  // namespace autocli

@@ -191,7 +191,7 @@ int CompletionTool(const ToolCall& call) {
   }
   call.out.Buffer() += script;
   std::vector<Fault> faults;
-  for (const auto& fault : call.pluginFaults) faults.push_back({FaultKind::Plugin, fault});
+  for (const auto& fault : FaultsOf(call.plugins)) faults.push_back({FaultKind::Plugin, fault});
   WriteFaults(faults, call.err);
   return StatusOf(faults);
 }

@@ -73,7 +73,8 @@ def main(folder, name):
             script.write('#!/bin/sh\nfor word; do :; done\nprintf "[[%s]]\\n" "$word"\n')
         os.chmod(home + "/last-word", 0o700)
         environment = {"PATH": f"{folder}:{home}:/usr/bin:/bin", "HOME": home, "TERM": "xterm",
-                       "LC_ALL": "C.UTF-8", "KOREL_LAB": home + "/lab.db"}
+                       "LC_ALL": "C.UTF-8", "KOREL_LAB": home + "/lab.db",
+                       "AUTOCLI_COMPLETE_MS": "60000"}
         for option in ("ASAN_OPTIONS", "LSAN_OPTIONS"):
             if option in os.environ:
                 environment[option] = os.environ[option]

@@ -160,6 +160,33 @@ TEST_F(Lab, IsMadeOnceWhenManyComeFirst) {
   EXPECT_EQ(Ask("lab host list")["result"].size(), 1U);
 }
 
+TEST_F(Lab, IsNotChangedByCompletion) {
+  environment["AUTOCLI_COMPLETE_MS"] = "60000";
+  environment["KOREL_LAB_CALLS"] = folder + "/calls";
+  const auto completed = [&](const Texts& words) {
+    const Ended ended = RunWords(words);
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_EQ(ended.err, "");
+    return ended.out;
+  };
+  // The options of a rebuild depend on the host, which is asked for them.
+  EXPECT_NE(completed({"--complete", "korel", "storage", "diskgroup", "rebuild", "--t"}), "");
+  EXPECT_EQ(completed({"--complete", "korel", "storage", "add", "--ssd", ""}), "");
+  EXPECT_FALSE(std::filesystem::exists(folder + "/lab.db")) << "nobody used the lab yet";
+  EXPECT_FALSE(std::filesystem::exists(folder + "/calls"));
+
+  Do("korel cluster new");
+  Do("korel datastore add --name ds1");
+  const Texts datastores = {"--complete", "korel", "datastore", "remove", "--uuid", ""};
+  EXPECT_NE(completed(datastores).find("\tds1\n"), std::string::npos);
+  Do("lab fault add --operation GetDatastores --message gone --count 1");
+  const auto calls = Lines(folder + "/calls");
+  EXPECT_EQ(completed(datastores), "") << "a host that fails knows nothing";
+  EXPECT_EQ(Lines(folder + "/calls"), calls);
+  Fails("korel datastore list", "Unable to add datastore: gone");
+  Do("korel datastore list");
+}
+
 TEST_F(Lab, IsPickedByTheEnvironment) {
   Do("lab host add --name host2");
   environment["KOREL_LAB_HOST"] = "host2";
