@@ -26,13 +26,16 @@ using Corvex::CallSpec::ParameterType;
 
 namespace {
 
+/// The list option whose values, taken from the rest of the line, are a command line themselves.
+constexpr const char* kCommandLine = "command";
+
 /// What a list has room for: the first line, made harmless.
 std::string Brief(const std::string& text) { return Escaped(text.substr(0, text.find('\n'))); }
 
 /// Completes the word under the cursor behind the line that was read so far.
 class Completer {
  public:
-  Completer(const Namespace& root, Call call, std::string word)
+  Completer(const std::shared_ptr<Namespace>& root, Call call, std::string word)
       : root_(root), call_(std::move(call)), word_(std::move(word)) {}
 
   void OfferTools() {
@@ -55,8 +58,9 @@ class Completer {
   }
 
   void OfferNext() {
-    if (!call_.isPathSound) return;
+    if (!call_.isPathSound || call_.tool != nullptr) return;
     if (call_.awaited != nullptr) return OfferValues(*call_.awaited, "");
+    if (call_.specs.rest == kCommandLine && OfferLine()) return;
     OfferChildren();
     if (call_.haveOptionsEnded) return;
     const std::size_t equals = word_.find('=');
@@ -80,6 +84,17 @@ class Completer {
     found_.push_back({value, Brief(description)});
   }
 
+  /// The rest of the line is a command line itself. False while options in front of it may follow.
+  bool OfferLine() {
+    std::vector<std::string> line;
+    call_.input->GetParameterList(kCommandLine, line);
+    if (line.empty() && word_.starts_with('-')) return false;
+    Completer inner(root_, ReadCall(root_, line), word_);
+    inner.OfferNext();
+    found_ = std::move(inner.found_);
+    return true;
+  }
+
   void OfferChildren() {
     if (call_.GetCommand() != nullptr) return;
     for (const auto& child : static_cast<const Namespace&>(*call_.node).GetChildren()) {
@@ -101,7 +116,8 @@ class Completer {
         const std::string& name = option->GetLongName();
         const bool isDone =
             given.HasParameter(name) && option->GetType() != ParameterType::StringList;
-        const bool isHidden = Find(&ParameterSpec::GetLongName, name) != option.get();
+        const bool isHidden = Find(&ParameterSpec::GetLongName, name) != option.get() ||
+                              (&spec == call_.specs.input.get() && name == call_.specs.rest);
         if (!isDone && !isHidden) {
           Offer("--" + name, (required ? "required: " : "") + ExpandedDescription(*option));
         }
@@ -133,7 +149,7 @@ class Completer {
       for (const char* value : {"true", "false"}) Offer(head + value, "");
     } else if (IsOwn(option)) {
       const std::string name = call_.path + " --" + option.GetLongName();
-      for (const auto& live : LiveValues(root_, name)) OfferValue(option, head, live);
+      for (const auto& live : LiveValues(*root_, name)) OfferValue(option, head, live);
     } else if (option.GetLongName() == "fields") {
       OfferFields(head);
     }
@@ -151,16 +167,14 @@ class Completer {
 
   /// The fields that are not picked yet, behind the last comma.
   void OfferFields(const std::string& head) {
-    const auto* record = call_.specs.output ? RecordOf(*call_.specs.output) : nullptr;
-    if (record == nullptr) return;
+    if (!call_.specs.output) return;
     const std::string picked = word_.substr(head.size());
     std::size_t start = picked.rfind(',');
     start = start == std::string::npos ? 0 : picked.find_first_not_of(' ', start + 1);
     start = std::min(start, picked.size());
     const auto names = SplitNames(picked.substr(0, start));
-    for (const auto& field : record->GetFields()) {
-      if (std::ranges::count(names, field.name) > 0) continue;
-      Offer(head + picked.substr(0, start) + field.name, "");
+    for (const std::string& name : FieldNames(*call_.specs.output)) {
+      if (std::ranges::count(names, name) == 0) Offer(head + picked.substr(0, start) + name, "");
     }
   }
 
@@ -183,7 +197,7 @@ class Completer {
                                [&](const auto& own) { return own.get() == &option; });
   }
 
-  const Namespace& root_;
+  const std::shared_ptr<Namespace>& root_;
   const Call call_;
   const std::string word_;
   const std::shared_ptr<InputSpec> globals_ = GlobalOptions();
@@ -233,8 +247,10 @@ std::vector<Candidate> Complete(const std::shared_ptr<Namespace>& root,
   const std::string word = words.empty() ? "" : words.back();
   if (!words.empty()) words.pop_back();
   const Tool* tool = nullptr;
-  if (!words.empty() && !root->HasNamespaceNode(words.front())) tool = FindTool(words.front());
-  Completer completer(*root, ReadCall(root, words), word);
+  if (!words.empty() && !root->HasNamespaceNode(words.front()) && words.front() != kHelpTool) {
+    tool = FindTool(words.front());
+  }
+  Completer completer(root, ReadCall(root, words), word);
   if (tool != nullptr) {
     if (words.size() == 1) completer.OfferArguments(*tool);
   } else {

@@ -23,6 +23,8 @@ TO_LINE_START = "\x01"
 CASES = [
     ("autocli kor\t", "korel"),
     ("korel datas\tli\t", "list"),
+    ("autocli lab try korel storage add --disks x --s\t", "--ssd"),
+    ("autocli help korel datas\t", "datastore"),
     ("korel cluster join --witness-n\t", "--witness-node"),
     ("korel storage add --disks x --s\t", "--ssd"),
     ("korel policy getdefault --policy-class vmn\t", "vmnamespace"),
