@@ -12,3 +12,6 @@ ln -s autocli-korel.1.gz "$share/man/man1/korel.1.gz"
 "$program" --completion bash >"$share/bash-completion/completions/autocli"
 "$program" --completion zsh >"$share/zsh/vendor-completions/_autocli"
 "$program" --completion fish >"$share/fish/vendor_completions.d/autocli.fish"
+# bash and fish look for a file that is named like the command.
+ln -s autocli "$share/bash-completion/completions/korel"
+ln -s autocli.fish "$share/fish/vendor_completions.d/korel.fish"
