@@ -52,9 +52,11 @@ TEST_F(PluginTest, BadOnesAreNamedAndTheRestWorks) {
   Put("a.so", Built("throwing.so"));
   Put("b.so", Built("silent.so"));
   Put("c.so", good_);
-  Put("d.so.txt", "no plug-in");
+  Put("d.so", Built("twice.so"));
+  Put("g.so.txt", "no plug-in");
   EXPECT_THAT(Load(), ElementsAre("plug-in \"a.so\": no disk today",
-                                  "plug-in \"b.so\": no entry point AutoCli_RegisterNamespaces"));
+                                  "plug-in \"b.so\": no entry point AutoCli_RegisterNamespaces",
+                                  "plug-in \"d.so\": name \"twice\" is taken"));
   EXPECT_TRUE(root_->HasNamespaceNode("half")) << "what was registered before the failure stays";
   EXPECT_TRUE(root_->HasNamespaceNode("good"));
 }
