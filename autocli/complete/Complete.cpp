@@ -108,7 +108,7 @@ class Completer {
     if (!word_.empty()) OfferAbsent(*globals_, *call_.globals);
   }
 
-  /// The options of the specification that may still be given, required ones first.
+  /// The declared options that may still be given, required ones first.
   void OfferAbsent(const InputSpec& spec, const Input& given) {
     for (const bool required : {true, false}) {
       for (const auto& option : spec.GetParameters()) {
