@@ -19,23 +19,30 @@ void Populate(Store& store, const std::vector<HostInventory>& hosts) {
 }
 
 void MakeAnew(const std::vector<HostInventory>& hosts, bool force) {
-  Store& store = Store::ForProcess();
-  Transaction transaction(store);
-  if (!store.BringUpToDate() && !force) {
-    Fail("there is a lab at ", Quoted(store.GetPath()), " already; --force makes it anew");
+  {
+    Store& store = Store::ForProcess();
+    Transaction transaction(store);
+    const bool isNew = store.BringUpToDate() == Content::Nothing;
+    if (!isNew && !force) {
+      Fail("there is a lab at ", Quoted(store.GetPath()), " already; --force makes it anew");
+    }
+    if (isNew) RemoveRoots(store);
+    Populate(store, hosts);
+    // A rollback brings no files back, so the old hosts' go only when their rows are gone for good.
+    if (!isNew) store.NoteNewHosts();
+    transaction.Commit();
   }
-  Populate(store, hosts);
-  transaction.Commit();
-  RemoveRoots(store);
-  for (const HostInventory& host : hosts) LayOutRoot(store, host.name);
+  LabTransaction().Commit();
 }
 
 }  // namespace
 
 LabTransaction::LabTransaction() : store_(Store::ForProcess()), transaction_(store_) {
-  if (!store_.BringUpToDate()) return;
+  const Content content = store_.BringUpToDate();
+  if (content == Content::Lab) return;
   RemoveRoots(store_);
-  Populate(store_, {StandardHost("host1")});
+  if (content == Content::Nothing) Populate(store_, {StandardHost("host1")});
+  for (const Host& host : AllHosts(store_)) LayOutRoot(store_, host.name);
 }
 
 void InitLab(const std::vector<HostInventory>& hosts, bool force) {

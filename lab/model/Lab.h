@@ -10,7 +10,7 @@
 namespace lab {
 
 /// A transaction on the process's lab, which is made, with one standard host "host1", when the
-/// file is new.
+/// file is new. Files that the hosts of before have left to a lab that was made anew are removed.
 class LabTransaction {
  public:
   LabTransaction();
@@ -44,7 +44,8 @@ std::invoke_result_t<Work, Store&> InLab(const Work& work) {
 
 /// Makes the process's lab with these hosts. An existing one is refused, or made anew by `force`;
 /// with `force` a file that is no usable lab is renamed to "FILE.old" first.
-/// Throws KorelCtlException; an existing lab is then as it was.
+/// Throws KorelCtlException; an existing lab is then as it was, or, when only the files of the
+/// hosts of before are still in the way, made anew by whoever uses it next.
 void InitLab(const std::vector<HostInventory>& hosts, bool force);
 
 }  // namespace lab

@@ -15,10 +15,17 @@ namespace {
 
 constexpr int kBusyTimeoutMs = 10'000;
 constexpr int kNewestVersion = static_cast<int>(kMigrations.size());
+// Programs that do not know of it refuse the file, rather than take the old hosts' files for the
+// new hosts'.
+constexpr int kVersionWithNewHosts = -kNewestVersion;
 
 std::unique_ptr<Store>& ProcessStore() {
   static std::unique_ptr<Store> store;
   return store;
+}
+
+void SetVersion(Store& store, int version) {
+  store.GetDatabase().exec("PRAGMA user_version = " + std::to_string(version));
 }
 
 [[noreturn]] void ThrowActionable(const SQLite::Exception& failure, const std::string& path) {
@@ -81,26 +88,31 @@ void Store::Keep(std::unique_ptr<SQLite::Statement> statement) noexcept {
   }
 }
 
-int Store::GetVersion() { return database_->execAndGet("PRAGMA user_version").getInt(); }
+int Store::GetVersion() {
+  Rows rows = Query(*this, "PRAGMA user_version");
+  rows.executeStep();
+  return rows.getColumn(0).getInt();
+}
 
-bool Store::BringUpToDate() {
-  if (isKnownToBeCurrent_) return false;
+Content Store::BringUpToDate() {
+  // Read each time: another process may have made the lab anew since.
   const int version = GetVersion();
-  if (version > kNewestVersion || version < 0) {
+  if (version == kNewestVersion) return Content::Lab;
+  const bool hasNewHosts = version == kVersionWithNewHosts;
+  if ((version > kNewestVersion || version < 0) && !hasNewHosts) {
     throw UnusableLab("the lab " + Quoted(path_) + " is of version " + std::to_string(version) +
                       ", newer than this program knows (" + std::to_string(kNewestVersion) + ")" +
                       HowToReplace(path_));
   }
-  // Only what was read is known to last: a migration may yet be rolled back.
-  isKnownToBeCurrent_ = version == kNewestVersion;
-  if (isKnownToBeCurrent_) return false;
-  for (int from = version; from < kNewestVersion; ++from) {
+  for (int from = hasNewHosts ? kNewestVersion : version; from < kNewestVersion; ++from) {
     database_->exec(kMigrations.at(static_cast<std::size_t>(from)));
   }
   database_->exec("PRAGMA application_id = " + std::to_string(kApplicationId));
-  database_->exec("PRAGMA user_version = " + std::to_string(kNewestVersion));
-  return version == 0;
+  SetVersion(*this, kNewestVersion);
+  return hasNewHosts ? Content::NewHosts : version == 0 ? Content::Nothing : Content::Lab;
 }
+
+void Store::NoteNewHosts() { SetVersion(*this, kVersionWithNewHosts); }
 
 Transaction::Transaction(Store& store) : store_(store) {
   Execute(store_, MayChange() ? "BEGIN IMMEDIATE" : "BEGIN");

@@ -12,6 +12,13 @@ class Statement;
 
 namespace lab {
 
+/// What there is in a lab file.
+enum class Content {
+  Lab,
+  NewHosts,  ///< a lab that was made anew, beside files of the hosts of before
+  Nothing,
+};
+
 /// One open lab file.
 class Store {
  public:
@@ -38,15 +45,16 @@ class Store {
 
   /// The schema's version: 0 for a new file.
   int GetVersion();
-  /// Within a transaction: takes the schema to the newest version. True when the file was new.
-  /// Throws UnusableLab when the file is newer than this library.
-  bool BringUpToDate();
+  /// Within a transaction: takes the schema to the newest version. Says what was there, and from
+  /// then on it is a lab. Throws UnusableLab when the file is newer than this library.
+  Content BringUpToDate();
+  /// Within a transaction: whoever comes next finds NewHosts.
+  void NoteNewHosts();
 
  private:
   std::string path_;
   std::unique_ptr<SQLite::Database> database_;
   std::map<std::string, std::unique_ptr<SQLite::Statement>> idle_;  ///< by their SQL
-  bool isKnownToBeCurrent_ = false;
 };
 
 /// A transaction that no other process can come between; undone unless it is committed.
