@@ -118,14 +118,19 @@ void MakeDirectoryOf(const std::string& path) {
 }
 
 void SetAside(const std::string& path) {
+  const std::string old = path + ".old";
   // The journals go first: one that stayed behind would be played into the new file.
-  for (const char* suffix : {"-journal", "-wal", "-shm", ""}) {
+  constexpr std::array kSuffixes = {"-journal", "-wal", "-shm", ""};
+  // Those of an earlier one do, too. Without a file beside them, they are this one's, from a run
+  // that was stopped here.
+  if (access(old.c_str(), F_OK) == 0) {
+    for (const char* suffix : kSuffixes) std::remove((old + suffix).c_str());
+  }
+  for (const char* suffix : kSuffixes) {
     const std::string from = path + suffix;
-    const std::string to = path + ".old" + suffix;
-    if (std::rename(from.c_str(), to.c_str()) != 0) {
-      if (errno != ENOENT)
-        Fail("cannot rename ", Quoted(from), " to ", Quoted(to), ": ", ErrnoText());
-      std::remove(to.c_str());
+    const std::string to = old + suffix;
+    if (std::rename(from.c_str(), to.c_str()) != 0 && errno != ENOENT) {
+      Fail("cannot rename ", Quoted(from), " to ", Quoted(to), ": ", ErrnoText());
     }
   }
 }
