@@ -1,0 +1,169 @@
+// Preloaded into a program and all that it starts: counts the calls by which they change files in
+// one folder, and kills them all before one of these calls, or lets it fail.
+//   PROOF_FOLDER   the folder; calls on other files are neither counted nor touched
+//   PROOF_COUNTS   a file of numbers of 64 bits: how many calls there were, how many steps were
+//                  completed, and how many calls there had been behind each of the steps. A step is
+//                  an operation that has its line in the call log, or a file in place of another.
+//   PROOF_AT       the number of the call to strike at, from 1; 0: none
+//   PROOF_ERROR    the errno value to fail it with; 0: kill
+//   PROOF_ONWARD   1: all calls behind it fail too
+//   PROOF_TORN     1: a write that is struck writes half of its bytes first
+//   PROOF_SEED     where random numbers start. The time stands still, so that runs can be repeated.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <functional>
+#include <random>
+#include <string>
+#include <type_traits>
+
+namespace {
+
+using Counts = std::atomic<std::int64_t>;
+
+std::string Text(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+std::int64_t Number(const char* name) { return std::atoll(Text(name).c_str()); }
+
+Counts* SharedCounts() {
+  // Not by open(), which would ask for the plan that is being made.
+  const std::string path = Text("PROOF_COUNTS");
+  const auto file = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path.c_str(), O_RDWR));
+  void* page = mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+  if (page == MAP_FAILED) std::abort();
+  close(file);
+  return static_cast<Counts*>(page);
+}
+
+struct Plan {
+  std::string folder = Text("PROOF_FOLDER") + "/";
+  std::string calls = Text("KOREL_LAB_CALLS");
+  std::int64_t at = Number("PROOF_AT");
+  int error = static_cast<int>(Number("PROOF_ERROR"));
+  bool isOnward = Number("PROOF_ONWARD") != 0;
+  bool isTorn = Number("PROOF_TORN") != 0;
+  Counts* counts = SharedCounts();
+
+  bool Watches(const std::string& path) const { return (path + "/").starts_with(folder); }
+  bool IsStruck(std::int64_t number) const {
+    return at != 0 && (number == at || (isOnward && number > at));
+  }
+};
+
+const Plan& ThePlan() {
+  static const Plan plan;
+  return plan;
+}
+
+std::string PathOf(int file) {
+  char path[4096];
+  const auto size = readlink(("/proc/self/fd/" + std::to_string(file)).c_str(), path, sizeof path);
+  return {path, size < 0 ? 0 : static_cast<std::size_t>(size)};
+}
+std::string PathOf(int folder, const char* name) {
+  return folder == AT_FDCWD || *name == '/' ? name : PathOf(folder) + "/" + name;
+}
+
+template <typename Result = int, typename... Args>
+Result Real(const char* call, Args... args) {
+  return reinterpret_cast<Result (*)(Args...)>(dlsym(RTLD_NEXT, call))(args...);
+}
+
+/// The call, which changes the file at `path`; without arguments it has nothing to do.
+template <typename Result = int, typename... Args>
+Result Change(const char* call, const std::string& path, Args... args) {
+  const Plan& plan = ThePlan();
+  if (plan.Watches(path) && plan.IsStruck(++plan.counts[0])) {
+    if (plan.error == 0) kill(0, SIGKILL);
+    errno = plan.error;
+    return std::is_pointer_v<Result> ? Result() : Result(-1);
+  }
+  Result result{};
+  if constexpr (sizeof...(args) > 0) result = Real<Result>(call, args...);
+  const bool isPlaced = std::string(call).starts_with("rename") && path.ends_with(".conf");
+  if (path == plan.calls || isPlaced) plan.counts[1 + ++plan.counts[1]] = +plan.counts[0];
+  return result;
+}
+
+template <typename... Place>
+ssize_t Write(const char* call, int file, const void* data, std::size_t size, Place... place) {
+  const Plan& plan = ThePlan();
+  const std::string path = PathOf(file);
+  if (plan.isTorn && plan.Watches(path) && plan.counts[0] + 1 == plan.at) {
+    Real<ssize_t>(call, file, data, size / 2, place...);
+  }
+  return Change<ssize_t>(call, path, file, data, size, place...);
+}
+
+int Open(const char* call, const char* path, int flags, mode_t mode) {
+  const bool changes = (flags & (O_CREAT | O_TRUNC)) != 0;
+  return changes ? Change(call, path, path, flags, mode) : Real(call, path, flags, mode);
+}
+
+}  // namespace
+
+extern "C" {
+
+// By labels, for the headers declare them with words to follow.
+int Open32(const char* path, int flags, mode_t mode) __asm__("open");
+int Open32(const char* path, int flags, mode_t mode) { return Open("open", path, flags, mode); }
+int Open64(const char* path, int flags, mode_t mode) __asm__("open64");
+int Open64(const char* path, int flags, mode_t mode) { return Open("open64", path, flags, mode); }
+FILE* fopen64(const char* path, const char* mode) {
+  return *mode == 'r' ? Real<FILE*>("fopen64", path, mode)
+                      : Change<FILE*>("fopen64", path, path, mode);
+}
+ssize_t write(int file, const void* data, size_t size) { return Write("write", file, data, size); }
+ssize_t pwrite64(int file, const void* data, size_t size, off64_t place) {
+  return Write("pwrite64", file, data, size, place);
+}
+ssize_t writev(int file, const iovec* pieces, int count) {
+  return Change<ssize_t>("writev", PathOf(file), file, pieces, count);
+}
+int ftruncate64(int file, off64_t size) noexcept {
+  return Change("ftruncate64", PathOf(file), file, size);
+}
+// Programs are killed here, not the machine: what was written is there.
+int fsync(int file) { return Change("fsync", PathOf(file)); }
+int fdatasync(int file) { return Change("fdatasync", PathOf(file)); }
+int unlink(const char* path) noexcept { return Change("unlink", path, path); }
+int remove(const char* path) noexcept { return Change("remove", path, path); }
+int unlinkat(int folder, const char* name, int flags) noexcept {
+  return Change("unlinkat", PathOf(folder, name), folder, name, flags);
+}
+int rename(const char* from, const char* to) noexcept { return Change("rename", to, from, to); }
+int renameat(int source, const char* from, int folder, const char* to) noexcept {
+  return Change("renameat", PathOf(folder, to), source, from, folder, to);
+}
+int renameat2(int source, const char* from, int folder, const char* to, unsigned flags) noexcept {
+  return Change("renameat2", PathOf(folder, to), source, from, folder, to, flags);
+}
+int mkdir(const char* path, mode_t mode) noexcept { return Change("mkdir", path, path, mode); }
+int fchmodat(int folder, const char* name, mode_t mode, int flags) noexcept {
+  return Change("fchmodat", PathOf(folder, name), folder, name, mode, flags);
+}
+
+time_t time(time_t*) noexcept { return 1'800'000'000; }
+int gettimeofday(timeval* now, void*) noexcept { return *now = {time(nullptr), 0}, 0; }
+ssize_t getrandom(void* data, size_t size, unsigned) {
+  static std::minstd_rand random(static_cast<unsigned>(Number("PROOF_SEED")));
+  std::generate_n(static_cast<unsigned char*>(data), size, std::ref(random));
+  return static_cast<ssize_t>(size);
+}
+
+}  // extern "C"

@@ -1,0 +1,145 @@
+"""Kills every command before each call that changes a file, and lets each of these calls fail.
+
+  crash.py BIN SHIM KILLS FAILURES [SEED]
+
+A case is a line of every-command.batch, one of its calls, and how that is struck. KILLS and
+FAILURES are how many to try, or "all". Of fewer than there are the seed picks; beyond all, cases
+come again, and the next command is killed too. Behind each an error is one line, the next command
+works, the lab file is sound, and rows and host files are those from before the line or from behind
+a step of the undisturbed line. What did nothing does all its work when it is repeated."""
+
+import collections
+import concurrent.futures
+import errno
+import os
+import pathlib
+import random
+import shlex
+import shutil
+import sqlite3
+import subprocess
+import sys
+import tempfile
+
+BIN, SHIM, KILLS, FAILURES = sys.argv[1:5]
+CHANCE = random.Random(SEED := int((sys.argv[5:] or [random.randrange(10**6)])[0]))
+BATCH = pathlib.Path(__file__).parent.parent / "e2e" / "every-command.batch"
+KILLING = [{"torn": torn} for torn in (0, 1)]
+FAILING = [{"error": error, "onward": onward, "torn": onward} for onward in (0, 1)
+           for error in (errno.ENOSPC, errno.EIO, errno.EROFS)]
+
+
+def run(folder, text, seed=0, host="host1", **strike):
+    """Runs the line in the folder's lab. Returns what came of it, and what the shim counted."""
+    (folder / "counts").write_bytes(bytes(4096))
+    environment = {
+        "PATH": os.environ["PATH"], "KOREL_LAB": f"{folder}/lab/lab.db", "KOREL_LAB_HOST": host,
+        "KOREL_LAB_CALLS": f"{folder}/calls", "LD_PRELOAD": SHIM, "PROOF_FOLDER": f"{folder}/lab",
+        "PROOF_COUNTS": f"{folder}/counts", "PROOF_SEED": str(seed)}
+    environment |= {f"PROOF_{name.upper()}": str(value) for name, value in strike.items()}
+    done = subprocess.run([f"{BIN}/autocli", *shlex.split(text)], env=environment, text=True,
+                          capture_output=True, check=False, start_new_session=True)
+    return done, memoryview((folder / "counts").read_bytes()).cast("q").tolist()
+
+
+def state(lab):
+    """All rows and the hosts' files, or what is not sound. Left out: what is unfinished under a
+    name of its own and overwritten the next time, the root of a host that was not added after all,
+    which is as a fresh host's, and the daemon's log."""
+    database = sqlite3.connect(lab / "lab.db")
+    names = database.execute("SELECT name FROM sqlite_schema WHERE type = 'table'").fetchall()
+    questions = ["PRAGMA integrity_check", "PRAGMA foreign_key_check", "PRAGMA user_version"]
+    questions += [f"SELECT * FROM {name}" for name, in names]
+    found = {question: database.execute(question).fetchall() for question in questions}
+    database.close()
+    assert (found[questions[0]], found[questions[1]]) == ([("ok",)], []), found
+    for host in found["SELECT * FROM hosts"]:
+        found |= {path.relative_to(lab): (path.stat().st_mode, path.read_bytes())
+                  for path in (lab / "lab.db.root" / host[1]).rglob("*")
+                  if path.is_file() and path.suffix not in (".new", ".daemon", ".log")}
+    return found
+
+
+class Line:
+    """A line, the lab that it begins with, and what it does when it is left alone."""
+
+    def __init__(self, folder, text, number):
+        self.text, self.number, self.lab = text, number, folder / f"lab{number}"
+        shutil.copytree(folder / "lab", self.lab)
+        done, (self.calls, steps, *behind) = run(folder, text, number)
+        assert done.returncode == 0, done
+        self.states = [state(self.lab), state(folder / "lab")]
+        # What is there behind a step is there when the next call is not made any more.
+        for at in set(behind[:steps]) - {self.calls}:
+            with self.fresh(folder) as place:
+                run(pathlib.Path(place), text, number, at=at + 1)
+                self.states.append(state(pathlib.Path(place, "lab")))
+
+    def fresh(self, folder):
+        """A folder with the lab that the line begins with."""
+        place = tempfile.TemporaryDirectory(dir=folder)
+        shutil.copytree(self.lab, place.name + "/lab")
+        return place
+
+    def check(self, place, again=0, **strike):
+        """Strikes. Returns which state was met."""
+        done, _ = run(place, self.text, self.number, **strike)
+        errors = [line[:7] for line in done.stderr.splitlines()]
+        allowed = {0: [], 1: ["error: "]} if "error" in strike else {-9: []}
+        assert allowed.get(done.returncode) == errors, done
+        if again:
+            run(place, "lab show", at=again)
+        following, _ = run(place, "lab show")
+        assert (following.returncode, following.stderr) == (0, ""), following
+        before, after, *_ = self.states
+        met = state(place / "lab")
+        assert met in (self.states if done.returncode else [after]), ("half a state", done)
+        repeated, _ = run(place, self.text, self.number)
+        assert repeated.returncode in (0, 1), repeated
+        assert met != before or state(place / "lab") == after, ("repeated in vain", repeated)
+        return "before" if met == before else "after" if met == after else "between"
+
+
+def prepare(folder):
+    """The lines, each with the lab that those before it have made."""
+    (folder / "lab").mkdir()
+    for number, host in enumerate(("host2", "host3")):
+        run(folder, f"lab host add --name {host}", number)
+    run(folder, "korel cluster new", 2, "host2")
+    database = sqlite3.connect(folder / "lab" / "lab.db")
+    (cluster,), = database.execute("SELECT uuid FROM clusters")
+    run(folder, f"korel cluster join -u {cluster}", 3, "host3")
+    texts = BATCH.read_text().replace("CLUSTER", cluster).splitlines()
+    return [Line(folder, text, number) for number, text in enumerate(texts, 4) if text[0] != "#"]
+
+
+def strike(folder, lines, kinds, count):
+    """Tries that many cases; returns what went wrong."""
+    cases = [(line, {"at": at, **kind})
+             for line in lines for kind in kinds for at in range(1, line.calls + 1)]
+    count = len(cases) if count == "all" else int(count)
+    CHANCE.shuffle(cases)
+    more = [(line, {"again": CHANCE.randrange(1, 12), **case})
+            for line, case in CHANCE.choices(cases, k=max(0, count - len(cases)))]
+    met, faults = [], []
+
+    def attempt(line, case):
+        try:
+            with line.fresh(folder) as place:
+                met.append(line.check(pathlib.Path(place), **case))
+        except (AssertionError, sqlite3.Error) as fault:
+            faults.append(f"{line.text} {case}: {fault}"[:1000])
+
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        list(pool.map(attempt, *zip(*(cases[:count] + more))))
+    tried = f"{count} {'failures' if kinds == FAILING else 'kills'} of {len(cases)} cases:"
+    print(tried, dict(collections.Counter(met)), f"wrong: {len(faults)}", flush=True)
+    return faults
+
+
+with tempfile.TemporaryDirectory() as name:
+    every = prepare(pathlib.Path(name))
+    print(f"seed {SEED}: {len(every)} lines, {sum(line.calls for line in every)} calls", flush=True)
+    wrong = [fault for kinds, count in ((KILLING, KILLS), (FAILING, FAILURES))
+             for fault in strike(pathlib.Path(name), every, kinds, count)]
+    sys.exit("\n".join(wrong[:20]) or 0)
