@@ -40,6 +40,20 @@ void AppendList(std::string& out, const MetaList& list) {
   out += list.GetElements().empty() ? "[]" : "]";
 }
 
+/// JSON may hold DEL and the C1 control characters as they are, but a terminal would obey them.
+void AppendWithoutControls(std::string& out, std::string_view json) {
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(json[i]);
+    const bool isC1 = byte == 0xc2 && static_cast<unsigned char>(json[i + 1]) < 0xa0;
+    if (isC1 || byte == 0x7f) {
+      fmt::format_to(std::back_inserter(out), "\\u{:04x}",
+                     isC1 ? static_cast<unsigned char>(json[++i]) : byte);
+    } else {
+      out += json[i];
+    }
+  }
+}
+
 }  // namespace
 
 void AppendJsonString(std::string& out, std::string_view text) {
@@ -52,7 +66,7 @@ void AppendJsonString(std::string& out, std::string_view text) {
     return;
   }
   using Json = nlohmann::ordered_json;
-  out += Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+  AppendWithoutControls(out, Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void AppendJson(std::string& out, const MetaObject& value) {

@@ -7,7 +7,8 @@
 
 namespace autocli {
 
-/// Appends `text` as a JSON string; bytes that are no valid UTF-8 become U+FFFD.
+/// Appends `text` as a JSON string, control characters as escapes; bytes that are no valid UTF-8
+/// become U+FFFD.
 void AppendJsonString(std::string& out, std::string_view text);
 
 /// Appends the value as JSON, records with all their fields in order; unset values are null.

@@ -113,6 +113,8 @@ TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
   EXPECT_EQ(Shown("simple", hostile, hints), "\\x1b\n   a\\x1b: v\\xff \\x07\n");
   EXPECT_EQ(Shown("table", hostile, hints), "a\\x1b\n----------\nv\\xff \\x07\n");
   EXPECT_EQ(Shown("json", hostile, hints), "{\"a\\u001b\":\"v\xef\xbf\xbd\"}");
+  EXPECT_EQ(Shown("json", MetaString::New("\x7f\xc2\x80\xc2\x9f\xc2\xa0")),
+            "\"\\u007f\\u0080\\u009f\xc2\xa0\"");
 }
 
 TEST(FormatTest, LargeResultsGoOutInLargePieces) {
