@@ -53,9 +53,10 @@ View::View(const MetaObject& declared, const Hints& hints, const std::vector<std
   hasRecords_ = true;
   ReadHeader(*record, HintOf(hints, "header:" + record->GetTypeName()));
   dataColumns_ = ColumnsNamed(*record, hints, picked.empty() ? AllNames(*record) : picked);
-  if (picked.empty()) {
-    columns_ =
-        ColumnsNamed(*record, hints, SplitNames(HintOf(hints, "fields:" + record->GetTypeName())));
+  const std::string hinted = HintOf(hints, "fields:" + record->GetTypeName());
+  // No hint is not a hint at the field without a name.
+  if (picked.empty() && !hinted.empty()) {
+    columns_ = ColumnsNamed(*record, hints, SplitNames(hinted));
   }
   if (columns_.empty()) columns_ = dataColumns_;
 }

@@ -55,6 +55,7 @@ TEST(FormatTest, TableColumnsLineUp) {
 }
 
 TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
+  const auto nameless = Structure("T", {{"a", MetaType::Int}, {"", MetaType::Int}});
   const auto outer = MetaStruct::New("Outer");
   outer->SetField("Inner", Disk("a", 1, true, {"\x1b"}));
   const auto rack = MetaStruct::New("Rack");
@@ -78,6 +79,7 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
       {"csv", Disks({}), "Name,Size,Fast,Tags\n"},
       {"json", Disks({}), "[]"},
       {"json", MetaStruct::New("Empty"), "{}"},
+      {"csv", nameless, "a,\n,\n"},
       {"simple", outer,
        "Inner: {\"Name\":\"a\",\"Size\":1,\"Fast\":true,\"Tags\":[\"\\u001b\"]}\n"},
   };
