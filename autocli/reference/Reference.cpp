@@ -146,7 +146,8 @@ int RunReference(const ToolCall& call) {
                       call.err);
   }
   std::vector<Fault> faults;
-  for (const std::string& fault : FaultsOf(call.plugins)) faults.push_back({FaultKind::Plugin, fault});
+  for (const std::string& fault : FaultsOf(call.plugins))
+    faults.push_back({FaultKind::Plugin, fault});
   std::vector<Page> pages;
   AddPages(*call.root, "", pages, faults);
   for (const auto& [file, text] : DocumentsOf(pages, kind)) {
