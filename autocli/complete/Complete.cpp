@@ -105,7 +105,7 @@ class Completer {
   /// Options that every line takes are in nobody's way until a hyphen asks for them.
   void OfferOptions() {
     if (call_.specs.input && !call_.IsQuestion()) OfferAbsent(*call_.specs.input, *call_.input);
-    if (!word_.empty()) OfferAbsent(*globals_, *call_.globals);
+    if (!word_.empty()) OfferAbsent(GlobalOptions(), *call_.globals);
   }
 
   /// The declared options that may still be given, required ones first.
@@ -181,7 +181,8 @@ class Completer {
   /// The option of the command, or of every line, that has this name; null without one.
   const ParameterSpec* Find(const std::string& (ParameterSpec::*name)() const,
                             const std::string& text) const {
-    for (const InputSpec* spec : {call_.specs.input.get(), globals_.get()}) {
+    const InputSpec* own = call_.specs.input.get();
+    for (const InputSpec* spec : {own, &GlobalOptions()}) {
       if (spec == nullptr) continue;
       for (const auto& option : spec->GetParameters()) {
         if ((*option.*name)() == text) return option.get();
@@ -200,7 +201,6 @@ class Completer {
   const std::shared_ptr<Namespace>& root_;
   const Call call_;
   const std::string word_;
-  const std::shared_ptr<InputSpec> globals_ = GlobalOptions();
   std::vector<Candidate> found_;
 };
 

@@ -39,9 +39,7 @@ std::shared_ptr<ParameterSpec> Choice(const char* name, const std::vector<std::s
   return option;
 }
 
-}  // namespace
-
-std::shared_ptr<InputSpec> GlobalOptions() {
+std::shared_ptr<InputSpec> MakeGlobalOptions() {
   auto options = InputSpec::New();
   options->AddParameter(
       Choice("formatter", FormatterNames(),
@@ -59,6 +57,13 @@ std::shared_ptr<InputSpec> GlobalOptions() {
                                "Write the commands below a path as one JSON document."));
   options->AddParameter(Option("version", ParameterType::Flag, "Say which version this is."));
   return options;
+}
+
+}  // namespace
+
+const InputSpec& GlobalOptions() {
+  static const std::shared_ptr<InputSpec> options = MakeGlobalOptions();
+  return *options;
 }
 
 CommandSpec* Call::GetCommand() const {
@@ -163,7 +168,7 @@ Call ReadCall(const std::shared_ptr<Namespace>& root, const std::vector<std::str
   call.input = Input::New();
 
   OptionReader reader(words);
-  reader.Declare(*GlobalOptions(), call.globals);
+  reader.Declare(GlobalOptions(), call.globals);
   while (const auto word = reader.NextWord()) {
     if (call.isPathSound && call.tool == nullptr) Follow(call, reader, *word);
   }
@@ -182,7 +187,7 @@ Call ReadCall(const std::shared_ptr<Namespace>& root, const std::vector<std::str
 bool AsksForVersionFirst(const std::vector<std::string>& words) {
   const auto globals = Input::New();
   OptionReader reader(words);
-  reader.Declare(*GlobalOptions(), globals);
+  reader.Declare(GlobalOptions(), globals);
   reader.NextWord();
   return globals->HasParameter("version") && !globals->HasParameter("help") &&
          !globals->HasParameter("describe") && reader.GetFaults().empty();

@@ -13,7 +13,7 @@ namespace autocli {
 
 /// The options that every command line takes: --formatter, --fields, --no-header, --color, --help,
 /// --describe, --version.
-std::shared_ptr<Corvex::CallSpec::InputSpec> GlobalOptions();
+const Corvex::CallSpec::InputSpec& GlobalOptions();
 
 /// A command line as it was understood.
 struct Call {

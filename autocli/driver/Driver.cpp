@@ -31,7 +31,7 @@ std::string HelpFor(const Call& call, const Style& style) {
     return CommandHelp(Explained(*command, call.specs, call.path), style);
   }
   const auto& space = static_cast<const Namespace&>(*call.node);
-  return call.path.empty() ? RootHelp(space, *GlobalOptions(), Tools(), style)
+  return call.path.empty() ? RootHelp(space, GlobalOptions(), Tools(), style)
                            : NamespaceHelp(space, call.path, style);
 }
 

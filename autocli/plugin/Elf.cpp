@@ -11,6 +11,10 @@
 #include <string_view>
 #include <vector>
 
+/// The linker's name for the header of the file that this code is in: of the right machine,
+/// whichever that is.
+extern "C" __attribute__((visibility("hidden"))) const ElfW(Ehdr) __ehdr_start;
+
 namespace autocli {
 
 namespace {
@@ -28,20 +32,10 @@ bool IsInside(std::size_t offset, std::size_t size, std::size_t fileSize) {
   return offset <= fileSize && size <= fileSize - offset;
 }
 
-/// The program that asks is of the right machine, whichever that is.
-FileHeader OwnHeader() {
-  FileHeader header{};
-  const int self = open("/proc/self/exe", O_RDONLY | O_CLOEXEC);
-  if (self < 0) return header;
-  if (!ReadAt(self, 0, &header, 1)) header = {};
-  close(self);
-  return header;
-}
-
 bool IsForThisMachine(const FileHeader& header) {
-  const FileHeader own = OwnHeader();
-  return header.e_ident[EI_CLASS] == own.e_ident[EI_CLASS] &&
-         header.e_ident[EI_DATA] == own.e_ident[EI_DATA] && header.e_machine == own.e_machine;
+  return header.e_ident[EI_CLASS] == __ehdr_start.e_ident[EI_CLASS] &&
+         header.e_ident[EI_DATA] == __ehdr_start.e_ident[EI_DATA] &&
+         header.e_machine == __ehdr_start.e_machine;
 }
 
 std::string SegmentProblem(int file, const FileHeader& header, std::size_t fileSize) {

@@ -56,7 +56,7 @@ void AddProgram(Page& page) {
   }
   page.blocks.push_back({"Tools", false, "", tools, ""});
   page.blocks.push_back({"Global options", false, "They are also taken behind the path.",
-                         Terms(Explained(*GlobalOptions())), ""});
+                         Terms(Explained(GlobalOptions())), ""});
   page.blocks.push_back(
       {"Environment",
        false,

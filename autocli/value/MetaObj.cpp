@@ -5,6 +5,10 @@
 
 namespace Corvex::MetaObj {
 
+namespace {
+constexpr std::size_t kUsualFields = 8;
+}  // namespace
+
 std::shared_ptr<MetaBool> MetaBool::New(std::optional<bool> value) {
   return std::make_shared<MetaBool>(value);
 }
@@ -47,6 +51,7 @@ void MetaStruct::SetField(const std::string& name, MetaObjectPtr value) {
   if (field != fields_.end()) {
     field->value = std::move(value);
   } else {
+    if (fields_.empty()) fields_.reserve(kUsualFields);
     fields_.push_back({name, std::move(value)});
   }
 }
