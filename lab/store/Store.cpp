@@ -29,9 +29,19 @@ constexpr int kNewestVersion = static_cast<int>(kMigrations.size());
 // new hosts'.
 constexpr int kVersionWithNewHosts = -kNewestVersion;
 
+/// Not closed when the process ends: that drops its locks, and there is nothing else to be done.
 std::unique_ptr<Store>& ProcessStore() {
-  static std::unique_ptr<Store> store;
+  static auto& store = *new std::unique_ptr<Store>;
   return store;
+}
+
+/// The library counts no memory, which takes a lock for each piece of it, and leaves one connection
+/// to one thread.
+int OpenFlags() {
+  static const int configured = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+  static_cast<void>(configured);
+  return SQLITE_OPEN_NOMUTEX |
+         (MayChange() ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE : SQLite::OPEN_READONLY);
 }
 
 void SetVersion(Store& store, int version) {
@@ -64,9 +74,7 @@ void SetVersion(Store& store, int version) {
 Store::Store(std::string path) : path_(std::move(path)) {
   if (MayChange()) MakeDirectoryOf(path_);
   HoldsLab(path_);
-  const int access =
-      MayChange() ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE : SQLite::OPEN_READONLY;
-  database_ = std::make_unique<SQLite::Database>(path_, access);
+  database_ = std::make_unique<SQLite::Database>(path_, OpenFlags());
   sqlite3_busy_handler(database_->getHandle(), WaitForTurn, nullptr);
   sqlite3_db_config(database_->getHandle(), SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
   database_->exec("PRAGMA synchronous = EXTRA");
@@ -125,6 +133,13 @@ Content Store::BringUpToDate() {
 
 void Store::NoteNewHosts() { SetVersion(*this, kVersionWithNewHosts); }
 
+bool Store::HasChanged() {
+  sqlite3_file* journal = nullptr;
+  const int known = sqlite3_file_control(
+      database_->getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, static_cast<void*>(&journal));
+  return known != SQLITE_OK || journal->pMethods != nullptr;
+}
+
 Transaction::Transaction(Store& store) : store_(store) {
   Execute(store_, MayChange() ? "BEGIN IMMEDIATE" : "BEGIN");
 }
@@ -134,7 +149,8 @@ Transaction::~Transaction() {
 }
 
 void Transaction::Commit() {
-  Execute(store_, "COMMIT");
+  // Without a change a rollback is the same, and takes fewer of the file's locks.
+  Execute(store_, store_.HasChanged() ? "COMMIT" : "ROLLBACK");
   isCommitted_ = true;
 }
 

@@ -48,6 +48,8 @@ class Store {
   /// Within a transaction: takes the schema to the newest version. Says what was there, and from
   /// then on it is a lab. Throws UnusableLab when the file is newer than this library.
   Content BringUpToDate();
+  /// Within a transaction: anything in the file is to change, for its journal was begun.
+  bool HasChanged();
   /// Within a transaction: whoever comes next finds NewHosts.
   void NoteNewHosts();
 
