@@ -9,7 +9,10 @@ namespace {
 
 /// Quotes the cell that begins at `start` of `out`, if it needs to be.
 void Quote(std::string& out, std::size_t start) {
-  if (out.find_first_of(",\"", start) == std::string::npos) return;
+  // One after the other, for that is quicker than looking for either.
+  if (out.find(',', start) == std::string::npos && out.find('"', start) == std::string::npos) {
+    return;
+  }
   const std::string cell = out.substr(start);
   out.resize(start);
   out += '"';

@@ -4,13 +4,28 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <iterator>
 
 namespace autocli {
 
 namespace {
 
-bool IsPlain(char c) { return c >= 0x20 && c < 0x7f; }
+/// How many bytes from the start on are printable ASCII. Nearly all are, so eight are looked at in
+/// one step.
+std::size_t PlainPrefix(std::string_view text) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  std::size_t size = 0;
+  for (; text.size() - size >= sizeof(kEach); size += sizeof(kEach)) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text.data() + size, sizeof(bytes));
+    // Raises the top bit of a byte below a blank, of DEL, and of one that has it anyway.
+    if (((bytes - 0x20 * kEach) | (bytes + kEach) | bytes) & (0x80 * kEach)) break;
+  }
+  while (size < text.size() && text[size] >= 0x20 && text[size] < 0x7f) ++size;
+  return size;
+}
 
 /// One code point, or one byte that begins none.
 struct Character {
@@ -48,8 +63,7 @@ void AppendCharacter(std::string& out, std::string_view bytes, utf8proc_int32_t 
 
 void AppendEscaped(std::string& out, std::string_view text) {
   while (!text.empty()) {
-    const auto plainEnd = std::find_if_not(text.begin(), text.end(), IsPlain);
-    const auto plain = static_cast<std::size_t>(plainEnd - text.begin());
+    const std::size_t plain = PlainPrefix(text);
     out.append(text.substr(0, plain));
     text.remove_prefix(plain);
     if (text.empty()) return;
@@ -66,8 +80,8 @@ std::string Escaped(std::string_view text) {
 }
 
 std::size_t CellWidth(std::string_view text) {
-  if (std::ranges::all_of(text, IsPlain)) return text.size();
-  std::size_t width = 0;
+  std::size_t width = PlainPrefix(text);
+  text.remove_prefix(width);
   while (!text.empty()) {
     const Character next = FirstOf(text);
     width += next.code < 0 ? 1 : static_cast<std::size_t>(utf8proc_charwidth(next.code));
