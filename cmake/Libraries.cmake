@@ -41,7 +41,7 @@ function(exporting_library target core map)
   add_library(${target} SHARED ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp)
   link_whole(${target} ${core})
   target_link_options(${target} PRIVATE LINKER:--version-script=${map} LINKER:-z,defs)
-  set_target_properties(${target} PROPERTIES PREFIX "" LINK_DEPENDS ${map} INSTALL_RPATH "$ORIGIN")
+  set_target_properties(${target} PROPERTIES PREFIX "" LINK_DEPENDS ${map})
 endfunction()
 
 # A plug-in of this tree, made by the rule that plug-ins elsewhere are made by, and of a static
@@ -50,8 +50,7 @@ endfunction()
 function(own_plugin target core)
   autocli_add_plugin(${target} ${ARGN})
   link_whole(${target} ${core})
-  set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PLUGIN_DIR}
-                                             INSTALL_RPATH "$ORIGIN/../..")
+  set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PLUGIN_DIR})
   # The framework refuses plug-ins that others than their owner could write.
   add_custom_command(TARGET ${target} POST_BUILD
                      COMMAND chmod go-w ${PLUGIN_DIR} $<TARGET_FILE:${target}>)
