@@ -1,5 +1,5 @@
 """Runs every command in one batch and holds each result against a JSON Schema that is made from
-what the command declares. Takes the folder of the programs."""
+what the command declares. What hints name has to be there. Takes the folder of the programs."""
 
 import json
 import os
@@ -38,9 +38,21 @@ def schema(output):
 
 def commands(node, path):
     if node["kind"] == "command":
-        yield path, schema(node["output"])
+        yield path, node
     for child in node.get("children", []):
         yield from commands(child, f"{path} {child['name']}".strip())
+
+
+def misnamed(path, command, options):
+    """What the command's hints name and nothing has; a hint for nothing would go unnoticed."""
+    fields = [f["name"] for f in command["output"].get("of", command["output"]).get("fields", [])]
+    for key, value in command["hints"].items():
+        kind, *named = key.split(":")
+        wanted = {"completes": named, "fields": value.split(","), "units": [key.split(".")[-1]],
+                  "header": value.split("%")[1::2]}.get(kind, [])
+        wrong = [name for name in wanted if name not in fields]
+        wrong += [name for name in value.split(",") if kind == "completes" and name not in options]
+        yield from (f"{path}: hint \"{key}\" names \"{name}\"" for name in wrong)
 
 
 with tempfile.TemporaryDirectory() as folder:
@@ -52,17 +64,20 @@ with tempfile.TemporaryDirectory() as folder:
     run("korel", "cluster", "join", "-u", cluster, host="host3")
     batch = run("batch", "-", "--keep-going", text=LINES.replace("CLUSTER", cluster))
 
-    schemas = dict(commands(json.loads(run("--describe").stdout), ""))
-    unmet = set(schemas)
+    tree = dict(commands(json.loads(run("--describe").stdout), ""))
+    options = {f"{path} --{option['long']}" for path, node in tree.items()
+               for option in node["parameters"]}
     faults = [batch.stderr] if batch.stderr else []
+    faults += [fault for path, node in tree.items() for fault in misnamed(path, node, options)]
+    unmet = set(tree)
     for document in map(json.loads, batch.stdout.splitlines()):
         if not document["ok"]:
             faults.append(f"line {document['line']}: {document['errors']}")
             continue
         unmet.discard(document["command"])
-        validator = jsonschema.Draft7Validator(schemas[document["command"]])
+        validator = jsonschema.Draft7Validator(schema(tree[document["command"]]["output"]))
         for error in validator.iter_errors(document["result"]):
             faults.append(f"line {document['line']}, {document['command']}: {error.message}")
     faults += [f"never ran: {path}" for path in sorted(unmet)]
-    print("\n".join(faults) or f"{len(schemas)} commands answered as declared")
+    print("\n".join(faults) or f"{len(tree)} commands answered as declared")
     sys.exit(1 if faults else 0)
