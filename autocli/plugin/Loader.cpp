@@ -14,6 +14,7 @@
 
 #include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Guard.h"
+#include "autocli/plugin/Restart.h"
 
 namespace autocli {
 
@@ -86,7 +87,8 @@ std::string PluginFolder() {
   return folder.empty() ? "" : folder.substr(0, folder.rfind('/')) + "/lib/autocli/plugins";
 }
 
-std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root) {
+std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root,
+                                char** arguments) {
   const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (file < 0) {
     if (errno == ENOENT) return {};
@@ -103,9 +105,15 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
     return {{folder, "", "cannot be listed"}};
   }
   std::vector<Plugin> plugins;
+  Restart restart(arguments);
   for (const std::string& name : PluginsIn(directory)) {
     Plugin plugin{fmt::format("{}/{}", folder, name), name, FileProblem(file, name)};
-    if (plugin.problem.empty()) plugin.problem = Load(plugin.path, root);
+    if (plugin.problem.empty()) plugin.problem = restart.ProblemOf(name);
+    if (plugin.problem.empty()) {
+      restart.Blame(name);
+      plugin.problem = Load(plugin.path, root);
+      restart.Blame("");
+    }
     plugins.push_back(std::move(plugin));
   }
   closedir(directory);

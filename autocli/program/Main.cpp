@@ -26,7 +26,7 @@ void KeepStandardStreamsTaken() {
   }
 }
 
-int RunWithPlugins(const std::vector<std::string>& arguments) {
+int RunWithPlugins(char** argv, const std::vector<std::string>& arguments) {
   FileSink out(STDOUT_FILENO);
   FileSink err(STDERR_FILENO);
   // Never taken down, node by node: the process ends and takes it along.
@@ -34,7 +34,7 @@ int RunWithPlugins(const std::vector<std::string>& arguments) {
   const bool hasWords = arguments.size() > 1;
   std::vector<Plugin> plugins;
   if (!hasWords || !AsksForVersionFirst({arguments.begin() + 1, arguments.end()})) {
-    plugins = LoadPlugins(PluginFolder(), root);
+    plugins = LoadPlugins(PluginFolder(), root, argv);
   }
   return Run(arguments, root, plugins, out, err);
 }
@@ -44,7 +44,7 @@ int RunWithPlugins(const std::vector<std::string>& arguments) {
 int Main(int argc, char** argv) {
   KeepStandardStreamsTaken();
   try {
-    return RunWithPlugins({argv, argv + argc});
+    return RunWithPlugins(argv, {argv, argv + argc});
   } catch (...) {
     // Nothing is left that could fail again, such as memory to be had.
     constexpr std::string_view kMessage = "error: the program ran out of what it needs to go on\n";

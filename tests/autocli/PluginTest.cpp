@@ -100,6 +100,28 @@ TEST_F(PluginTest, FilesThatOthersCouldHaveWrittenAreNotLoaded) {
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
 }
 
+TEST_F(PluginTest, OnesThatEndTheProgramAreLeftOut) {
+  for (const char* folder : {"/bin", "/lib", "/lib/autocli", "/lib/autocli/plugins"}) {
+    std::filesystem::create_directory(path_ + folder);
+  }
+  std::filesystem::copy(TEST_PROGRAM, path_ + "/bin");
+  std::filesystem::copy(TEST_LIBRARY, path_ + "/lib");
+  for (const std::string name : {"exit", "fpe", "good", "stack", "stacks", "throw"}) {
+    Put("lib/autocli/plugins/" + name + ".so", name == "good" ? good_ : Built("ending.so"));
+  }
+  const std::string line = path_ + "/bin/autocli --plugins --formatter csv --fields Name,Problem";
+  std::string output;
+  EXPECT_EQ(AutoCli_ShellCmd(line, output, ""), 3);
+  EXPECT_EQ(output,
+            "Name,Problem\n"
+            "exit.so,ended the program while it was loaded (exit)\n"
+            "fpe.so,ended the program while it was loaded (SIGFPE)\n"
+            "good.so,\n"
+            "stack.so,ended the program while it was loaded (SIGSEGV)\n"
+            "stacks.so,ended the program while it was loaded (SIGSEGV)\n"
+            "throw.so,ended the program while it was loaded (SIGABRT)\n");
+}
+
 class ShellCmdTest : public FolderTest {
  protected:
   std::string output_ = "old";

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace autocli {
+
+/// Sees that a plug-in which ends the program while it is loaded (an exception in a static
+/// initialiser, abort(), a memory fault, exit()) does not end it for the others. No exception
+/// passes the dynamic linker, so there is no going on: the program starts anew in its place, with
+/// the same arguments, and leaves the plug-in out. What was left out is handed on in a variable
+/// that counts only in the process that wrote it. When the object is gone, signals are as before,
+/// but for those that a plug-in took for itself. There is one at a time.
+class Restart {
+ public:
+  /// Without `arguments`, which end with a null as main() gets them, or with more rights than the
+  /// caller of the program has, nothing is done: such a plug-in ends the program.
+  explicit Restart(char** arguments);
+  ~Restart();
+  Restart(const Restart&) = delete;
+  Restart& operator=(const Restart&) = delete;
+
+  /// How the plug-in ended this process when it was loaded before; empty when it did not.
+  std::string ProblemOf(const std::string& plugin) const;
+
+  /// From here on the plug-in is left out if the program ends. An empty name means none.
+  void Blame(const std::string& plugin);
+
+ private:
+  char** arguments_;
+  std::string list_;  ///< the variable, "NAME=PID" and "/SIGNALplug-in" for each
+  std::string next_;  ///< the same with the one that is being loaded
+  std::vector<char*> environment_;
+};
+
+}  // namespace autocli
