@@ -52,9 +52,13 @@ std::string FileProblem(int folder, const std::string& name) {
 }
 
 /// Loads the file and calls its entry point. Returns why that failed; empty when it did not.
-std::string Load(const std::string& path, std::shared_ptr<Namespace> root) {
+std::string Load(const std::string& path, std::shared_ptr<Namespace> root, Restart& restart) {
+  // By a pointer, for it is declared to throw nothing, and static initialisers may.
+  void* (*const volatile load)(const char*, int) = dlopen;
   // Never unloaded: the nodes that it registers hold its code.
-  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* library = nullptr;
+  const auto thrown = Guarded([&] { library = load(path.c_str(), RTLD_NOW | RTLD_LOCAL); });
+  if (thrown) restart.LeaveOut(*thrown);
   if (library == nullptr) return dlerror();
   auto* entryPoint = reinterpret_cast<EntryPoint*>(dlsym(library, kEntryPoint));
   if (entryPoint == nullptr) return fmt::format("no entry point {}", kEntryPoint);
@@ -111,7 +115,7 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
     if (plugin.problem.empty()) plugin.problem = restart.ProblemOf(name);
     if (plugin.problem.empty()) {
       restart.Blame(name);
-      plugin.problem = Load(plugin.path, root);
+      plugin.problem = Load(plugin.path, root, restart);
       restart.Blame("");
     }
     plugins.push_back(std::move(plugin));

@@ -1,9 +1,9 @@
 #include "autocli/plugin/Restart.h"
 
-#include <fmt/format.h>
 #include <sys/auxv.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <csignal>
@@ -15,14 +15,30 @@ namespace autocli {
 namespace {
 
 constexpr std::string_view kVariable = "AUTOCLI_LEFT_OUT=";
-constexpr std::array kSignals = {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV};
-constexpr std::size_t kDigits = 2;  // of a signal; 00 is exit()
+constexpr const char* kEnded = "ended the program while it was loaded: ";
+
+struct Ending {
+  int signal;  ///< 0: none
+  const char* name;
+};
+constexpr std::array<Ending, 6> kEndings = {{{SIGABRT, "SIGABRT"},
+                                             {SIGBUS, "SIGBUS"},
+                                             {SIGFPE, "SIGFPE"},
+                                             {SIGILL, "SIGILL"},
+                                             {SIGSEGV, "SIGSEGV"},
+                                             {0, "exit()"}}};
+constexpr std::size_t kSignals = kEndings.size() - 1;
+constexpr std::size_t kLongestName = 8;
+
+// Nothing that a file is called has a slash in it, but what is wrong with it may.
+constexpr char kSlash = '/';
+constexpr char kNoSlash = '\x1f';
 
 /// What a handler needs, prepared, for little can be called in one.
 struct Start {
   char** arguments;
   char** environment;
-  char* signal;  ///< the digits in the environment
+  char* name;  ///< of the ending, in the environment; there is room for the longest
 };
 
 /// While a plug-in is being loaded: how to start anew.
@@ -31,18 +47,18 @@ static_assert(decltype(nextStart)::is_always_lock_free);
 Start preparedStart;
 
 // How signals were before.
-std::array<struct sigaction, kSignals.size()> formerActions;
+std::array<struct sigaction, kSignals> formerActions;
 stack_t formerStack;
 sigset_t formerMask;
 
 void StartAnew(int signal);
 
 void TakeSignalsBack() {
-  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+  for (std::size_t i = 0; i < kSignals; ++i) {
     struct sigaction action {};
-    sigaction(kSignals[i], &formerActions[i], &action);
+    sigaction(kEndings[i].signal, &formerActions[i], &action);
     // A plug-in may have taken the signal for itself.
-    if (action.sa_handler != StartAnew) sigaction(kSignals[i], &action, nullptr);
+    if (action.sa_handler != StartAnew) sigaction(kEndings[i].signal, &action, nullptr);
   }
 }
 
@@ -51,8 +67,9 @@ void StartAnew(int signal) {
   const Start* start = nextStart.exchange(nullptr);
   TakeSignalsBack();
   if (start == nullptr) return;
-  start->signal[0] = static_cast<char>('0' + signal / 10);
-  start->signal[1] = static_cast<char>('0' + signal % 10);
+  for (const Ending& ending : kEndings) {
+    if (ending.signal == signal && start->name != nullptr) std::strcpy(start->name, ending.name);
+  }
   sigprocmask(SIG_SETMASK, &formerMask, nullptr);
   execve("/proc/self/exe", start->arguments, start->environment);
 }
@@ -70,8 +87,8 @@ void CatchSignals() {
   struct sigaction action {};
   action.sa_handler = StartAnew;
   action.sa_flags = SA_ONSTACK;
-  for (std::size_t i = 0; i < kSignals.size(); ++i) {
-    sigaction(kSignals[i], &action, &formerActions[i]);
+  for (std::size_t i = 0; i < kSignals; ++i) {
+    sigaction(kEndings[i].signal, &action, &formerActions[i]);
   }
   std::atexit(StartAnewAtExit);
 }
@@ -101,23 +118,35 @@ Restart::~Restart() {
 }
 
 std::string Restart::ProblemOf(const std::string& plugin) const {
-  for (std::size_t at = list_.find('/'); at < list_.size(); at = list_.find('/', at + 1)) {
-    const std::string entry = list_.substr(at + 1, list_.find('/', at + 1) - at - 1);
-    if (entry.size() < kDigits || entry.substr(kDigits) != plugin) continue;
-    const char* signal = sigabbrev_np(std::atoi(entry.substr(0, kDigits).c_str()));
-    return fmt::format("ended the program while it was loaded ({}{})",
-                       signal == nullptr ? "" : "SIG", signal == nullptr ? "exit" : signal);
-  }
-  return "";
+  const std::string entry = kSlash + plugin + kSlash;
+  const std::size_t at = list_.find(entry);
+  if (at == std::string::npos) return "";
+  const std::size_t start = at + entry.size();
+  std::string problem = list_.substr(start, list_.find(kSlash, start) - start);
+  std::ranges::replace(problem, kNoSlash, kSlash);
+  return problem;
 }
 
 void Restart::Blame(const std::string& plugin) {
   nextStart = nullptr;
+  plugin_ = plugin;
   if (arguments_ == nullptr || plugin.empty()) return;
-  next_ = list_ + "/00" + plugin;
+  next_ = list_ + kSlash + plugin + kSlash + kEnded + std::string(kLongestName, '\0');
   environment_[environment_.size() - 2] = next_.data();
-  preparedStart = {arguments_, environment_.data(), next_.data() + list_.size() + 1};
+  preparedStart = {arguments_, environment_.data(), next_.data() + next_.size() - kLongestName};
   nextStart = &preparedStart;
+}
+
+void Restart::LeaveOut(std::string problem) {
+  constexpr std::size_t kEnough = 10'000;  // of a text that the system limits
+  if (nextStart != nullptr) {
+    std::ranges::replace(problem, kSlash, kNoSlash);
+    next_ = list_ + kSlash + plugin_ + kSlash + problem.substr(0, kEnough);
+    environment_[environment_.size() - 2] = next_.data();
+    preparedStart.name = nullptr;
+    StartAnew(0);
+  }
+  std::abort();
 }
 
 }  // namespace autocli

@@ -114,12 +114,12 @@ TEST_F(PluginTest, OnesThatEndTheProgramAreLeftOut) {
   EXPECT_EQ(AutoCli_ShellCmd(line, output, ""), 3);
   EXPECT_EQ(output,
             "Name,Problem\n"
-            "exit.so,ended the program while it was loaded (exit)\n"
-            "fpe.so,ended the program while it was loaded (SIGFPE)\n"
+            "exit.so,ended the program while it was loaded: exit()\n"
+            "fpe.so,ended the program while it was loaded: SIGFPE\n"
             "good.so,\n"
-            "stack.so,ended the program while it was loaded (SIGSEGV)\n"
-            "stacks.so,ended the program while it was loaded (SIGSEGV)\n"
-            "throw.so,ended the program while it was loaded (SIGABRT)\n");
+            "stack.so,ended the program while it was loaded: SIGSEGV\n"
+            "stacks.so,ended the program while it was loaded: SIGSEGV\n"
+            "throw.so,no /dev/disk today\n");
 }
 
 class ShellCmdTest : public FolderTest {
