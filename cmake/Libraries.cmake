@@ -31,6 +31,7 @@ endfunction()
 function(link_whole target core)
   target_link_libraries(${target} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${core}>")
   target_link_options(${target} PRIVATE LINKER:-Bsymbolic)
+  target_sources(${target} PRIVATE $<$<CONFIG:Release>:${PROJECT_SOURCE_DIR}/cmake/Runtime.cpp>)
   carry_runtime(${target})
 endfunction()
 

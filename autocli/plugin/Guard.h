@@ -1,23 +1,26 @@
 #pragma once
 
 #include <exception>
+#include <new>
 #include <optional>
 #include <string>
 
 namespace autocli {
 
-/// Runs code that belongs to a plug-in. Returns what the exception says that left it; nothing when
-/// none did. This is the one place where the framework meets exceptions.
+/// Runs code that belongs to a plug-in. Returns what the exception says that left it, never an
+/// empty text; nothing when none did. This is the one place where the framework meets exceptions.
 template <typename Action>
 std::optional<std::string> Guarded(Action&& action) {
   try {
     action();
     return std::nullopt;
+  } catch (const std::bad_alloc&) {
+    return "out of memory";
   } catch (const std::exception& exception) {
-    return exception.what();
+    if (*exception.what() != '\0') return exception.what();
   } catch (...) {
-    return "an exception that does not say what it is";
   }
+  return "an exception that does not say what it is";
 }
 
 }  // namespace autocli

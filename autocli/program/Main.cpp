@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,18 +40,23 @@ int RunWithPlugins(char** argv, const std::vector<std::string>& arguments) {
   return Run(arguments, root, plugins, out, err);
 }
 
+/// Says so without anything that could fail again, such as memory to be had.
+int Fail(std::string_view message) {
+  const ssize_t written = write(STDERR_FILENO, message.data(), message.size());
+  static_cast<void>(written);
+  return MeaningOf(FaultKind::Internal).status;
+}
+
 }  // namespace
 
 int Main(int argc, char** argv) {
   KeepStandardStreamsTaken();
   try {
     return RunWithPlugins(argv, {argv, argv + argc});
+  } catch (const std::bad_alloc&) {
+    return Fail("error: out of memory\n");
   } catch (...) {
-    // Nothing is left that could fail again, such as memory to be had.
-    constexpr std::string_view kMessage = "error: the program ran out of what it needs to go on\n";
-    const ssize_t written = write(STDERR_FILENO, kMessage.data(), kMessage.size());
-    static_cast<void>(written);
-    return MeaningOf(FaultKind::Internal).status;
+    return Fail("error: the program ran out of what it needs to go on\n");
   }
 }
 

@@ -6,6 +6,8 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <new>
+
 #include "lab/common/Text.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/Query.h"
@@ -161,6 +163,8 @@ void ThrowActionable(const std::exception_ptr& failure) {
     throw;
   } catch (const SQLite::Exception& known) {
     ThrowActionable(known, LabPath());
+  } catch (const std::bad_alloc&) {
+    Fail("out of memory");
   } catch (const std::exception& known) {
     Fail("the host control library failed: ", known.what());
   }
