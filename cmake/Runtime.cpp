@@ -1,7 +1,7 @@
 // Belongs to each file that carries the C++ runtime.
 #include <unistd.h>
 
-#include <cstdlib>
+#include <cerrno>
 #include <exception>
 #include <new>
 #include <string_view>
@@ -18,26 +18,32 @@ void Say(std::string_view text) {
   if (write(STDERR_FILENO, text.data(), text.size()) < 0) _exit(4);
 }
 
+[[noreturn]] void End(std::string_view reason) {
+  Say("error: ");
+  Say(reason);
+  Say("\n");
+  _exit(4);
+}
+
 }  // namespace
 
 namespace __gnu_cxx {
 
-/// In place of the runtime's own: memory that runs out where nothing may be thrown, as in a
-/// destructor of a library, is an end with an error. Everything else is a fault of ours and leaves
-/// its traces.
+/// In place of the runtime's own: an exception where none may leave, as in a destructor, ends the
+/// program with an error and not by a signal. Memory that runs out comes here through libraries.
 void __verbose_terminate_handler() {
+  constexpr std::string_view kOutOfMemory = "out of memory";
+  // Of an exception that is on its way nobody knows the kind.
+  const bool isOutOfMemory = errno == ENOMEM;
   try {
     if (const auto thrown = std::current_exception()) std::rethrow_exception(thrown);
   } catch (const std::bad_alloc&) {
-    Say("error: out of memory\n");
-    _exit(4);
+    End(kOutOfMemory);
   } catch (const std::exception& thrown) {
-    Say("error: an exception had to end the program: ");
-    Say(thrown.what());
-    Say("\n");
+    End(thrown.what());
   } catch (...) {
   }
-  std::abort();
+  End(isOutOfMemory ? kOutOfMemory : "an exception came where none can be handled");
 }
 
 }  // namespace __gnu_cxx

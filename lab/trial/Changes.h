@@ -29,6 +29,9 @@ std::vector<Entry> RowsOf(Store& store);
 /// Every file under the hosts' roots, one field for each line; a line "KEY=VALUE" is titled KEY.
 std::vector<Entry> FilesOf(const Store& store);
 
+/// The lines of a file; none when there is no such file. Throws when it cannot be read to its end.
+std::vector<std::string> LinesOfFile(const std::string& path);
+
 /// One field of one entry that was changed, added or removed.
 struct Change {
   const char* kind;  ///< "changed", "added" or "removed", said of the entry

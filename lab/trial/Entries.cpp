@@ -173,20 +173,28 @@ Entry EntryOfFile(const fs::path& path, const fs::path& place) {
   const std::string host = place.begin()->string();
   Entry entry{
       "file " + place.string(), "file " + place.string().substr(host.size()) + " of " + host, {}};
-  std::ifstream file(path, std::ios::binary);
-  std::string line;
-  for (int number = 1; std::getline(file, line); ++number) {
+  for (int number = 1; const std::string& line : LinesOfFile(path)) {
     const std::size_t equals = line.find('=');
     if (equals == std::string::npos) {
       entry.fields.push_back({"line " + std::to_string(number), line});
     } else {
       entry.fields.push_back({line.substr(0, equals), line.substr(equals + 1)});
     }
+    ++number;
   }
   return entry;
 }
 
 }  // namespace
+
+std::vector<std::string> LinesOfFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  // Or a line for which there was no memory would pass for the end.
+  file.exceptions(std::ios::badbit);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) lines.push_back(line);
+  return lines;
+}
 
 std::vector<Entry> RowsOf(Store& store) {
   std::vector<Entry> entries;

@@ -64,13 +64,6 @@ void CopyLab(Store& store, const std::string& path) {
   }
 }
 
-std::vector<std::string> LinesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(file, line);) lines.push_back(line);
-  return lines;
-}
-
 Trial RunTrial(const std::vector<std::string>& words) {
   const PrivateFolder folder;
   const std::string copy = folder.At("lab.db");
@@ -84,9 +77,9 @@ Trial RunTrial(const std::vector<std::string>& words) {
                {{"KOREL_LAB", copy}, {"KOREL_LAB_CALLS", folder.At("calls")}, {kTrialMark, "1"}},
                {folder.At("out"), folder.At("err")});
   if (trial.status < 0) Fail("the command could not be run");
-  trial.output = LinesOf(folder.At("out"));
-  trial.errors = LinesOf(folder.At("err"));
-  for (const std::string& call : LinesOf(folder.At("calls"))) {
+  trial.output = LinesOfFile(folder.At("out"));
+  trial.errors = LinesOfFile(folder.At("err"));
+  for (const std::string& call : LinesOfFile(folder.At("calls"))) {
     trial.calls.push_back(ReadCall(call));
   }
   trial.changes = ChangesBetween(before, EntriesOf(copy));
