@@ -1,9 +1,11 @@
 // Preloaded into a program and all that it starts: counts the calls by which they change files in
-// one folder, and kills them all before one of these calls, or lets it fail.
+// one folder, and kills them all before one of these calls, or lets it fail. Or does so with the
+// allocations that autocli makes from main() on.
 //   PROOF_FOLDER   the folder; calls on other files are neither counted nor touched
 //   PROOF_COUNTS   a file of numbers of 64 bits: how many calls there were, how many steps were
 //                  completed, and how many calls there had been behind each of the steps. A step is
 //                  an operation that has its line in the call log, or a file in place of another.
+//   PROOF_MEMORY   1: allocations are counted and struck, in place of the calls
 //   PROOF_AT       the number of the call to strike at, from 1; 0: none
 //   PROOF_ERROR    the errno value to fail it with; 0: kill
 //   PROOF_ONWARD   1: all calls behind it fail too
@@ -26,9 +28,23 @@
 #include <cstdlib>
 #include <ctime>
 #include <functional>
+#include <new>
 #include <random>
 #include <string>
+#include <string_view>
 #include <type_traits>
+
+extern "C" {
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* old, size_t size);
+void* __libc_memalign(size_t alignment, size_t size);
+}
+
+// What is allocated here does not count. The programs have a C++ runtime of their own.
+void* operator new(std::size_t size) { return __libc_malloc(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace {
 
@@ -57,9 +73,12 @@ struct Plan {
   int error = static_cast<int>(Number("PROOF_ERROR"));
   bool isOnward = Number("PROOF_ONWARD") != 0;
   bool isTorn = Number("PROOF_TORN") != 0;
+  bool isOfMemory = Number("PROOF_MEMORY") != 0;
   Counts* counts = SharedCounts();
 
-  bool Watches(const std::string& path) const { return (path + "/").starts_with(folder); }
+  bool Watches(const std::string& path) const {
+    return !isOfMemory && (path + "/").starts_with(folder);
+  }
   bool IsStruck(std::int64_t number) const {
     return at != 0 && (number == at || (isOnward && number > at));
   }
@@ -115,9 +134,44 @@ int Open(const char* call, const char* path, int flags, mode_t mode) {
   return changes ? Change(call, path, path, flags, mode) : Real(call, path, flags, mode);
 }
 
+using MainFunction = int (*)(int, char**, char**);
+MainFunction programMain;
+bool hasBegun = false;
+
+int BeginMain(int argc, char** argv, char** environment) {
+  hasBegun = std::string_view(*argv).ends_with("autocli") && ThePlan().isOfMemory;
+  return programMain(argc, argv, environment);
+}
+
+template <typename... Args>
+void* Allocate(void* (*call)(Args...), Args... args) {
+  if (!hasBegun || !ThePlan().IsStruck(++ThePlan().counts[0])) return call(args...);
+  if (ThePlan().error == 0) kill(0, SIGKILL);
+  errno = ThePlan().error;
+  return nullptr;
+}
+
 }  // namespace
 
 extern "C" {
+
+int __libc_start_main(MainFunction main, int argc, char** argv, void* init, void* fini, void* end,
+                      void* stack) {
+  programMain = main;
+  return Real("__libc_start_main", &BeginMain, argc, argv, init, fini, end, stack);
+}
+
+void* malloc(size_t size) noexcept { return Allocate(__libc_malloc, size); }
+void* calloc(size_t count, size_t size) noexcept { return Allocate(__libc_calloc, count, size); }
+void* realloc(void* old, size_t size) noexcept { return Allocate(__libc_realloc, old, size); }
+void* memalign(size_t alignment, size_t size) noexcept {
+  return Allocate(__libc_memalign, alignment, size);
+}
+void* aligned_alloc(size_t alignment, size_t size) noexcept { return memalign(alignment, size); }
+int posix_memalign(void** memory, size_t alignment, size_t size) noexcept {
+  *memory = memalign(alignment, size);
+  return *memory == nullptr ? ENOMEM : 0;
+}
 
 // By labels, for the headers declare them with words to follow.
 int Open32(const char* path, int flags, mode_t mode) __asm__("open");

@@ -1,12 +1,14 @@
-"""Kills every command before each call that changes a file, and lets each of these calls fail.
+"""Kills every command before each call that changes a file, lets each of these calls fail, and each
+allocation of the program's own tools and of a command for each noun.
 
-  crash.py BIN SHIM KILLS FAILURES [SEED]
+  crash.py BIN SHIM [kills=COUNT] [failures=COUNT] [allocations=COUNT] [seed=SEED]
 
-A case is a line of every-command.batch, one of its calls, and how that is struck. KILLS and
-FAILURES are how many to try, or "all". Of fewer than there are the seed picks; beyond all, cases
+A case is a line of every-command.batch or TOOLS, one of its calls or allocations, and how that is
+struck. COUNT is how many to try, or "all". Of fewer than there are the seed picks; kills beyond all
 come again, and the next command is killed too. Behind each an error is one line, the next command
 works, the lab file is sound, and rows and host files are those from before the line or from behind
-a step of the undisturbed line. What did nothing does all its work when it is repeated."""
+a step of the undisturbed line. What did nothing does all its work when it is repeated.
+An allocation that fails gives an error, or the output is all there; completion may offer less."""
 
 import collections
 import concurrent.futures
@@ -21,12 +23,17 @@ import subprocess
 import sys
 import tempfile
 
-BIN, SHIM, KILLS, FAILURES = sys.argv[1:5]
-CHANCE = random.Random(SEED := int((sys.argv[5:] or [random.randrange(10**6)])[0]))
+BIN, SHIM = sys.argv[1:3]
+WANTED = dict(word.split("=") for word in sys.argv[3:])
+CHANCE = random.Random(SEED := int(WANTED.pop("seed", random.randrange(10**6))))
 BATCH = pathlib.Path(__file__).parent.parent / "e2e" / "every-command.batch"
 KILLING = [{"torn": torn} for torn in (0, 1)]
 FAILING = [{"error": error, "onward": onward, "torn": onward} for onward in (0, 1)
            for error in (errno.ENOSPC, errno.EIO, errno.EROFS)]
+STARVING = [{"memory": 1, "error": errno.ENOMEM, "onward": onward} for onward in (0, 1)]
+TOOLS = ["--version", "--help", "help korel storage", "--plugins", "--completion bash",
+         "--complete korel datastore remove -u ''", "batch {0}/batch",
+         "korel datastore list --formatter json"]
 
 
 def run(folder, text, seed=0, host="host1", **strike):
@@ -39,6 +46,7 @@ def run(folder, text, seed=0, host="host1", **strike):
     environment |= {f"PROOF_{name.upper()}": str(value) for name, value in strike.items()}
     done = subprocess.run([f"{BIN}/autocli", *shlex.split(text)], env=environment, text=True,
                           capture_output=True, check=False, start_new_session=True)
+    done.stdout = done.stdout.replace(str(folder), "FOLDER")
     return done, memoryview((folder / "counts").read_bytes()).cast("q").tolist()
 
 
@@ -60,6 +68,11 @@ def state(lab):
     return found
 
 
+def content(lab):
+    return {path.relative_to(lab): (path.stat().st_mode, path.is_file() and path.read_bytes())
+            for path in lab.rglob("*")}
+
+
 class Line:
     """A line, the lab that it begins with, and what it does when it is left alone."""
 
@@ -68,6 +81,7 @@ class Line:
         shutil.copytree(folder / "lab", self.lab)
         done, (self.calls, steps, *behind) = run(folder, text, number)
         assert done.returncode == 0, done
+        self.output, self.content = done.stdout, content(self.lab)
         self.states = [state(self.lab), state(folder / "lab")]
         # What is there behind a step is there when the next call is not made any more.
         for at in set(behind[:steps]) - {self.calls}:
@@ -83,15 +97,25 @@ class Line:
 
     def check(self, place, again=0, **strike):
         """Strikes. Returns which state was met."""
-        done, _ = run(place, self.text, self.number, **strike)
+        done, (made, *_) = run(place, self.text, self.number, **strike)
         errors = [line[:7] for line in done.stderr.splitlines()]
-        allowed = {0: [], 1: ["error: "]} if "error" in strike else {-9: []}
-        assert allowed.get(done.returncode) == errors, done
+        before, after, *_ = self.states
+        if "memory" in strike:
+            failed = "error: " in errors or '"ok":false' in done.stdout
+            lost = done.stdout != self.output and not self.text.startswith("--complete ")
+            assert done.returncode in (range(1, 5) if failed else [0]), done
+            assert failed or not errors and not lost, done
+            assert made >= strike["at"] or not failed, done
+        else:
+            allowed = {0: [], 1: ["error: "]} if "error" in strike else {-9: []}
+            assert allowed.get(done.returncode) == errors, done
+        if not again and content(place / "lab") == self.content:
+            assert done.returncode or before == after, ("nothing done", done)
+            return "before"
         if again:
             run(place, "lab show", at=again)
         following, _ = run(place, "lab show")
         assert (following.returncode, following.stderr) == (0, ""), following
-        before, after, *_ = self.states
         met = state(place / "lab")
         assert met in (self.states if done.returncode else [after]), ("half a state", done)
         repeated, _ = run(place, self.text, self.number)
@@ -109,15 +133,34 @@ def prepare(folder):
     database = sqlite3.connect(folder / "lab" / "lab.db")
     (cluster,), = database.execute("SELECT uuid FROM clusters")
     run(folder, f"korel cluster join -u {cluster}", 3, "host3")
+    (folder / "batch").write_text("korel datastore list\nkorel faultdomain set -n fd8\n")
     texts = BATCH.read_text().replace("CLUSTER", cluster).splitlines()
+    if "allocations" in WANTED:
+        TOOLS[:] = [tool.format(folder) for tool in TOOLS]
+        texts[texts.index("korel datastore list"):0] = TOOLS
     return [Line(folder, text, number) for number, text in enumerate(texts, 4) if text[0] != "#"]
 
 
-def strike(folder, lines, kinds, count):
-    """Tries that many cases; returns what went wrong."""
-    cases = [(line, {"at": at, **kind})
-             for line in lines for kind in kinds for at in range(1, line.calls + 1)]
-    count = len(cases) if count == "all" else int(count)
+def calls(folder, lines):
+    return [(line, at) for line in lines if line.text not in TOOLS for at in range(line.calls)]
+
+
+def allocations(folder, lines):
+    """Those of the tools and of the first line for each noun, one that changes something if there
+    is one; and one more of each, which is not reached."""
+    lines = sorted(reversed(lines), key=lambda line: line.states[0] != line.states[1])
+    chosen = {line.text if line.text in TOOLS else tuple(line.text.split()[:2]): line
+              for line in lines}.values()
+    for line in chosen:
+        with line.fresh(folder) as place:
+            _, (count, *_) = run(pathlib.Path(place), line.text, line.number, memory=1)
+            yield from ((line, at) for at in range(count + 1))
+
+
+def strike(folder, name, places, kinds):
+    """Tries as many cases as are wanted; returns what went wrong."""
+    cases = [(line, {"at": at + 1, **kind}) for line, at in places for kind in kinds]
+    count = len(cases) if WANTED[name] == "all" else int(WANTED[name])
     CHANCE.shuffle(cases)
     more = [(line, {"again": CHANCE.randrange(1, 12), **case})
             for line, case in CHANCE.choices(cases, k=max(0, count - len(cases)))]
@@ -132,14 +175,16 @@ def strike(folder, lines, kinds, count):
 
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         list(pool.map(attempt, *zip(*(cases[:count] + more))))
-    tried = f"{count} {'failures' if kinds == FAILING else 'kills'} of {len(cases)} cases:"
+    tried = f"{count} {name} of {len(cases)} cases, {len({line for line, _ in cases})} lines:"
     print(tried, dict(collections.Counter(met)), f"wrong: {len(faults)}", flush=True)
     return faults
 
 
 with tempfile.TemporaryDirectory() as name:
-    every = prepare(pathlib.Path(name))
+    every = prepare(top := pathlib.Path(name))
     print(f"seed {SEED}: {len(every)} lines, {sum(line.calls for line in every)} calls", flush=True)
-    wrong = [fault for kinds, count in ((KILLING, KILLS), (FAILING, FAILURES))
-             for fault in strike(pathlib.Path(name), every, kinds, count)]
+    plans = {"kills": (calls, KILLING), "failures": (calls, FAILING),
+             "allocations": (allocations, STARVING)}
+    wrong = [fault for kind in WANTED
+             for fault in strike(top, kind, plans[kind][0](top, every), plans[kind][1])]
     sys.exit("\n".join(wrong[:20]) or 0)
