@@ -257,6 +257,12 @@ TEST(DriverTest, FailedWritesAreFailures) {
   EXPECT_EQ(autocli::Run({"autocli", "disk", "list"}, DiskTree().root, {}, out, err), 4);
   EXPECT_EQ(err.text, "error: the output could not be written: No space left on device\n");
   close(full);
+  TextSink brief;
+  brief.error = EIO;
+  for (const char* piece : {"lost", "kept"}) {
+    brief.Buffer() += piece;
+    EXPECT_FALSE(brief.Flush()) << "what came later makes nothing whole";
+  }
 }
 
 }  // namespace

@@ -42,6 +42,7 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
       {{"--name", "-w5"}, "-w5"},
       {{"--name", "\xff\n"}, "\xff\n"},
       {{"--nmae", "x"}, "unknown option \"--nmae\", did you mean \"--name\"?"},
+      {{"--nam=x"}, "unknown option \"--nam\", did you mean \"--name\"?"},
       {{"--siez", "-4"}, "unknown option \"--siez\", did you mean \"--size\"?"},
       {{"-wx"}, "unknown option \"-x\" in \"-wx\""},
       {{"-\xc3\xa9"}, "unknown option \"-\xc3\xa9\""},

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <sstream>
+#include <utility>
 
 #include "autocli/program/Program.h"
 #include "autocli/text/Sink.h"
@@ -26,17 +27,18 @@ using Corvex::MetaObj::MetaStruct;
 using Corvex::MetaObj::MetaType;
 using Words = std::vector<std::string>;
 
-/// Keeps what is written, and in how many pieces.
+/// Keeps what is written, and in how many pieces. `error` is what the next write fails with.
 class TextSink final : public Sink {
  public:
   std::string text;
   int pieces = 0;
+  int error = 0;
 
  private:
   int Write(std::string_view piece) override {
     text += piece;
     ++pieces;
-    return 0;
+    return std::exchange(error, 0);
   }
 };
 

@@ -70,12 +70,24 @@ TEST_F(CallTest, RefusesFaultsThatCannotHappen) {
 }
 
 TEST_F(CallTest, FeaturesAreOnUntilTheyAreSwitchedOff) {
-  EXPECT_TRUE(KorelUtil::IsKorelRebuildTrimFssEnabled());
   const auto switchOff = [](const char* name) {
     lab::InLab([&](lab::Store& store) { lab::SetFeature(store, name, false); });
   };
-  switchOff("rebuild-trim");
-  EXPECT_FALSE(KorelUtil::IsKorelRebuildTrimFssEnabled());
+  using Tovrin::Korel::KORELFeature;
+  const std::tuple<const char*, KORELFeature, std::function<bool()>> features[] = {
+      {"client-mode", KORELFeature::ClientMode,
+       [] { return FeatureList::IsEnabled(Feature::ClientMode); }},
+      {"rebuild-trim", KORELFeature::RebuildTrim, KorelUtil::IsKorelRebuildTrimFssEnabled},
+      {"metadata-node", KORELFeature::MetadataNode, KorelUtil::IsKorelMetadataNodeFeatureEnabled},
+      {"korel2-config", KORELFeature::Korel2Config, KorelUtil::IsKorel2ConfigFssEnabled},
+      {"archival-protection", KORELFeature::ArchivalProtection,
+       KorelUtil::IsKorelDpArchivalProtectionFeatureEnabled},
+  };
+  for (const auto& [name, feature, isEnabled] : features) {
+    EXPECT_TRUE(isEnabled() && KorelUtil::IsKorelFeatureEnabled(feature)) << name;
+    switchOff(name);
+    EXPECT_FALSE(isEnabled() || KorelUtil::IsKorelFeatureEnabled(feature)) << name;
+  }
   ExpectRefused([&] { switchOff("client"); }, "no feature is named 'client'");
 }
 

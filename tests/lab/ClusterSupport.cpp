@@ -37,7 +37,7 @@ void ExpectRefusedAt(
     const std::vector<std::pair<std::function<void()>, std::string>>& actsAndMessages) {
   SCOPED_TRACE(host);
   StandOn(host);
-  for (const auto& [act, message] : actsAndMessages) ExpectRefused(act, message);
+  ExpectRefusals(actsAndMessages);
 }
 
 ClustersTest::ClustersTest() {

@@ -30,6 +30,9 @@ TEST_F(DiskGroupTest, GroupsAndDisksGoOutOfUseAndComeBack) {
   host->UnmountDiskByUuid(UuidOf("s2"));
   host->MountDiskByUuid(UuidOf("c2"));
   EXPECT_THAT(Mounted(), ElementsAre("c1", "c2", "s1", "s3"));
+  host->MountDisk("s2");
+  host->UnmountDiskGroupWithMode("c2", "NoAction");
+  EXPECT_THAT(Mounted(), ElementsAre("c1", "s1", "s2"));
 }
 
 TEST_F(DiskGroupTest, Refusals) {
@@ -42,6 +45,7 @@ TEST_F(DiskGroupTest, Refusals) {
       {Act(&Host::MountDiskGroup, "s1", false),
        "device 's1' is not the caching device of a disk group"},
       {Act(&Host::MountDiskGroup, "c1", true), "disk group 'c1' is mounted already"},
+      {Act(&Host::UnmountDiskGroup, "c2", true), "disk group 'c2' is unmounted already"},
       {Act(&Host::AddDisks, "c2", Names{"s4"}), "disk group 'c2' is unmounted; mount it first"},
       {Act(&Host::UnmountDisk, "s1", false), "device 's1' is in use: it holds 100 GB of data"},
       {Act(&Host::RebuildDiskGroup, "c1", "", 3, true, Names{}),
@@ -55,7 +59,14 @@ TEST_F(DiskGroupTest, UnhealthyDisksAreLeftOutOnlyByForce) {
   for (const char* group : {"c1", "c2"}) HostControl()->UnmountDiskGroup(group, true);
   HostControl()->MountDiskGroup("c1", true);
   EXPECT_THAT(Mounted(), ElementsAre("c1", "s2"));
+  Names skipped;
+  HostControl()->RebuildDiskGroupByUuid(UuidOf("c1"), "", 1, true, skipped);
+  EXPECT_THAT(skipped, ElementsAre("s1"));
+  EXPECT_EQ(DataOn("s2"), 0);
+  EXPECT_EQ(DataOn("s1"), 100);
   ExpectRefusals({
+      {Act(&Host::RebuildDiskGroup, "c1", "", 1, false, Names{}),
+       "disk group 'c1' has unhealthy disks: s1"},
       {Act(&Host::MountDiskGroup, "c2", false), "disk group 'c2' has unhealthy disks: s3"},
       {Act(&Host::MountDiskGroup, "c2", true), "disk group 'c2' has no healthy capacity device"},
   });

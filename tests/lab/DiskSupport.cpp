@@ -20,13 +20,6 @@ void MakeHosts(const std::vector<std::vector<lab::DeviceInventory>>& hosts) {
   lab::InitLab(inventory, true);
 }
 
-void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::string>>& refusals) {
-  for (const auto& [act, message] : refusals) {
-    SCOPED_TRACE(message);
-    ExpectRefused(act, message);
-  }
-}
-
 void Claim(const std::string& caching, const Names& capacity) {
   HostControl()->AddDisks(caching, capacity);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "lab/model/Inventory.h"
@@ -23,8 +22,6 @@ template <typename Result, typename... Parameters, typename... Values>
 std::function<void()> Act(Result (Host::*operation)(Parameters...), Values... values) {
   return [=]() mutable { (HostControl().get()->*operation)(values...); };
 }
-/// Expects each act to fail with its message and to change nothing.
-void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::string>>& refusals);
 
 void Claim(const std::string& caching, const Names& capacity);
 Tovrin::Korel::KorelDiskList Disks(Tovrin::Korel::KorelDiskTypes types);

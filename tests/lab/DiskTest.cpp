@@ -46,6 +46,15 @@ TEST_F(DiskTest, Refusals) {
       {Act(&Host::RemoveDisk, "s1", "noAction"),
        "'noAction' is no evacuation mode: NoAction, EnsureObjectAccessibility or EvacuateAllData"},
       {Act(&Host::RemoveStoragePoolDisk, "f2", ""), "device 'f2' is not in the storage pool"},
+      {Act(&Host::RemoveStoragePoolDisk, "s1", ""),
+       "device 's1' is in disk group 'c1', not in the storage pool"},
+      {Act(&Host::RemoveDisk, "f1", ""), "device 'f1' is in the storage pool, not in a disk group"},
+      {Act(&Host::AddDisks, "f2", Names{"s4"}),
+       "device 'f2' is tagged for capacity and cannot be used for caching"},
+      {Act(&Host::AddStoragePoolDisks, Names{"s4"}),
+       "device 's4' is not flash, as the storage pool needs"},
+      {Act(&Host::AddCapacityFlashTag, "s4"),
+       "device 's4' is not flash, as the tag capacityFlash needs"},
       {Act(&Host::AddCapacityFlashTag, "f2"), "device 'f2' is tagged capacityFlash already"},
   });
 }

@@ -57,11 +57,14 @@ TEST_F(EvacuationTest, HalfOfTheDataMovesForAccessibilityAndTheRestStaysOnAnUnmo
   EXPECT_EQ(DataOfHost("host2"), 25 + 55);
 }
 
-TEST_F(EvacuationTest, DataOfAnUnhealthyDiskCannotMove) {
+TEST_F(EvacuationTest, AnUnhealthyDiskNeitherGivesNorTakesData) {
   MakeUnhealthy("s40");
   ExpectRefused(Act(&Host::RemoveDisk, "s40", "EvacuateAllData"),
                 "device 's40' is not healthy, so its 10 GB of data cannot be moved; choose "
                 "NoAction");
+  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
+                "EvacuateAllData needs 100 GB on other mounted capacity disks of the host, and "
+                "there are 0 GB free");
 }
 
 }  // namespace

@@ -43,6 +43,9 @@ TEST_F(HostStateTest, PoliciesAreSetPerClassAndClearedTogether) {
   host->SetDefaultPolicy(KorelPolicyClass::Vdisk, policy);
   EXPECT_EQ(host->GetDefaultPolicy(KorelPolicyClass::Vdisk), policy);
   EXPECT_EQ(host->GetDefaultPolicy(KorelPolicyClass::VmSwap), swap);
+  AddHostsUpTo(2);
+  At("host2")->ClearDefaultPolicies();
+  EXPECT_EQ(At("host1")->GetDefaultPolicy(KorelPolicyClass::Vdisk), policy) << "a host's own";
   host->ClearDefaultPolicies();
   EXPECT_EQ(host->GetDefaultPolicy(KorelPolicyClass::Vdisk), builtIn);
 }

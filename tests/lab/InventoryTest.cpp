@@ -19,11 +19,11 @@ std::vector<std::string> FaultsOf(const std::string& text) {
 
 TEST_F(InventoryTest, HostsAreAsTheFileSays) {
   std::vector<std::string> faults;
-  const auto hosts = lab::ParseInventory(R"({"hosts": [
+  WriteFile(Path("inventory"), R"({"hosts": [
       {"name": "a", "interfaces": ["eth0"], "devices": [
         {"name": "x:1", "ssd": true, "capacityFlash": true, "sizeGb": 7, "vendor": "V"}]},
-      {"name": "b"}]})",
-                                         faults);
+      {"name": "b"}]})");
+  const auto hosts = lab::ParseInventory(lab::ReadInventoryFile(Path("inventory")), faults);
   ASSERT_THAT(faults, testing::IsEmpty());
   lab::InitLab(hosts, false);
   EXPECT_THAT(hosts[0].interfaces, ElementsAre("eth0"));

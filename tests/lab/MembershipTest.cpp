@@ -40,7 +40,8 @@ std::int64_t Generation() { return Directory(kClusterA).configGeneration.number;
 
 TEST_F(MembershipTest, EachMemberSaysWhatItIs) {
   EXPECT_EQ(PartOf("host5"), Part{});
-  Join(kClusterB, KorelNodeType::Metadata);
+  Join(kClusterB);
+  OnHost("host5", lab::SetNodeType, KorelNodeType::Metadata);
   StandOn("host6");
   JoinWitness(kClusterB, "any while the data lies in one fault domain");
   EXPECT_THAT(HostControl()->GetJoinedClusterUuids(), ElementsAre(kClusterA, kClusterB));
@@ -69,6 +70,17 @@ TEST_F(MembershipTest, RolesFollowTheOrderOfJoining) {
   Leave(kClusterA);
   EXPECT_EQ(PartOf("host2").role, "MASTER");
   EXPECT_EQ(PartOf("host5").role, "BACKUP");
+  Reboot("host2");
+  EXPECT_EQ(PartOf("host5").role, "MASTER") << "until host2 is restored";
+}
+
+TEST_F(MembershipTest, WhatIsNotPersistedEndsWithARebootOrARestore) {
+  for (const auto& act : {+[] { Reboot("host5"); }, Restore}) {
+    StandOn("host5");
+    HostControl()->CreateCluster(kDatastore1, false, false);
+    act();
+    EXPECT_EQ(PartOf("host5"), Part{});
+  }
 }
 
 TEST_F(MembershipTest, Refusals) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/hostctl/KorelUtil.h"
@@ -39,16 +40,8 @@ std::string State();
 /// Expects that `work` fails with that message and changes nothing.
 void ExpectRefused(const std::function<void()>& work, const std::string& message);
 
-/// One refused act of a host; `line` tells it from its neighbours.
-struct Refusal {
-  int line;
-  std::string host;
-  std::function<void()> work;
-  std::string message;
-};
-
-/// Expects each of them as ExpectRefused does.
-void ExpectRefusals(const std::vector<Refusal>& refusals);
+/// Expects each act to fail with the message beside it and to change nothing.
+void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::string>>& refusals);
 
 /// What is said about a text that is no UUID.
 std::string NotUuid(const std::string& text);
