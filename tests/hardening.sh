@@ -25,6 +25,8 @@ for file in lib/libautocli.so lib/libkorelctl.so; do
   has $file "no fortified functions" '__[a-z]+_chk@' readelf -W --dyn-syms $file
 done
 for file in lib/autocli/plugins/*.so; do
+  [[ $(nm -D --defined-only --format=just-symbols "$file") == AutoCli_RegisterNamespaces ]] ||
+    fault "$file" "exports more than its entry point"
   has "$file" "no landing pad for indirect calls" endbr64 \
     objdump -d --disassemble=AutoCli_RegisterNamespaces "$file"
 done

@@ -14,13 +14,6 @@ void InTwo(RecordingHost& host) {
   host.datastores = {{"1", "ds1", kA, true}, {"2", "ds2", kB, false}};
 }
 
-std::function<void(RecordingHost&)> InTwoFailing(const std::string& operation) {
-  return [operation](RecordingHost& host) {
-    InTwo(host);
-    host.failures[operation] = "no luck";
-  };
-}
-
 TEST(ClusterLeave, NotifiesAndLeaves) {
   const std::string info = "GetClusterInfo true";
   const std::string before = "[" + kNotifier + "PreUnmount -d ds1,ds2]";
@@ -41,11 +34,11 @@ TEST(ClusterLeave, NotifiesAndLeaves) {
            " false | LeaveCluster " + kB + " false"},
       {"cluster leave -u " + kB, InTwo, "true",
        info + " | GetDatastores | " + before + " | LeaveCluster " + kB + " false"},
-      {"cluster leave", InTwoFailing("GetDatastores"), "error: no luck | none",
+      {"cluster leave", Failing("GetDatastores", InTwo), "error: no luck | none",
        info + " | GetDatastores"},
-      {"cluster leave", InTwoFailing("GetJoinedClusterUuids"), "error: no luck | none",
+      {"cluster leave", Failing("GetJoinedClusterUuids", InTwo), "error: no luck | none",
        info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | " + failed},
-      {"cluster leave", InTwoFailing("LeaveCluster"), "error: no luck | none",
+      {"cluster leave", Failing("LeaveCluster", InTwo), "error: no luck | none",
        info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | LeaveCluster " + kA +
            " false | " + failed},
   });
@@ -54,8 +47,8 @@ TEST(ClusterLeave, NotifiesAndLeaves) {
 TEST(ClusterRestore, PassesNoBootStage) {
   Check({
       {"cluster restore", nullptr, "true", "RestoreCluster false false"},
-      {"cluster restore", [](RecordingHost& host) { host.failures["RestoreCluster"] = "no luck"; },
-       "error: no luck | none", "RestoreCluster false false"},
+      {"cluster restore", Failing("RestoreCluster"), "error: no luck | none",
+       "RestoreCluster false false"},
       {"cluster restore --boot", nullptr, "usage: unknown option \"--boot\"", ""},
   });
 }
@@ -85,10 +78,6 @@ TEST(KorelMax, IsOnlyForHostsWithoutDisks) {
     host.enabled = true;
     host.disks = {{"x", kA}};
   };
-  const auto failing = [](RecordingHost& host) {
-    host.enabled = true;
-    host.failures["SetKorelMaxEnabled"] = "no luck";
-  };
   const std::string asked = "GetClusterInfo true | GetKorelDisks 1";
   Check({
       {"cluster korelmax set -e true", nullptr,
@@ -100,7 +89,7 @@ TEST(KorelMax, IsOnlyForHostsWithoutDisks) {
       {"cluster korelmax set -e true", withDisks,
        "error: The host has diskgroups on it. Korel Max cannot be configured. | none", asked},
       {"cluster korelmax set -e false", withDisks, "true", asked + " | SetKorelMaxEnabled false"},
-      {"cluster korelmax set -e false", failing,
+      {"cluster korelmax set -e false", Failing("SetKorelMaxEnabled", enabled),
        "error: Failed to enable Korel Max on the cluster: no luck | none",
        asked + " | SetKorelMaxEnabled false"},
   });

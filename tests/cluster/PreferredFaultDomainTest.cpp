@@ -18,12 +18,9 @@ std::function<void(RecordingHost&)> Witness(const std::vector<std::string>& clus
     host.clusterUuid = "own";
   };
 }
-std::function<void(RecordingHost&)> Failing(const std::string& operation) {
-  return [operation](RecordingHost& host) {
-    Stretched(host);
-    host.nodeType = Tovrin::Korel::KorelNodeType::Witness;
-    host.failures[operation] = "no luck";
-  };
+void StretchedWitness(RecordingHost& host) {
+  Stretched(host);
+  host.nodeType = Tovrin::Korel::KorelNodeType::Witness;
 }
 
 TEST(PreferredFaultDomain, IsReadOfStretchedClustersOnly) {
@@ -45,7 +42,7 @@ TEST(PreferredFaultDomain, IsReadOfStretchedClustersOnly) {
        "Domain "
        "Id=id of fd1}",
        asked + " | GetPreferredFaultDomainInfo a"},
-      {get, Failing("GetClusterUuid"),
+      {get, Failing("GetClusterUuid", StretchedWitness),
        "error: Unable to get preferred fault domain name: no luck | none",
        asked + " | GetClusterUuid"},
       {list, NotStretched,
@@ -56,7 +53,7 @@ TEST(PreferredFaultDomain, IsReadOfStretchedClustersOnly) {
        "PreferredFaultDomainList{Sub-Cluster UUID=b, Name=fd2, ID=id of fd2}]",
        asked + " | GetJoinedClusterUuids | GetPreferredFaultDomainInfo a | "
                "GetPreferredFaultDomainInfo b"},
-      {list, Failing("GetPreferredFaultDomainInfo"),
+      {list, Failing("GetPreferredFaultDomainInfo", StretchedWitness),
        "error: Unable to list preferred fault domain name: no luck | none",
        asked + " | GetJoinedClusterUuids | GetPreferredFaultDomainInfo a"},
   });
@@ -82,7 +79,7 @@ TEST(PreferredFaultDomain, IsSetOnAWitness) {
            " own"},
       {set + "fd1 -u b", Witness({"a", "b"}), "true",
        "GetNodeType | SetPreferredFaultDomain fd1 b"},
-      {set + "fd1 -u b", Failing("SetPreferredFaultDomain"),
+      {set + "fd1 -u b", Failing("SetPreferredFaultDomain", StretchedWitness),
        "error: Unable to set preferred fault domain name: no luck | none",
        "GetNodeType | SetPreferredFaultDomain fd1 b"},
   });

@@ -7,13 +7,6 @@ using Tovrin::Korel::KorelUnicastAgentType;
 
 const std::string kNone = "00000000-0000-0000-0000-000000000000";
 
-std::function<void(RecordingHost&)> Failing(const std::string& operation) {
-  return [operation](RecordingHost& host) {
-    host.enabled = true;
-    host.failures[operation] = "no luck";
-  };
-}
-
 /// The calls of "add" up to the type, which asks for the metadata feature unless it is a node's.
 std::string Begun(const std::string& more = "") {
   return "GetJoinedClusterUuids | GetClusterUuid | IsDataInTransitEncryptionEnabled own true" +
@@ -141,6 +134,7 @@ TEST(UnicastAgentClear, RemovesRecordsAndStoredEntriesOnce) {
     prepare(host);
     host.agents[1].address = "nonsense";
   };
+  const auto enabled = [](RecordingHost& host) { host.enabled = true; };
   Check({
       {"cluster unicastagent clear", nullptr, "error: Korel isn't enabled on the host | none",
        "IsClientModeEnabled | GetClusterInfo true"},
@@ -154,7 +148,7 @@ TEST(UnicastAgentClear, RemovesRecordsAndStoredEntriesOnce) {
       {"cluster unicastagent clear", badEntry,
        "error: Invalid unicastAgent entry \"bad one\". Reason: cannot read it | none", both},
       {"cluster unicastagent clear", badAddress, "error: Invalid IP address nonsense | none", both},
-      {"cluster unicastagent clear", Failing("GetUnicastAgents"),
+      {"cluster unicastagent clear", Failing("GetUnicastAgents", enabled),
        "error: Unable to remove unicast agents: no luck | none", asked},
   });
 }

@@ -53,10 +53,6 @@ TEST(Datastore, ListsWithTheClusterAskedPerDatastore) {
     host.clusterUuid = "own";
     host.datastores = {{"b", "default", "own", true}, {"a", "far", "other", false}};
   };
-  const auto failingLate = [two](RecordingHost& host) {
-    two(host);
-    host.failures["GetClusterUuid"] = "no luck";
-  };
   Check({
       {"datastore list", nullptr, "[]", "GetDatastores"},
       {"datastore list", two,
@@ -64,8 +60,8 @@ TEST(Datastore, ListsWithTheClusterAskedPerDatastore) {
        "Remote=false, Cluster UUID=own}, KorelDatastoreList{Datastore UUID=a, User Friendly "
        "Name=far, Default=false, Remote=true, Cluster UUID=other}]",
        "GetDatastores | GetClusterUuid | GetClusterUuid"},
-      {"datastore list", failingLate, "error: Unable to add datastore: no luck | none",
-       "GetDatastores | GetClusterUuid"},
+      {"datastore list", Failing("GetClusterUuid", two),
+       "error: Unable to add datastore: no luck | none", "GetDatastores | GetClusterUuid"},
   });
 }
 

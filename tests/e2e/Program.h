@@ -32,8 +32,6 @@ class Lab : public testing::Test {
   void Do(const std::string& line) const;
   /// Expects status 1 and that message alone.
   void Fails(const std::string& line, const std::string& message) const;
-  /// What follows runs on that host of the lab.
-  void On(const std::string& host) { environment["KOREL_LAB_HOST"] = host; }
 
   std::string folder;
   std::map<std::string, std::string> environment;

@@ -192,10 +192,6 @@ TEST(NetworkSecurity, SetChecksTheAgentsFirst) {
     AddAgent(host, "good", "ab");
     AddAgent(host, "bare", "");
   };
-  const auto failing = [in](RecordingHost& host) {
-    in({"own"})(host);
-    host.failures["SetRekeyInterval"] = "no luck";
-  };
   const std::string asked = "GetClusterInfo true | GetUnicastAgents true \"\"";
   const auto askedAnd = [&](const std::string& more) { return asked + " | " + more; };
   const std::string joined = "GetJoinedClusterUuids";
@@ -217,7 +213,7 @@ TEST(NetworkSecurity, SetChecksTheAgentsFirst) {
                          "SetRekeyInterval own 5")},
       {set + " -u other -r -7", in({"own", "other"}), "true",
        askedAnd(joined + " | SetRekeyInterval other -7")},
-      {set + " -e 0 -r 5", failing,
+      {set + " -e 0 -r 5", Failing("SetRekeyInterval", in({"own"})),
        "error: Unable to config data in transit encryption: no luck | none",
        askedAnd(joined + " | GetClusterUuid | SetDataInTransitEncryption own false SETTLED 0 | "
                          "SetRekeyInterval own 5")},

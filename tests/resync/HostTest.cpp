@@ -5,13 +5,6 @@ namespace {
 
 void Enabled(RecordingHost& host) { host.enabled = true; }
 void Client(RecordingHost& host) { host.clientMode = true; }
-std::function<void(RecordingHost&)> Failing(const std::string& operation) {
-  return [operation](RecordingHost& host) {
-    host.enabled = true;
-    host.failures[operation] = "no luck";
-  };
-}
-
 TEST(FaultDomain, IsReadAndSet) {
   const std::string set = "faultdomain set -n ";
   const std::string info = "GetClusterInfo true";
@@ -24,7 +17,7 @@ TEST(FaultDomain, IsReadAndSet) {
        "GetFaultDomainName | " + info},
       {"faultdomain get", Enabled, "FaultDomain{faultDomainName=fd1, faultDomainId=id1}",
        "GetFaultDomainName | " + info + " | GetFaultDomainId"},
-      {"faultdomain get", Failing("GetFaultDomainId"),
+      {"faultdomain get", Failing("GetFaultDomainId", Enabled),
        "error: Unable to get fault domain name: no luck | none",
        "GetFaultDomainName | " + info + " | GetFaultDomainId"},
       {set + longest, Enabled, "true", info + " | SetFaultDomainName " + longest},
@@ -33,7 +26,7 @@ TEST(FaultDomain, IsReadAndSet) {
       {set + "''", Enabled, "true", info + " | ResetFaultDomain"},
       {set + "fd1", nullptr,
        "error: Unable to set fault domain name: because Korel is not enabled | none", info},
-      {set + "fd1", Failing("SetFaultDomainName"),
+      {set + "fd1", Failing("SetFaultDomainName", Enabled),
        "error: Unable to set fault domain name: no luck | none",
        info + " | SetFaultDomainName fd1"},
       {"faultdomain reset", nullptr, "true", "ResetFaultDomain"},

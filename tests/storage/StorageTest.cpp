@@ -70,10 +70,6 @@ TEST(Storage, ListsInUuidOrder) {
   std::string upper = kB;
   for (char& c : upper) c = static_cast<char>(std::toupper(c));
   const std::string free = "cccccccc-0000-0000-0000-000000000003";
-  const auto failing = [](RecordingHost& host) {
-    TwoDisks(host);
-    host.failures["GetDiskInfo"] = "no luck";
-  };
   const std::string asked = "GetKorelDisks 0 | ListDiskUuids";
   Check({
       {"storage list", nullptr, "[]", asked},
@@ -91,8 +87,8 @@ TEST(Storage, ListsInUuidOrder) {
        "error: Unable to list devices: 'y' is not a UUID of the form "
        "\"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\" | none",
        "GetKorelDisks 0"},
-      {"storage list", failing, "error: Unable to list devices: no luck | none",
-       asked + " | GetDiskInfo " + kA},
+      {"storage list", Failing("GetDiskInfo", TwoDisks),
+       "error: Unable to list devices: no luck | none", asked + " | GetDiskInfo " + kA},
   });
 }
 

@@ -44,6 +44,15 @@ void Record(const std::string& operation, const Arguments&... arguments) {
   }
 }
 
+template <typename Value, typename... Arguments>
+Value Answer(const Value& value, const std::string& operation, const Arguments&... arguments) {
+  Record(operation, arguments...);
+  return value;
+}
+
+/// A text that an operation is given.
+using Given = const std::string&;
+
 class RecordingKorelInfo : public KorelInfo {
  public:
   void SetHsknicConfig(const KorelHskNicConfig2& config) override {
@@ -70,72 +79,54 @@ class RecordingKorelInfo : public KorelInfo {
       if (lun->GetUuid() == disk) info.deviceName = lun->GetName();
     }
   }
-  void AddDisks(const std::string& ssd, const std::vector<std::string>& disks) override {
+  void AddDisks(Given ssd, const std::vector<std::string>& disks) override {
     Record("AddDisks", ssd, disks);
   }
-  void MountDiskGroup(const std::string& ssd, bool force) override {
-    Record("MountDiskGroup", ssd, force);
-  }
-  void MountDiskByUuid(const std::string& uuid) override { Record("MountDiskByUuid", uuid); }
-  void MountDisk(const std::string& device) override { Record("MountDisk", device); }
-  void RemoveDisk(const std::string& device, const std::string& mode) override {
-    Record("RemoveDisk", device, mode);
-  }
-  void RemoveDiskGroup(const std::string& ssd, const std::string& mode) override {
-    Record("RemoveDiskGroup", ssd, mode);
-  }
-  void RebuildDiskGroup(const std::string& ssd, const std::string& mode, int trim, bool force,
+  void MountDiskGroup(Given ssd, bool force) override { Record("MountDiskGroup", ssd, force); }
+  void MountDiskByUuid(Given uuid) override { Record("MountDiskByUuid", uuid); }
+  void MountDisk(Given device) override { Record("MountDisk", device); }
+  void RemoveDisk(Given device, Given mode) override { Record("RemoveDisk", device, mode); }
+  void RemoveDiskGroup(Given ssd, Given mode) override { Record("RemoveDiskGroup", ssd, mode); }
+  void RebuildDiskGroup(Given ssd, Given mode, int trim, bool force,
                         std::vector<std::string>& skipped) override {
     Record("RebuildDiskGroup", ssd, mode, trim, force);
     skipped = current->skippedDisks;
   }
-  void RebuildDiskGroupByUuid(const std::string& uuid, const std::string& mode, int trim,
-                              bool force, std::vector<std::string>& skipped) override {
+  void RebuildDiskGroupByUuid(Given uuid, Given mode, int trim, bool force,
+                              std::vector<std::string>& skipped) override {
     Record("RebuildDiskGroupByUuid", uuid, mode, trim, force);
     skipped = current->skippedDisks;
   }
-  void UnmountDiskGroupWithMode(const std::string& ssd, const std::string& mode) override {
+  void UnmountDiskGroupWithMode(Given ssd, Given mode) override {
     Record("UnmountDiskGroupWithMode", ssd, mode);
   }
-  void UnmountDiskGroup(const std::string& ssd, bool force) override {
-    Record("UnmountDiskGroup", ssd, force);
-  }
-  void UnmountDisk(const std::string& device, bool force) override {
-    Record("UnmountDisk", device, force);
-  }
-  void UnmountDiskByUuid(const std::string& uuid) override { Record("UnmountDiskByUuid", uuid); }
-  void RemoveDiskByUuid(const std::string& uuid, const std::string& mode) override {
-    Record("RemoveDiskByUuid", uuid, mode);
-  }
-  void SetPreferredFaultDomain(const std::string& name, const std::string& cluster) override {
+  void UnmountDiskGroup(Given ssd, bool force) override { Record("UnmountDiskGroup", ssd, force); }
+  void UnmountDisk(Given device, bool force) override { Record("UnmountDisk", device, force); }
+  void UnmountDiskByUuid(Given uuid) override { Record("UnmountDiskByUuid", uuid); }
+  void RemoveDiskByUuid(Given uuid, Given mode) override { Record("RemoveDiskByUuid", uuid, mode); }
+  void SetPreferredFaultDomain(Given name, Given cluster) override {
     Record("SetPreferredFaultDomain", name, cluster);
   }
-  void RemoveHsknic(const std::string& name, bool force, const std::string& type) override {
+  void RemoveHsknic(Given name, bool force, Given type) override {
     Record("RemoveHsknic", name, force, type);
   }
-  void RefreshUnicastAgents(const std::string& text) override {
-    Record("RefreshUnicastAgents", text);
-  }
-  void AddUnicastAgent(const std::string& uuid, KorelUnicastAgentType type, bool unicast,
-                       const std::string& address, std::int64_t port, bool bound,
-                       const std::string& name, const std::string& reserved,
-                       const std::string& thumbprint, const std::string& cluster) override {
+  void RefreshUnicastAgents(Given text) override { Record("RefreshUnicastAgents", text); }
+  void AddUnicastAgent(Given uuid, KorelUnicastAgentType type, bool unicast, Given address,
+                       std::int64_t port, bool bound, Given name, Given reserved, Given thumbprint,
+                       Given cluster) override {
     Record("AddUnicastAgent", uuid, type, unicast, address, port, bound, name, reserved, thumbprint,
            cluster);
   }
-  bool RemoveUnicastAgent(const std::string& uuid, const std::string& address, std::int64_t port,
-                          KorelUnicastAgentType type, int reserved, const std::string& cluster,
-                          bool client) override {
-    Record("RemoveUnicastAgent", uuid, address, port, type, reserved, cluster, client);
-    return current->agentRemoved;
+  bool RemoveUnicastAgent(Given uuid, Given address, std::int64_t port, KorelUnicastAgentType type,
+                          int reserved, Given cluster, bool client) override {
+    return Answer(current->agentRemoved, "RemoveUnicastAgent", uuid, address, port, type, reserved,
+                  cluster, client);
   }
-  std::vector<std::string> GetUnicastAgentEntries(const std::string& cluster) override {
-    Record("GetUnicastAgentEntries", cluster);
-    return current->agentEntries;
+  std::vector<std::string> GetUnicastAgentEntries(Given cluster) override {
+    return Answer(current->agentEntries, "GetUnicastAgentEntries", cluster);
   }
   std::vector<std::string> GetUnicastWitnesses() override {
-    Record("GetUnicastWitnesses");
-    return current->witnesses;
+    return Answer(current->witnesses, "GetUnicastWitnesses");
   }
   void RestoreNetworkConfig() override { Record("RestoreNetworkConfig"); }
   void RestoreCluster(bool boot, bool postboot) override {
@@ -143,14 +134,14 @@ class RecordingKorelInfo : public KorelInfo {
   }
   void ClearNetworkConfig() override { Record("ClearNetworkConfig"); }
   void ClearDatastores() override { Record("ClearDatastores"); }
-  void JoinCluster(const Uuid& cluster, KorelNodeType type, const std::string& preferred, bool wait,
+  void JoinCluster(const Uuid& cluster, KorelNodeType type, Given preferred, bool wait,
                    int reserved1, int reserved2) override {
     Record("JoinCluster", cluster, type, preferred, wait, reserved1, reserved2);
   }
-  void CreateCluster(const std::string& cluster, bool persist, bool wait) override {
+  void CreateCluster(Given cluster, bool persist, bool wait) override {
     Record("CreateCluster", cluster, persist, wait);
   }
-  void JoinClientCluster(const std::string& cluster, bool wait) override {
+  void JoinClientCluster(Given cluster, bool wait) override {
     Record("JoinClientCluster", cluster, wait);
   }
   void LeaveCluster(const Uuid& cluster, bool wait) override {
@@ -164,42 +155,26 @@ class RecordingKorelInfo : public KorelInfo {
     info->maintenanceState = "OFF";
     return info;
   }
-  void SetFaultDomainName(const std::string& name) override { Record("SetFaultDomainName", name); }
+  void SetFaultDomainName(Given name) override { Record("SetFaultDomainName", name); }
   void ResetFaultDomain() override { Record("ResetFaultDomain"); }
   std::string GetFaultDomainName() override {
-    Record("GetFaultDomainName");
-    return "fd1";
+    return Answer(std::string("fd1"), "GetFaultDomainName");
   }
-  void AddCapacityFlashTag(const std::string& device) override {
-    Record("AddCapacityFlashTag", device);
-  }
-  void AddKorelDirectTag(const std::string& device) override {
-    Record("AddKorelDirectTag", device);
-  }
-  void RemoveCapacityFlashTag(const std::string& device) override {
-    Record("RemoveCapacityFlashTag", device);
-  }
-  void RemoveKorelDirectTag(const std::string& device) override {
-    Record("RemoveKorelDirectTag", device);
-  }
+  void AddCapacityFlashTag(Given device) override { Record("AddCapacityFlashTag", device); }
+  void AddKorelDirectTag(Given device) override { Record("AddKorelDirectTag", device); }
+  void RemoveCapacityFlashTag(Given device) override { Record("RemoveCapacityFlashTag", device); }
+  void RemoveKorelDirectTag(Given device) override { Record("RemoveKorelDirectTag", device); }
   void ClearDefaultPolicies() override { Record("ClearDefaultPolicies"); }
   std::vector<std::string> GetJoinedClusterUuids() override {
-    Record("GetJoinedClusterUuids");
-    return current->joinedClusters;
+    return Answer(current->joinedClusters, "GetJoinedClusterUuids");
   }
-  std::string GetClusterUuid() override {
-    Record("GetClusterUuid");
-    return current->clusterUuid;
+  std::string GetClusterUuid() override { return Answer(current->clusterUuid, "GetClusterUuid"); }
+  std::string GetDatastoreName(Given uuid) override {
+    return Answer(std::string("name of " + Text(uuid)), "GetDatastoreName", uuid);
   }
-  std::string GetDatastoreName(const std::string& uuid) override {
-    Record("GetDatastoreName", uuid);
-    return "name of " + Text(uuid);
-  }
-  void SetDatastoreName(const std::string& uuid, const std::string& name) override {
-    Record("SetDatastoreName", uuid, name);
-  }
+  void SetDatastoreName(Given uuid, Given name) override { Record("SetDatastoreName", uuid, name); }
   void AddDatastore(const KorelDatastore& datastore) override { Record("AddDatastore", datastore); }
-  void RemoveDatastore(const std::string& uuid) override { Record("RemoveDatastore", uuid); }
+  void RemoveDatastore(Given uuid) override { Record("RemoveDatastore", uuid); }
   std::vector<std::shared_ptr<KorelDatastore>> GetDatastores() override {
     Record("GetDatastores");
     std::vector<std::shared_ptr<KorelDatastore>> answer;
@@ -208,9 +183,9 @@ class RecordingKorelInfo : public KorelInfo {
     }
     return answer;
   }
-  bool IsHsknicConfigured(const std::string& name, const std::string& type) override {
-    Record("IsHsknicConfigured", name, type);
-    return current->configured.contains(name + " " + type);
+  bool IsHsknicConfigured(Given name, Given type) override {
+    return Answer(current->configured.contains(name + " " + type), "IsHsknicConfigured", name,
+                  type);
   }
   void ListDiskUuids(std::vector<Uuid>& uuids) override {
     Record("ListDiskUuids");
@@ -219,53 +194,43 @@ class RecordingKorelInfo : public KorelInfo {
     }
   }
   std::string GetDefaultPolicy(KorelPolicyClass policyClass) override {
-    Record("GetDefaultPolicy", static_cast<int>(policyClass));
-    return "value " + Text(static_cast<int>(policyClass));
+    return Answer(std::string("value " + Text(static_cast<int>(policyClass))), "GetDefaultPolicy",
+                  static_cast<int>(policyClass));
   }
   void GetUnicastAgents(std::vector<KorelUnicastAddressInfo>& agents, bool all,
-                        const std::string& cluster) override {
+                        Given cluster) override {
     Record("GetUnicastAgents", all, cluster);
     agents.insert(agents.end(), current->agents.begin(), current->agents.end());
   }
-  std::int64_t GetResyncThrottle() override {
-    Record("GetResyncThrottle");
-    return current->number;
-  }
+  std::int64_t GetResyncThrottle() override { return Answer(current->number, "GetResyncThrottle"); }
   void SetResyncThrottle(std::int64_t mbps) override { Record("SetResyncThrottle", mbps); }
   std::int64_t GetResyncBandwidth() override {
-    Record("GetResyncBandwidth");
-    return current->number;
+    return Answer(current->number, "GetResyncBandwidth");
   }
-  bool IsDataInTransitEncryptionEnabled(const std::string& cluster, bool ask) override {
-    Record("IsDataInTransitEncryptionEnabled", cluster, ask);
-    return current->encryption;
+  bool IsDataInTransitEncryptionEnabled(Given cluster, bool ask) override {
+    return Answer(current->encryption, "IsDataInTransitEncryptionEnabled", cluster, ask);
   }
-  void SetDataInTransitEncryption(const std::string& cluster, bool enabled,
-                                  const std::string& state, int reserved) override {
+  void SetDataInTransitEncryption(Given cluster, bool enabled, Given state, int reserved) override {
     Record("SetDataInTransitEncryption", cluster, enabled, state, reserved);
   }
-  std::int64_t GetRekeyInterval(const std::string& cluster, bool ask) override {
-    Record("GetRekeyInterval", cluster, ask);
-    return current->number;
+  std::int64_t GetRekeyInterval(Given cluster, bool ask) override {
+    return Answer(current->number, "GetRekeyInterval", cluster, ask);
   }
-  void SetRekeyInterval(const std::string& cluster, std::int64_t minutes) override {
+  void SetRekeyInterval(Given cluster, std::int64_t minutes) override {
     Record("SetRekeyInterval", cluster, minutes);
   }
-  bool IsClientModeEnabled() override {
-    Record("IsClientModeEnabled");
-    return current->clientMode;
-  }
+  bool IsClientModeEnabled() override { return Answer(current->clientMode, "IsClientModeEnabled"); }
   void SetKorelMaxEnabled(bool enabled) override { Record("SetKorelMaxEnabled", enabled); }
-  void SetDefaultPolicy(KorelPolicyClass policyClass, const std::string& value) override {
+  void SetDefaultPolicy(KorelPolicyClass policyClass, Given value) override {
     Record("SetDefaultPolicy", static_cast<int>(policyClass), value);
   }
   void AddStoragePoolDisks(const std::vector<std::string>& devices) override {
     Record("AddStoragePoolDisks", devices);
   }
-  void RemoveStoragePoolDisk(const std::string& device, const std::string& mode) override {
+  void RemoveStoragePoolDisk(Given device, Given mode) override {
     Record("RemoveStoragePoolDisk", device, mode);
   }
-  void RemoveStoragePoolDiskByUuid(const std::string& uuid, const std::string& mode) override {
+  void RemoveStoragePoolDiskByUuid(Given uuid, Given mode) override {
     Record("RemoveStoragePoolDiskByUuid", uuid, mode);
   }
 };
@@ -285,6 +250,7 @@ RecordingHost::~RecordingHost() { current = nullptr; }
 
 }  // namespace test
 
+using test::Answer;
 using test::current;
 using test::Record;
 
@@ -297,20 +263,15 @@ std::unique_ptr<KorelPlugin> KorelPluginFactory::GetKorelPlugin() {
 namespace HskCtl::Korel {
 
 Tovrin::Korel::KorelNodeType KorelUtil::GetNodeType() {
-  Record("GetNodeType");
-  return current->nodeType;
+  return Answer(current->nodeType, "GetNodeType");
 }
 
 void KorelUtil::DecomCancel() { Record("DecomCancel"); }
 
-std::string KorelUtil::GetFaultDomainId() {
-  Record("GetFaultDomainId");
-  return "id1";
-}
+std::string KorelUtil::GetFaultDomainId() { return Answer(std::string("id1"), "GetFaultDomainId"); }
 
 std::string KorelUtil::GetFormattedSystemDateTime() {
-  Record("GetFormattedSystemDateTime");
-  return "now";
+  return Answer(std::string("now"), "GetFormattedSystemDateTime");
 }
 
 void KorelUtil::GetInfoFromHXDS(const std::string& cluster,
@@ -344,23 +305,19 @@ void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskLis
 }
 
 bool KorelUtil::IsStoragePoolDisk(const std::string& device) {
-  Record("IsStoragePoolDisk", device);
-  return current->poolDisks.contains(device);
+  return Answer(current->poolDisks.contains(device), "IsStoragePoolDisk", device);
 }
 
 bool KorelUtil::IsInStretchedCluster() {
-  Record("IsInStretchedCluster");
-  return current->stretched;
+  return Answer(current->stretched, "IsInStretchedCluster");
 }
 
 bool KorelUtil::IsKorelMetadataNodeFeatureEnabled() {
-  Record("IsKorelMetadataNodeFeatureEnabled");
-  return current->metadataFeature;
+  return Answer(current->metadataFeature, "IsKorelMetadataNodeFeatureEnabled");
 }
 
 bool KorelUtil::IsKorelRebuildTrimFssEnabled() {
-  Record("IsKorelRebuildTrimFssEnabled");
-  return current->trimFeature;
+  return Answer(current->trimFeature, "IsKorelRebuildTrimFssEnabled");
 }
 
 void KorelUtil::SetTracedLogOptions(const std::unordered_map<std::string, std::string>& options) {
@@ -372,8 +329,8 @@ void KorelUtil::SetTracedLogOptions(const std::unordered_map<std::string, std::s
 
 int KorelUtil::KorelExec(const std::string& path, const std::string& arguments, bool inShell,
                          bool wait, bool showOutput) {
-  Record("KorelExec", path, arguments, inShell, wait, showOutput);
-  return arguments == "restart" ? current->restarted : current->status;
+  return Answer(arguments == "restart" ? current->restarted : current->status, "KorelExec", path,
+                arguments, inShell, wait, showOutput);
 }
 
 KorelUtil::KorelInfo::KorelUnicastAddressInfo KorelUtil::KorelUnicastAddressInfoFromString(
@@ -403,8 +360,7 @@ int Corvex::AutoCli::AutoCli_ShellCmd(const std::string& line, std::string&, con
 }
 
 bool FeatureList::IsEnabled(Feature feature) {
-  Record("IsFeatureEnabled", static_cast<int>(feature));
-  return current->clientModeFeature;
+  return Answer(current->clientModeFeature, "IsFeatureEnabled", static_cast<int>(feature));
 }
 
 char* UUID_CreateRandom() {

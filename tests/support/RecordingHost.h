@@ -77,8 +77,10 @@ struct Case {
   std::string calls;
 };
 
-/// Prepares a host on which that operation fails with "no luck".
-std::function<void(RecordingHost&)> Failing(const std::string& operation);
+/// Prepares a host as `prepare` does, if that is given, on which the operation fails with "no
+/// luck".
+std::function<void(RecordingHost&)> Failing(const std::string& operation,
+                                            std::function<void(RecordingHost&)> prepare = {});
 
 /// Runs each case on a host of its own.
 void Check(const std::vector<Case>& cases);

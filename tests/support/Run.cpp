@@ -89,8 +89,12 @@ std::string RunLine(const std::string& line) {
   return outcome + (output->GetRootObject() ? Text(*output->GetRootObject()) : "none");
 }
 
-std::function<void(RecordingHost&)> Failing(const std::string& operation) {
-  return [operation](RecordingHost& host) { host.failures[operation] = "no luck"; };
+std::function<void(RecordingHost&)> Failing(const std::string& operation,
+                                            std::function<void(RecordingHost&)> prepare) {
+  return [=](RecordingHost& host) {
+    if (prepare) prepare(host);
+    host.failures[operation] = "no luck";
+  };
 }
 
 void Check(const std::vector<Case>& cases) {
