@@ -109,6 +109,14 @@ TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
     EXPECT_EQ(Shown("table", Texts({text})), shown + "\n");
     EXPECT_TRUE(nlohmann::json::parse(Shown("json", MetaString::New(text))).is_string());
   }
+  // Eight bytes are looked at in one step, whichever of them is the hostile one.
+  for (std::size_t at = 0; at < 8; ++at) {
+    for (const char bad : {'\x1f', '\x7f', '\x80'}) {
+      std::string text = " ~ ~ ~ ~";
+      text[at] = bad;
+      EXPECT_THAT(Shown("simple", MetaString::New(text)), testing::HasSubstr("\\x")) << at;
+    }
+  }
   const auto hostile = Structure("T", {{"a\x1b", MetaType::String}});
   const Hints hints = {{"header:T", "\x1b"}, {"units:T.a\x1b", "\x07"}};
   hostile->SetField("a\x1b", "v\xff");

@@ -27,7 +27,8 @@ TEST_F(DiskTest, DisksAreGivenBackOneByOneByGroupAndByUuid) {
   host->RemoveStoragePoolDisk("f1", "");
   host->RemoveStoragePoolDiskByUuid(UuidOf("c3"), "NoAction");
   EXPECT_FALSE(KorelUtil::IsStoragePoolDisk("f1") || KorelUtil::IsStoragePoolDisk("c3"));
-  Claim("c3", {"s1", "f1"});
+  host->AddCapacityFlashTag("c2");
+  Claim("c3", {"s1", "f1", "c2"});
 }
 
 TEST_F(DiskTest, Refusals) {

@@ -93,6 +93,9 @@ TEST_F(MembershipTest, Refusals) {
                             {[] { Directory(kClusterB); }, notInB},
                             {[] { HostControl()->RestoreCluster(true, true); },
                              "a restore is for one stage of a boot at most"}});
+  ExpectRefusedAt("host9", {{[] { HostControl(); },
+                             "KOREL_LAB_HOST names no host of the lab: 'host9'; the hosts are "
+                             "host1, host2, host3, host4, host5, host6"}});
   const auto setType = [](const char* host) {
     return [=] { OnHost(host, lab::SetNodeType, KorelNodeType::Normal); };
   };

@@ -27,9 +27,10 @@ TEST_F(TraceTest, OptionsAreKeptByHostAndRefusedWhole) {
   AddHostsUpTo(2);
   KorelUtil::SetTracedLogOptions({{"normal_path", "/a b"}, {"urgent_to_syslog", "true"}});
   KorelUtil::SetTracedLogOptions({{"normal_path", ""}, {"object_manager_size_in_kb", "0"}});
+  KorelUtil::SetTracedLogOptions({{"urgent_to_syslog", "false"}});
   EXPECT_THAT(Options(), testing::UnorderedElementsAre(Pair("normal_path", ""),
                                                        Pair("object_manager_size_in_kb", "0"),
-                                                       Pair("urgent_to_syslog", "true")));
+                                                       Pair("urgent_to_syslog", "false")));
   const std::string path =
       "trace option normal_path must be an absolute path without quotation marks and control "
       "characters, or be empty, got ";
