@@ -8,8 +8,9 @@
 
 namespace {
 
-/// By its storage the dynamic linker places what a file has for each thread as it loads the file,
-/// where it ends the program if a first exception, because memory ran out, finds no memory for it.
+/// Because of this one the dynamic linker provides for all that the file keeps for each thread when
+/// it loads the file. It would wait for the first exception otherwise, and end the program when
+/// there is no memory left by then.
 [[gnu::tls_model("initial-exec"), gnu::used, gnu::retain]] thread_local char placed = 0;
 
 [[gnu::used, gnu::retain]] char* Placed() { return &placed; }
@@ -20,7 +21,8 @@ void Say(std::string_view text) {
 
 [[noreturn]] void End(std::string_view reason) {
   Say("error: ");
-  Say(reason);
+  // What others have said does not reach a terminal raw.
+  for (const char& c : reason) Say({c >= ' ' && c < 0x7f ? &c : "?", 1});
   Say("\n");
   _exit(4);
 }
