@@ -86,17 +86,24 @@ pid_t Start(std::vector<std::string>& words, const File& input, const File& outp
   posix_spawnattr_t attributes;
   posix_spawn_file_actions_init(&actions);
   posix_spawnattr_init(&attributes);
-  posix_spawn_file_actions_adddup2(&actions, input.Number(), STDIN_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, output.Number(), STDOUT_FILENO);
-  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  // What cannot be noted for want of memory must not be left out.
+  int error = posix_spawn_file_actions_adddup2(&actions, input.Number(), STDIN_FILENO);
+  if (error == 0) {
+    error = posix_spawn_file_actions_adddup2(&actions, output.Number(), STDOUT_FILENO);
+  }
+  if (error == 0) {
+    error = posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  }
   // While it is fed, this thread keeps SIGPIPE back; the program is to have it as usual.
   sigset_t signals;
   sigemptyset(&signals);
   posix_spawnattr_setsigmask(&attributes, &signals);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
   pid_t child = -1;
-  const int error = posix_spawn(&child, words[0].c_str(), &actions, &attributes, arguments.data(),
-                                environment.data());
+  if (error == 0) {
+    error = posix_spawn(&child, words[0].c_str(), &actions, &attributes, arguments.data(),
+                        environment.data());
+  }
   posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
   return error == 0 ? child : -1;

@@ -24,6 +24,8 @@ constexpr int kTimeoutMs = 60'000;
 std::vector<std::string> CutAtBlanks(const std::string& text) {
   std::vector<std::string> words;
   std::istringstream stream(text);
+  // Or a word for which there was no memory would pass for the end.
+  stream.exceptions(std::ios::badbit);
   for (std::string word; stream >> word;) words.push_back(word);
   return words;
 }
@@ -40,15 +42,18 @@ pid_t Spawn(const std::string& program, std::vector<std::string> words, char* co
             const OutputFiles& files) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  int failure = posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   for (const auto& [number, file] :
        {std::pair(STDOUT_FILENO, &files.out), {STDERR_FILENO, &files.err}}) {
-    if (file->empty()) continue;
-    posix_spawn_file_actions_addopen(&actions, number, file->c_str(), O_WRONLY | O_CREAT, 0600);
+    if (failure != 0 || file->empty()) continue;
+    failure =
+        posix_spawn_file_actions_addopen(&actions, number, file->c_str(), O_WRONLY | O_CREAT, 0600);
   }
   pid_t child = -1;
-  const int failure =
-      posix_spawn(&child, program.c_str(), &actions, nullptr, Pointers(words).data(), environment);
+  if (failure == 0) {
+    failure = posix_spawn(&child, program.c_str(), &actions, nullptr, Pointers(words).data(),
+                          environment);
+  }
   posix_spawn_file_actions_destroy(&actions);
   return failure == 0 ? child : -1;
 }

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "lab/common/Text.h"
 #include "lab/model/Clusters.h"
@@ -188,7 +190,11 @@ Entry EntryOfFile(const fs::path& path, const fs::path& place) {
 }  // namespace
 
 std::vector<std::string> LinesOfFile(const std::string& path) {
+  errno = 0;
   std::ifstream file(path, std::ios::binary);
+  if (!file && errno != ENOENT) {
+    Fail("cannot read ", Quoted(path), ": ", std::generic_category().message(errno));
+  }
   // Or a line for which there was no memory would pass for the end.
   file.exceptions(std::ios::badbit);
   std::vector<std::string> lines;
