@@ -1,3 +1,4 @@
+#include "autocli/batch/SplitLine.h"
 #include "autocli/parse/ParseOptions.h"
 #include "korel/frame/Tree.h"
 #include "tests/support/RecordingHost.h"
@@ -6,28 +7,6 @@ namespace test {
 namespace {
 
 using namespace Corvex::MetaObj;
-
-std::vector<std::string> Words(const std::string& line) {
-  std::vector<std::string> words;
-  std::string word;
-  bool inWord = false;
-  bool inQuotes = false;
-  for (const char c : line) {
-    if (c == '\'') {
-      inQuotes = !inQuotes;
-      inWord = true;
-    } else if (c == ' ' && !inQuotes) {
-      if (inWord) words.push_back(word);
-      word.clear();
-      inWord = false;
-    } else {
-      word += c;
-      inWord = true;
-    }
-  }
-  if (inWord) words.push_back(word);
-  return words;
-}
 
 template <typename Value>
 std::string Joined(const std::vector<Value>& values, const char* separator,
@@ -73,7 +52,8 @@ std::string RunLine(const std::string& line) {
   const auto root = Namespace::New();
   Corvex::Declare::RegisterTop(*root, OstrelCli::KorelNamespace::Tree());
   std::shared_ptr<NamespaceNode> node = root;
-  std::vector<std::string> words = Words(line);
+  std::string problem;
+  std::vector<std::string> words = autocli::SplitLine(line, problem);
   while (const auto space = std::dynamic_pointer_cast<Namespace>(node)) {
     node = space->GetNamespaceNode(words.at(0));
     words.erase(words.begin());
