@@ -16,13 +16,14 @@
 namespace lab {
 namespace {
 
-constexpr int kBusyTimeoutMs = 10'000;
+constexpr int kBusyTimeoutUs = 10'000'000;
+constexpr int kPollUs = 250;
 
-/// Asks for the lock every millisecond. The library's own waiting grows to 100 ms a time, and in a
-/// crowd the lock is then free, for less than one, only when nobody looks.
+/// Asks for the lock again and again. The library's own waiting grows to 100 ms a time, and in a
+/// crowd the lock is then free, for a fraction of one, only when nobody looks.
 int WaitForTurn(void*, int count) {
-  if (count >= kBusyTimeoutMs) return 0;
-  usleep(1000);
+  if (count >= kBusyTimeoutUs / kPollUs) return 0;
+  usleep(kPollUs);
   return 1;
 }
 

@@ -18,5 +18,7 @@ int main(int, char** words) {
     usleep(1000);  // Time enough for somebody else.
     lab::Execute(store, "UPDATE hosts SET resyncRate = ?", rate + 1);
     if (transaction) transaction->Commit();
+    transaction.reset();
+    usleep(1000);  // A command would be starting.
   }
 }
