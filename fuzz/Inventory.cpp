@@ -39,7 +39,7 @@ std::string WithBadHost(const std::string& text) {
 
 /// Every device and interface in the lab, behind the host that it belongs to.
 std::vector<std::string> NamesInLab() {
-  auto names = lab::InLab([](lab::Store& store) {
+  auto names = lab::ReadLab([](lab::Store& store) {
     return lab::Texts(
         store,
         "SELECT hosts.name || ' ' || item.name FROM hosts JOIN"

@@ -208,7 +208,7 @@ class Completer {
 class Blink {
  public:
   Blink() {
-    setenv(kVariable, "1", 1);
+    setenv(kVariable, std::to_string(getpid()).c_str(), 1);
     signal(SIGALRM, [](int) { _exit(0); });
     Ring(Patience());
   }
@@ -221,6 +221,7 @@ class Blink {
   Blink& operator=(const Blink&) = delete;
 
  private:
+  /// Its value is the process, so that one that stays exported means nothing to others.
   static constexpr const char* kVariable = "AUTOCLI_COMPLETING";
   /// With what the process takes to begin, below the tenth of a second that feels immediate.
   static constexpr std::int64_t kMilliseconds = 80;

@@ -8,6 +8,7 @@
 #include "autocli/Version.h"
 #include "autocli/driver/Call.h"
 #include "autocli/driver/Report.h"
+#include "autocli/driver/TellLine.h"
 #include "autocli/help/Describe.h"
 #include "autocli/help/Help.h"
 #include "autocli/plugin/Guard.h"
@@ -144,6 +145,7 @@ class Session {
 
 int RunLine(const std::vector<std::string>& words, const std::shared_ptr<Namespace>& root,
             const std::vector<std::string>& pluginFaults, Sink& out, Sink& err) {
+  TellLine(0, words);
   Session session(ReadCall(root, words), pluginFaults, out, err);
   return AsksForVersionFirst(words) ? session.Answer(kVersionText) : session.Run();
 }
@@ -161,6 +163,7 @@ int RunTool(const std::string& name, const std::shared_ptr<CommandSpec>& command
 
 int RunBatchLine(const std::vector<std::string>& words, std::size_t number,
                  const std::shared_ptr<Namespace>& root, Sink& out) {
+  TellLine(number, words);
   return Session(ReadCall(root, words), {}, out, out).RunInBatch(number);
 }
 

@@ -94,11 +94,14 @@ pid_t Start(std::vector<std::string>& words, const File& input, const File& outp
   if (error == 0) {
     error = posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   }
-  // While it is fed, this thread keeps SIGPIPE back; the program is to have it as usual.
+  // While it is fed, this thread keeps SIGPIPE back, and the process ignores SIGXFSZ; the program
+  // is to have them as usual.
   sigset_t signals;
   sigemptyset(&signals);
   posix_spawnattr_setsigmask(&attributes, &signals);
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+  sigaddset(&signals, SIGXFSZ);
+  posix_spawnattr_setsigdefault(&attributes, &signals);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
   pid_t child = -1;
   if (error == 0) {
     error = posix_spawn(&child, words[0].c_str(), &actions, &attributes, arguments.data(),

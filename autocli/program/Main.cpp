@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <memory>
 #include <new>
 #include <string>
@@ -51,6 +52,8 @@ int Fail(std::string_view message) {
 
 int Main(int argc, char** argv) {
   KeepStandardStreamsTaken();
+  // A file that may not grow any more is then an error of whoever writes it.
+  signal(SIGXFSZ, SIG_IGN);
   try {
     return RunWithPlugins(argv, {argv, argv + argc});
   } catch (const std::bad_alloc&) {

@@ -44,12 +44,10 @@ inline constexpr std::array<TraceNumber, 11> kTraceNumbers = {{
     {"KORELTRACED_LSOM_VERBOSE_ROTATE_FILE_SIZE", "lsom-verbose-size", nullptr, 45, false},
 }};
 
-/// The values of the file by their keys; a later line stands for an earlier one.
+/// The values of the file by their keys. A key begins at the first character that is no blank; its
+/// value is all that follows the first equals sign. A later line stands for an earlier one, unless
+/// it gives a number no value but blanks. Other lines say nothing.
 using TraceValues = std::map<std::string, std::string>;
-
-/// What the lines say. A key begins at the first character that is no blank; its value is all that
-/// follows the first equals sign. Other lines say nothing.
-TraceValues ParseTraceConfig(const std::string& text);
 
 /// The directory of that key without quotation marks, or `standard`.
 std::string TraceDirectory(const TraceValues& values, const char* key, const std::string& standard);
@@ -64,7 +62,8 @@ std::int64_t TraceValue(const TraceValues& values, const char* key);
 /// The values of the file; nothing when it cannot be read whole.
 std::optional<TraceValues> ReadTraceConfig();
 
-/// Replaces the file by `text`. Returns false, and leaves the file as it was, when that fails.
+/// Writes `text` into the file, from its start: mode, owner and links stay. Returns false when that
+/// fails; the file is as it was when it cannot be opened.
 bool WriteTraceConfig(const std::string& text);
 
 }  // namespace OstrelCli::KorelNamespace

@@ -32,7 +32,7 @@ std::shared_ptr<OutputSpec> LabClusterList::GetOutputSpecInternal() {
 void LabClusterList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
     auto list = ListOf(Shape());
-    InLab([&](Store& store) {
+    ReadLab([&](Store& store) {
       for (const Cluster& cluster : AllClusters(store)) {
         auto record = Shape();
         record->SetField("UUID", cluster.uuid);

@@ -75,7 +75,7 @@ std::shared_ptr<OutputSpec> LabClusterShow::GetOutputSpecInternal() { return Ans
 
 void LabClusterShow::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
-    output->SetRootObject(InLab(
+    output->SetRootObject(ReadLab(
         [&](Store& store) { return Describe(store, Find(store, input->GetParameter("uuid"))); }));
   });
 }

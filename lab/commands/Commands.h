@@ -6,7 +6,7 @@
 /// control operation or made to fail on purpose.
 namespace lab {
 
-/// Makes the lab, or makes it anew.
+/// Makes the lab, or replaces it.
 class LabInit final : public LabCommand<LabInit> {
  public:
   LabInit();
@@ -32,6 +32,127 @@ class LabShow final : public LabCommand<LabShow> {
 class LabTry final : public LabCommand<LabTry> {
  public:
   LabTry();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Shows what changed the lab.
+class LabHistory final : public LabCommand<LabHistory> {
+ public:
+  LabHistory();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Takes back what changed the lab.
+class LabUndo final : public LabCommand<LabUndo> {
+ public:
+  LabUndo();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Writes the lab to another file.
+class LabSave final : public LabCommand<LabSave> {
+ public:
+  LabSave();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Gives the lab the rows of another.
+class LabLoad final : public LabCommand<LabLoad> {
+ public:
+  LabLoad();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Shows in what the lab differs from another.
+class LabDiff final : public LabCommand<LabDiff> {
+ public:
+  LabDiff();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Says what is wrong with the lab.
+class LabCheck final : public LabCommand<LabCheck> {
+ public:
+  LabCheck();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Shows the files of the host.
+class LabFileList final : public LabCommand<LabFileList> {
+ public:
+  LabFileList();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Shows a file of the host.
+class LabFileGet final : public LabCommand<LabFileGet> {
+ public:
+  LabFileGet();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Gives the host a file.
+class LabFilePut final : public LabCommand<LabFilePut> {
+ public:
+  LabFilePut();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Takes a file from the host.
+class LabFileRemove final : public LabCommand<LabFileRemove> {
+ public:
+  LabFileRemove();
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
+  void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
+};
+
+/// Changes what the trace daemon's init script answers.
+class LabDaemonSet final : public LabCommand<LabDaemonSet> {
+ public:
+  LabDaemonSet();
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;

@@ -1,5 +1,6 @@
 #include "lab/commands/Commands.h"
-#include "lab/hostctl/Program.h"
+#include "lab/model/Lab.h"
+#include "lab/model/TraceDaemon.h"
 
 namespace lab {
 
@@ -15,7 +16,7 @@ std::shared_ptr<OutputSpec> LabDaemonStart::GetOutputSpecInternal() {
 
 void LabDaemonStart::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
-    RunTraceDaemon("start");
+    ChangeLab([](Store& store) { StartTraceDaemon(store, CurrentHost(store)); });
     Succeed(output);
   });
 }

@@ -1,5 +1,6 @@
 #include "lab/commands/Commands.h"
-#include "lab/hostctl/Program.h"
+#include "lab/model/Lab.h"
+#include "lab/model/TraceDaemon.h"
 
 namespace lab {
 
@@ -15,7 +16,7 @@ std::shared_ptr<OutputSpec> LabDaemonStop::GetOutputSpecInternal() {
 
 void LabDaemonStop::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
-    RunTraceDaemon("stop");
+    ChangeLab([](Store& store) { StopTraceDaemon(store, CurrentHost(store)); });
     Succeed(output);
   });
 }

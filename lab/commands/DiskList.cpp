@@ -61,7 +61,7 @@ std::shared_ptr<OutputSpec> LabDiskList::GetOutputSpecInternal() {
 void LabDiskList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
     auto list = ListOf(Shape());
-    InLab([&](Store& store) {
+    ReadLab([&](Store& store) {
       for (const Device& device : DevicesOf(store, CurrentHost(store))) {
         list->Add(Describe(device));
       }

@@ -34,7 +34,7 @@ void LabDiskSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output)
   }
   Attempt(output, [&] {
     const std::string device = input->GetParameter("device");
-    InLab([&](Store& store) {
+    ChangeLab([&](Store& store) {
       const Host host = CurrentHost(store);
       if (hasHealth) SetHealth(store, host, device, input->GetParameterBool("healthy"));
       if (!hasFormat) return;

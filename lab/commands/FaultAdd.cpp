@@ -35,7 +35,7 @@ void LabFaultAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output
   Attempt(output, [&] {
     Fault fault{input->GetParameter("operation"), input->GetParameter("message"), std::nullopt};
     if (input->HasParameter("count")) fault.remaining = input->GetParameterInt("count");
-    InLab([&](Store& store) { AddFault(store, fault); });
+    ChangeLab([&](Store& store) { AddFault(store, fault); });
     Succeed(output);
   });
 }

@@ -14,7 +14,7 @@ std::shared_ptr<OutputSpec> LabFaultClear::GetOutputSpecInternal() {
 
 void LabFaultClear::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
-    InLab(ClearFaults);
+    ChangeLab(ClearFaults);
     Succeed(output);
   });
 }

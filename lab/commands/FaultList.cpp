@@ -28,7 +28,7 @@ std::shared_ptr<OutputSpec> LabFaultList::GetOutputSpecInternal() {
 void LabFaultList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
     auto list = ListOf(Shape());
-    for (const Fault& fault : InLab(AllFaults)) {
+    for (const Fault& fault : ReadLab(AllFaults)) {
       auto record = Shape();
       record->SetField("Operation", fault.operation);
       record->SetField("Message", fault.message);

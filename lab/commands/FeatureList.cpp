@@ -25,7 +25,7 @@ std::shared_ptr<OutputSpec> LabFeatureList::GetOutputSpecInternal() {
 void LabFeatureList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
     auto list = ListOf(Shape());
-    for (const Feature& feature : InLab(AllFeatures)) {
+    for (const Feature& feature : ReadLab(AllFeatures)) {
       auto record = Shape();
       record->SetField("Name", feature.name);
       record->SetField("Enabled", feature.isEnabled);

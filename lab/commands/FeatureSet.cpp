@@ -27,7 +27,7 @@ std::shared_ptr<OutputSpec> LabFeatureSet::GetOutputSpecInternal() {
 
 void LabFeatureSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
-    InLab([&](Store& store) {
+    ChangeLab([&](Store& store) {
       SetFeature(store, input->GetParameter("name"), input->GetParameterBool("enabled"));
     });
     Succeed(output);

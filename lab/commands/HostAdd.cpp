@@ -21,7 +21,7 @@ std::shared_ptr<OutputSpec> LabHostAdd::GetOutputSpecInternal() { return Answers
 
 void LabHostAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
-    InLab([&](Store& store) { AddHost(store, StandardHost(input->GetParameter("name"))); });
+    ChangeLab([&](Store& store) { AddHost(store, StandardHost(input->GetParameter("name"))); });
     Succeed(output);
   });
 }

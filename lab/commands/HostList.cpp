@@ -53,7 +53,7 @@ std::shared_ptr<OutputSpec> LabHostList::GetOutputSpecInternal() {
 void LabHostList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
     auto list = ListOf(Shape());
-    InLab([&](Store& store) {
+    ReadLab([&](Store& store) {
       for (const Host& host : AllHosts(store)) list->Add(Describe(store, host));
     });
     output->SetRootObject(list);

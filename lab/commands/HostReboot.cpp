@@ -18,7 +18,7 @@ std::shared_ptr<OutputSpec> LabHostReboot::GetOutputSpecInternal() {
 
 void LabHostReboot::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
-    InLab([&](Store& store) { Reboot(store, ChosenHost(store, input)); });
+    ChangeLab([&](Store& store) { Reboot(store, ChosenHost(store, input)); });
     Succeed(output);
   });
 }

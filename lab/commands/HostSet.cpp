@@ -52,7 +52,7 @@ void LabHostSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output)
     if (!input->HasParameter("fault-domain") && !input->HasParameter("node-type")) {
       return Refuse(output, "nothing to set; give --fault-domain or --node-type");
     }
-    InLab([&](Store& store) {
+    ChangeLab([&](Store& store) {
       const Host host = ChosenHost(store, input);
       if (input->HasParameter("fault-domain")) {
         SetFaultDomainOrDefault(store, host, input->GetParameter("fault-domain"));

@@ -1,6 +1,5 @@
 #include "lab/commands/Commands.h"
 #include "lab/model/Lab.h"
-#include "lab/trial/Trial.h"
 
 namespace lab {
 
@@ -12,8 +11,9 @@ std::shared_ptr<InputSpec> LabInit::GetInputSpecInternal() {
   return Inputs({{.name = "force",
                   .shortName = "f",
                   .type = ParameterType::Flag,
-                  .description = "Make an existing lab anew. A file that is damaged, of a newer "
-                                 "version or no lab at all is renamed to FILE.old first."},
+                  .description = "Replace an existing lab, which 'lab undo' brings back. A file "
+                                 "that is damaged, of a newer version or no lab at all is renamed "
+                                 "first, to FILE.old or the next name that is free."},
                  {.name = "inventory",
                   .shortName = "i",
                   .description = "JSON file with the hosts of the lab: {\"hosts\": [{\"name\": "
@@ -27,7 +27,6 @@ std::shared_ptr<OutputSpec> LabInit::GetOutputSpecInternal() { return Answers(Me
 
 void LabInit::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
-    RefuseInTrial("lab init", "it makes another lab, not a change of this one");
     std::vector<HostInventory> hosts{StandardHost("host1")};
     std::vector<std::string> faults;
     const std::string file = input->GetParameter("inventory");

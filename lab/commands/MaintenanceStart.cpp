@@ -18,7 +18,7 @@ std::shared_ptr<OutputSpec> LabMaintenanceStart::GetOutputSpecInternal() {
 
 void LabMaintenanceStart::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, [&] {
-    InLab([](Store& store) { StartMaintenance(store, CurrentHost(store)); });
+    ChangeLab([](Store& store) { StartMaintenance(store, CurrentHost(store)); });
     Succeed(output);
   });
 }

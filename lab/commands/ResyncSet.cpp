@@ -25,7 +25,7 @@ std::shared_ptr<OutputSpec> LabResyncSet::GetOutputSpecInternal() {
 
 void LabResyncSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
-    InLab([&](Store& store) {
+    ChangeLab([&](Store& store) {
       SetResyncRate(store, CurrentHost(store), input->GetParameterInt("rate"));
     });
     Succeed(output);

@@ -3,7 +3,6 @@
 #include "lab/model/Clusters.h"
 #include "lab/model/Faults.h"
 #include "lab/model/Features.h"
-#include "lab/model/HostRoot.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
@@ -13,7 +12,6 @@ std::shared_ptr<MetaStruct> Shape() {
   return Structure("Lab", {{"File", MetaType::String},
                            {"Schema Version", MetaType::Int},
                            {"Host", MetaType::String},
-                           {"Host Root", MetaType::String},
                            {"Hosts", MetaType::List},
                            {"Clusters", MetaType::List},
                            {"Features Off", MetaType::List},
@@ -39,7 +37,6 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
   record->SetField("File", store.GetPath());
   record->SetField("Schema Version", store.GetVersion());
   record->SetField("Host", host.name);
-  record->SetField("Host Root", HostRoot(store, host));
   record->SetField("Hosts", Described(AllHosts(store), [](const Host& each) { return each.name; }));
   record->SetField("Clusters", Described(AllClusters(store), DescribeCluster));
   record->SetField("Features Off", Described(AllFeatures(store), [](const Feature& feature) {
@@ -62,7 +59,7 @@ std::shared_ptr<InputSpec> LabShow::GetInputSpecInternal() { return Inputs(); }
 std::shared_ptr<OutputSpec> LabShow::GetOutputSpecInternal() { return Answers(Shape()); }
 
 void LabShow::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] { output->SetRootObject(InLab(Describe)); });
+  Attempt(output, [&] { output->SetRootObject(ReadLab(Describe)); });
 }
 
 }  // namespace lab

@@ -1,3 +1,4 @@
+#include "lab/commands/ChangeList.h"
 #include "lab/commands/Commands.h"
 #include "lab/common/Text.h"
 #include "lab/trial/Trial.h"
@@ -15,45 +16,25 @@ std::shared_ptr<MetaList> Operations() {
                                               {"Error", MetaType::String}}));
 }
 
-std::shared_ptr<MetaList> Changes() {
-  return ListOf(Structure("LabTryChange", {{"Change", MetaType::String},
-                                           {"Of", MetaType::String},
-                                           {"Field", MetaType::String},
-                                           {"Before", MetaType::String},
-                                           {"After", MetaType::String}}));
-}
-
 std::shared_ptr<MetaStruct> Shape() {
   auto shape = MetaStruct::New("LabTry");
   shape->SetField("Output", Lines());
   shape->SetField("Operations", Operations());
-  shape->SetField("Changes", Changes());
+  shape->SetField("Changes", NoChanges());
   return shape;
-}
-
-void Add(MetaList& list, const std::vector<std::optional<std::string>>& values) {
-  auto record = MetaStruct::New(list.GetPrototype()->GetTypeName());
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    record->SetField(list.GetPrototype()->GetFields()[i].name, MetaString::New(values[i]));
-  }
-  list.Add(record);
 }
 
 std::shared_ptr<MetaStruct> Describe(const Trial& trial) {
   const auto lines = Lines();
-  for (const std::string& line : trial.output) Add(*lines, {line});
+  for (const std::string& line : trial.output) AddTexts(*lines, {line});
   const auto operations = Operations();
   for (const auto& [operation, arguments, error] : trial.calls) {
-    Add(*operations, {operation, arguments, error});
-  }
-  const auto changes = Changes();
-  for (const auto& [kind, subject, field, before, after] : trial.changes) {
-    Add(*changes, {kind, subject, field, before, after});
+    AddTexts(*operations, {operation, arguments, error});
   }
   auto record = Shape();
   record->SetField("Output", lines);
   record->SetField("Operations", operations);
-  record->SetField("Changes", changes);
+  record->SetField("Changes", ListOfChanges(trial.changes));
   return record;
 }
 
@@ -83,7 +64,7 @@ std::shared_ptr<InputSpec> LabTry::GetInputSpecInternal() {
                   .type = ParameterType::StringList,
                   .required = true,
                   .description = "The command and all its options, as they follow \"autocli\". "
-                                 "What is said to this command itself comes before them."}});
+                                 "Options of this command come before them."}});
 }
 
 std::shared_ptr<OutputSpec> LabTry::GetOutputSpecInternal() { return Answers(Shape()); }

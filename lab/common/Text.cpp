@@ -137,6 +137,12 @@ std::vector<std::string> Split(std::string_view text, char separator) {
   }
 }
 
+std::vector<std::string> Lines(std::string_view text) {
+  std::vector<std::string> lines = Split(text, '\n');
+  if (lines.back().empty()) lines.pop_back();
+  return lines;
+}
+
 std::string LocalTime(std::time_t when) {
   std::tm parts{};
   localtime_r(&when, &parts);
@@ -148,11 +154,12 @@ std::string LocalTime(std::time_t when) {
   return Tovrin::Misc::StrCat(text.substr(0, minutes), ":", text.substr(minutes));
 }
 
-std::string UtcNow() {
-  const std::time_t now = std::time(nullptr);
+std::string UtcNow() { return UtcTime(std::time(nullptr)); }
+
+std::string UtcTime(std::time_t when) {
   std::tm parts{};
-  gmtime_r(&now, &parts);
-  std::array<char, 32> text{};
+  if (gmtime_r(&when, &parts) == nullptr) return std::to_string(when);
+  std::array<char, 64> text{};
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
 }
 

@@ -54,9 +54,14 @@ std::optional<std::int64_t> ParseNumber(std::string_view text);
 /// The pieces between the separators; one empty piece for an empty text.
 std::vector<std::string> Split(std::string_view text, char separator);
 
+/// The lines of a text without their ends; the last one need not have one.
+std::vector<std::string> Lines(std::string_view text);
+
 /// The local time of `when`, with its offset from UTC, as "2026-01-31T23:59:59+01:00".
 std::string LocalTime(std::time_t when);
 
+/// The time as "2026-01-31T22:59:59Z".
+std::string UtcTime(std::time_t when);
 /// The present time as "2026-01-31T22:59:59Z".
 std::string UtcNow();
 

@@ -7,10 +7,18 @@ namespace lab {
 using Tovrin::Lib::Korel::KorelCtlException;
 
 void FailIfInjected(LabTransaction& transaction, OperationName operation) {
+  if (!HasFault(transaction.GetStore(), operation.Get())) return;
+  // One that only reads cannot count.
+  transaction.BeginAgain(Access::Change);
   const auto message = TakeFault(transaction.GetStore(), operation.Get());
   if (!message) return;
-  transaction.Commit();
+  transaction.Commit(std::string(operation.Get()) + " fails on purpose");
   throw InjectedFailure(*message);
+}
+
+std::string LoggedText(OperationName operation, const Json& arguments) {
+  return std::string(operation.Get()) + " " +
+         arguments.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 void LogAndThrow(CallLog& log, OperationName operation, const Json& arguments) {

@@ -7,6 +7,7 @@
 
 #include "lab/common/Text.h"
 #include "lab/hostctl/CallLog.h"
+#include "lab/hostctl/HandedOut.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
@@ -17,8 +18,18 @@ class InjectedFailure : public Tovrin::Lib::Korel::KorelCtlException {
   using KorelCtlException::KorelCtlException;
 };
 
-/// Throws the operation's injected failure, having counted it down for all processes.
+/// The operations that change nothing are known by their names.
+constexpr bool OnlyReads(OperationName operation) {
+  for (const std::string_view beginning : {"Get", "Is", "List", "Fetch"}) {
+    if (operation.Get().starts_with(beginning)) return true;
+  }
+  return false;
+}
+
+/// Throws the operation's injected failure, if there is one, counted down for all processes.
 void FailIfInjected(LabTransaction& transaction, OperationName operation);
+/// The operation and its arguments, for the memory.
+std::string LoggedText(OperationName operation, const Json& arguments);
 /// Within a catch block: logs what is being handled and throws it as a KorelCtlException.
 [[noreturn]] void LogAndThrow(CallLog& log, OperationName operation, const Json& arguments);
 
@@ -31,18 +42,22 @@ std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation, co
                                                      const Work& work) {
   CallLog log;
   try {
-    LabTransaction transaction;
+    // Not in the operation's own transaction: what was written before it stays when it fails.
+    TakeInHostFiles();
+    LabTransaction transaction(OnlyReads(operation) ? Access::Read : Access::Change);
     FailIfInjected(transaction, operation);
     Store& store = transaction.GetStore();
     const Host host = CurrentHost(store);
+    const auto commit = [&] {
+      transaction.Commit(OnlyReads(operation) ? "" : LoggedText(operation, arguments));
+      log.Write(operation, arguments, nullptr);
+    };
     if constexpr (std::is_void_v<std::invoke_result_t<Work, Store&, const Host&>>) {
       work(store, host);
-      transaction.Commit();
-      log.Write(operation, arguments, nullptr);
+      commit();
     } else {
       auto result = work(store, host);
-      transaction.Commit();
-      log.Write(operation, arguments, nullptr);
+      commit();
       return result;
     }
   } catch (...) {

@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <nlohmann/json.hpp>
-#include <system_error>
 
 #include "lab/common/Text.h"
 #include "lab/store/LabFile.h"
@@ -16,26 +16,34 @@ CallLog::CallLog() {
   const char* path = Environment("KOREL_LAB_CALLS");
   if (path == nullptr || !MayChange()) return;
   path_ = path;
-  descriptor_ = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0600);
-  if (descriptor_ < 0) {
-    Fail("KOREL_LAB_CALLS names a file that cannot be written, ", Quoted(path_), ": ",
-         std::generic_category().message(errno));
+  const std::string lab = LabPath();
+  if (IsSameFile(path_, lab) || path_ == lab || path_ == lab + "-journal") {
+    Refuse("it is the lab itself");
   }
+  // Without waiting for whoever may read a pipe; once it is open it is written to as a file is.
+  file_ = File(open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
+  if (!file_.IsOpen()) Refuse(errno == ENXIO ? "nobody reads this pipe" : ErrorText(errno));
+  fcntl(file_.Get(), F_SETFL, O_APPEND);
 }
 
-CallLog::~CallLog() {
-  if (descriptor_ >= 0) close(descriptor_);
+void CallLog::Refuse(const std::string& reason) const {
+  Fail("KOREL_LAB_CALLS names a file that cannot be written, ", Quoted(path_), ": ", reason);
 }
 
 void CallLog::Write(OperationName operation, const Json& arguments, const std::string* error) {
-  if (descriptor_ < 0) return;
+  if (!file_.IsOpen()) return;
   Json line{{"operation", operation.Get()}, {"arguments", arguments}};
   if (error != nullptr) line["error"] = *error;
   const std::string text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  // Whoever read a pipe may be gone: that is an error here, and ends nobody.
+  const auto before = signal(SIGPIPE, SIG_IGN);
   errno = 0;
-  if (write(descriptor_, text.data(), text.size()) == static_cast<ssize_t>(text.size())) return;
+  const ssize_t written = write(file_.Get(), text.data(), text.size());
+  const int reason = errno == 0 ? ENOSPC : errno;
+  signal(SIGPIPE, before);
+  if (written == static_cast<ssize_t>(text.size())) return;
   Fail(operation.Get(), " was carried out but could not be written to KOREL_LAB_CALLS, ",
-       Quoted(path_), ": ", std::generic_category().message(errno == 0 ? ENOSPC : errno));
+       Quoted(path_), ": ", ErrorText(reason));
 }
 
 LoggedCall ReadCall(const std::string& line) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "lab/model/Operations.h"
+#include "lab/store/LabFile.h"
 
 namespace lab {
 
@@ -19,17 +20,16 @@ class CallLog {
   /// Opens the file, so that one that cannot be written is refused before the operation begins.
   /// Throws KorelCtlException.
   CallLog();
-  ~CallLog();
-  CallLog(const CallLog&) = delete;
-  CallLog& operator=(const CallLog&) = delete;
 
   /// Appends the line in one piece; `error` is null when the operation was done. Throws
   /// KorelCtlException when it cannot be written.
   void Write(OperationName operation, const Json& arguments, const std::string* error);
 
  private:
+  [[noreturn]] void Refuse(const std::string& reason) const;
+
   std::string path_;
-  int descriptor_ = -1;
+  File file_;
 };
 
 /// One line of the file.

@@ -8,6 +8,7 @@ namespace lab {
 /// it. The sources beside this header hold the operations by subsystem.
 class LabKorelInfo final : public Tovrin::Korel::KorelInfo {
  public:
+  ~LabKorelInfo() override;
   void SetHsknicConfig(const Tovrin::Korel::KorelHskNicConfig2& config) override;
   std::vector<std::unique_ptr<Tovrin::Korel::KorelHskNicConfig2>> GetHsknicConfigs() override;
   void GetDiskInfo(const Tovrin::Korel::Uuid& disk, const Tovrin::Korel::KorelDiskList& disks,

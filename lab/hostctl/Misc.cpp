@@ -4,8 +4,8 @@
 #include <cstdio>
 
 #include "lab/common/Text.h"
-#include "lab/model/HostRoot.h"
-#include "lab/model/Lab.h"
+#include "lab/hostctl/HandedOut.h"
+#include "lab/store/Store.h"
 
 namespace Tovrin::Misc {
 namespace {
@@ -40,8 +40,11 @@ std::string StrPrintf(const char* format, ...) {
 }
 
 std::string HostPath(const std::string& path) {
-  return lab::InLab(
-      [&](lab::Store& store) { return lab::PlaceUnderRoot(store, lab::CurrentHost(store), path); });
+  try {
+    return lab::HandOutHostFile(path);
+  } catch (...) {
+    lab::ThrowActionable();
+  }
 }
 
 }  // namespace Tovrin::Misc

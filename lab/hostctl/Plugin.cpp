@@ -1,6 +1,9 @@
 #include "lab/hostctl/Call.h"
+#include "lab/hostctl/HandedOut.h"
 #include "lab/hostctl/LabKorelInfo.h"
 #include "lab/hostctl/Records.h"
+
+lab::LabKorelInfo::~LabKorelInfo() { TryToTakeInHostFiles(); }
 
 namespace {
 

@@ -4,14 +4,13 @@
 
 #include "lab/common/Uuids.h"
 #include "lab/hostctl/Call.h"
-#include "lab/hostctl/Program.h"
 #include "lab/hostctl/Records.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Features.h"
-#include "lab/model/HostRoot.h"
 #include "lab/model/StoragePool.h"
 #include "lab/model/Trace.h"
+#include "lab/model/TraceDaemon.h"
 #include "platform/base/FeatureList.h"
 #include "platform/hostctl/KorelUtil.h"
 
@@ -129,13 +128,13 @@ KorelNodeType KorelUtil::GetNodeType() { return Call("GetNodeType", Arguments(),
 
 int KorelUtil::KorelExec(const std::string& path, const std::string& arguments, bool inShell,
                          bool wait, bool showOutput) {
-  // Not within the transaction: the program may take its time, and may use the lab itself.
-  const std::string program =
-      Call("KorelExec", Arguments(path, arguments, inShell, wait, showOutput),
-           [&](lab::Store& store, const lab::Host& host) {
-             return lab::PlaceUnderRoot(store, host, path);
-           });
-  return lab::RunProgram(program, arguments, wait, showOutput);
+  // A lab host has no programs; the lab knows what the one does that commands run.
+  constexpr int kCannotBeRun = -1;
+  return Call("KorelExec", Arguments(path, arguments, inShell, wait, showOutput),
+              [&](lab::Store& store, const lab::Host& host) {
+                if (path != lab::kTraceDaemon) return kCannotBeRun;
+                return lab::RunTraceScript(store, host, arguments);
+              });
 }
 
 void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskList& disks,

@@ -7,15 +7,12 @@
 #include "lab/store/Query.h"
 
 namespace lab {
-namespace {
 
 void CheckOperation(const std::string& name) {
   if (std::find(kOperations.begin(), kOperations.end(), name) != kOperations.end()) return;
   Fail("no host control operation is named ", Quoted(name),
        DidYouMean(name, {kOperations.begin(), kOperations.end()}));
 }
-
-}  // namespace
 
 void AddFault(Store& store, const Fault& fault) {
   CheckOperation(fault.operation);
@@ -40,6 +37,10 @@ std::vector<Fault> AllFaults(Store& store) {
 }
 
 void ClearFaults(Store& store) { Execute(store, "DELETE FROM faults"); }
+
+bool HasFault(Store& store, std::string_view operation) {
+  return Exists(store, "SELECT 1 FROM faults WHERE operation = ?", std::string(operation));
+}
 
 std::optional<std::string> TakeFault(Store& store, std::string_view operation) {
   const std::string name(operation);

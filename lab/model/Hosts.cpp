@@ -4,7 +4,7 @@
 
 #include "lab/common/Text.h"
 #include "lab/common/Uuids.h"
-#include "lab/model/HostRoot.h"
+#include "lab/model/TraceDaemon.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -12,6 +12,9 @@ namespace {
 
 constexpr const char* kSelectHosts =
     "SELECT id, name, nodeUuid, coalesce(faultDomain, name) FROM hosts ";
+
+constexpr const char* kSelectFirst =
+    "SELECT id, name, nodeUuid, coalesce(faultDomain, name) FROM hosts ORDER BY id LIMIT 1";
 
 Host ReadHost(Rows& rows) {
   return {rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
@@ -38,8 +41,12 @@ void AddDevice(Store& store, std::int64_t host, const std::string& hostName,
           device.model.empty() ? std::string(kind) : device.model);
 }
 
+/// For a message: the first few.
 std::string HostNames(Store& store) {
-  return Joined(Texts(store, "SELECT name FROM hosts ORDER BY id"), ", ");
+  constexpr std::size_t kMostNames = 20;
+  auto names = Texts(store, "SELECT name FROM hosts ORDER BY id LIMIT 21");
+  if (names.size() > kMostNames) names.back() = "...";
+  return Joined(names, ", ");
 }
 
 /// ASCII's and Latin-1's, of which a terminal takes either as a command.
@@ -51,13 +58,20 @@ bool IsControlCharacter(std::string_view character) {
 
 }  // namespace
 
-Host CurrentHost(Store& store) {
+std::optional<Host> FindCurrentHost(Store& store) {
   const char* wanted = Environment("KOREL_LAB_HOST");
-  if (auto host = FindHost(store, wanted == nullptr ? "host1" : wanted)) return *host;
-  const auto hosts = AllHosts(store);
-  if (wanted == nullptr && !hosts.empty()) return hosts.front();
-  Fail("KOREL_LAB_HOST names no host of the lab: ", Quoted(wanted == nullptr ? "" : wanted),
-       "; the hosts are ", HostNames(store));
+  if (auto host = FindHost(store, wanted == nullptr ? "host1" : wanted)) return host;
+  if (wanted != nullptr) return std::nullopt;
+  Rows rows = Query(store, kSelectFirst);
+  return rows.executeStep() ? std::optional(ReadHost(rows)) : std::nullopt;
+}
+
+Host CurrentHost(Store& store) {
+  if (auto host = FindCurrentHost(store)) return *host;
+  const char* wanted = Environment("KOREL_LAB_HOST");
+  if (wanted == nullptr) Fail("the lab has no host; 'autocli lab host add' adds one");
+  Fail("KOREL_LAB_HOST names no host of the lab: ", Quoted(wanted), "; the hosts are ",
+       HostNames(store));
 }
 
 Host HostNamed(Store& store, const std::string& name) {
@@ -84,7 +98,7 @@ void AddHost(Store& store, const HostInventory& inventory) {
     Execute(store, "INSERT INTO interfaces (host, name, position) VALUES (?, ?, ?)", host,
             inventory.interfaces[i], static_cast<std::int64_t>(i));
   }
-  LayOutRoot(store, inventory.name);
+  InstallTraceDaemon(store, {host, inventory.name, "", ""});
 }
 
 void CheckFaultDomainName(const std::string& name) {

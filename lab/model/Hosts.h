@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,12 +21,14 @@ struct Host {
 /// The host that this process stands on: $KOREL_LAB_HOST, else "host1", else the lab's first one.
 /// Throws KorelCtlException listing the hosts when there is none of that name.
 Host CurrentHost(Store& store);
+/// The same; nothing when there is none of that name.
+std::optional<Host> FindCurrentHost(Store& store);
 /// Throws KorelCtlException listing the hosts when there is none of that name.
 Host HostNamed(Store& store, const std::string& name);
 /// In the order in which they were added.
 std::vector<Host> AllHosts(Store& store);
 /// Adds a host, with UUIDs that follow from the names of the host and its devices, and
-/// lays out its root. Throws KorelCtlException when the name is taken or malformed.
+/// the trace daemon running. Throws KorelCtlException when the name is taken or malformed.
 void AddHost(Store& store, const HostInventory& inventory);
 
 /// Names are 1 to 256 bytes of UTF-8 without control characters.

@@ -2,64 +2,95 @@
 
 #include "lab/common/Text.h"
 #include "lab/model/Features.h"
-#include "lab/model/HostRoot.h"
+#include "lab/model/Upgrade.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/Query.h"
+#include "lab/store/Schema.h"
 
 namespace lab {
 namespace {
 
 void Populate(Store& store, const std::vector<HostInventory>& hosts) {
-  // Clusters, memberships, devices and what else belongs to one of these goes with it.
-  for (const char* table : {"hosts", "clusters", "features", "faults"}) {
-    Execute(store, (std::string("DELETE FROM ") + table).c_str());
-  }
   ResetFeatures(store);
   for (const HostInventory& host : hosts) AddHost(store, host);
 }
 
-void MakeAnew(const std::vector<HostInventory>& hosts, bool force) {
-  {
-    Store& store = Store::ForProcess();
-    Transaction transaction(store);
-    const bool isNew = store.BringUpToDate() == Content::Nothing;
-    if (!isNew && !force) {
-      Fail("there is a lab at ", Quoted(store.GetPath()), " already; --force makes it anew");
-    }
-    if (isNew) RemoveRoots(store);
+/// Makes the lab of a new file, or brings one of an older version up to date. False when somebody
+/// else has.
+bool MakeReady(Store& store, const std::vector<HostInventory>& hosts) {
+  if (!MayChange()) Fail("the lab is not ready for use, and nothing may change now");
+  Transaction transaction(store, Access::ChangeLoosely);
+  if (store.IsCurrent()) return false;
+  std::string operation = UpgradeSchema(store);
+  if (operation.empty()) {
     Populate(store, hosts);
-    // A rollback brings no files back, so the old hosts' go only when their rows are gone for good.
-    if (!isNew) store.NoteNewHosts();
-    transaction.Commit();
+    operation = "makes the lab";
   }
-  LabTransaction().Commit();
+  const auto host = FindCurrentHost(store);
+  transaction.CommitFirst({host ? host->name : "", operation});
+  return true;
+}
+
+void Replace(const std::vector<HostInventory>& hosts, bool force) {
+  if (MakeReady(Store::ForProcess(), hosts)) return;
+  LabTransaction transaction(Access::Change);
+  Store& store = transaction.GetStore();
+  if (!force) Fail("there is a lab at ", Quoted(store.GetPath()), " already; --force replaces it");
+  // What refers to a row goes before it.
+  for (auto table = kTables.rbegin(); table != kTables.rend(); ++table) {
+    Execute(store, (std::string("DELETE FROM ") + table->name).c_str());
+  }
+  Populate(store, hosts);
+  transaction.Commit();
+}
+
+/// Runs the work; an exception leaves as one that people can act on.
+template <typename Work>
+void Actionably(const Work& work) {
+  try {
+    work();
+  } catch (...) {
+    ThrowActionable();
+  }
+}
+
+bool IsUnusable() {
+  Store::CloseForProcess();
+  try {
+    Actionably([] { const LabTransaction transaction(Access::Read); });
+    return false;
+  } catch (const UnusableLab&) {
+    return true;
+  }
 }
 
 }  // namespace
 
-LabTransaction::LabTransaction() : store_(Store::ForProcess()), transaction_(store_) {
-  const Content content = store_.BringUpToDate();
-  if (content == Content::Lab) return;
-  RemoveRoots(store_);
-  if (content == Content::Nothing) Populate(store_, {StandardHost("host1")});
-  for (const Host& host : AllHosts(store_)) LayOutRoot(store_, host.name);
+LabTransaction::LabTransaction(Access access) : store_(Store::ForProcess()) { BeginAgain(access); }
+
+void LabTransaction::BeginAgain(Access access) {
+  transaction_.reset();
+  transaction_.emplace(store_, access);
+  if (store_.IsCurrent()) return;
+  transaction_.reset();
+  MakeReady(store_, {StandardHost("host1")});
+  transaction_.emplace(store_, access);
+}
+
+void LabTransaction::Commit(const std::string& operation) {
+  const auto host = FindCurrentHost(store_);
+  transaction_->Commit({host ? host->name : "", operation});
 }
 
 void InitLab(const std::vector<HostInventory>& hosts, bool force) {
-  const auto attempt = [&] {
-    try {
-      MakeAnew(hosts, force);
-    } catch (...) {
-      ThrowActionable();
-    }
-  };
+  const auto replace = [&] { Replace(hosts, force); };
   try {
-    attempt();
+    Actionably(replace);
   } catch (const UnusableLab&) {
     if (!force) throw;
+    SetAside(LabPath(), IsUnusable);
     Store::CloseForProcess();
-    SetAside(LabPath());
-    attempt();
+    Actionably(replace);
   }
 }
 

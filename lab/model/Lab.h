@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -10,25 +11,29 @@
 namespace lab {
 
 /// A transaction on the process's lab, which is made, with one standard host "host1", when the
-/// file is new. Files that the hosts of before have left to a lab that was made anew are removed.
+/// file is new, and brought up to date when it is of an older version.
 class LabTransaction {
  public:
-  LabTransaction();
+  explicit LabTransaction(Access access);
 
   Store& GetStore() { return store_; }
-  void Commit() { transaction_.Commit(); }
+  /// Gives up what was done, and waits for another turn.
+  void BeginAgain(Access access);
+  /// Keeps what was changed. In the memory stands the host that the process stands on, and the
+  /// operation when the command line does not say it all.
+  void Commit(const std::string& operation = "");
 
  private:
   Store& store_;
-  Transaction transaction_;
+  std::optional<Transaction> transaction_;
 };
 
 /// Runs `work(Store&)` in one transaction and returns what it returns. Every exception leaves as a
 /// KorelCtlException, and then nothing has changed.
 template <typename Work>
-std::invoke_result_t<Work, Store&> InLab(const Work& work) {
+std::invoke_result_t<Work, Store&> InLab(Access access, const Work& work) {
   try {
-    LabTransaction transaction;
+    LabTransaction transaction(access);
     if constexpr (std::is_void_v<std::invoke_result_t<Work, Store&>>) {
       work(transaction.GetStore());
       transaction.Commit();
@@ -42,10 +47,21 @@ std::invoke_result_t<Work, Store&> InLab(const Work& work) {
   }
 }
 
-/// Makes the process's lab with these hosts. An existing one is refused, or made anew by `force`;
-/// with `force` a file that is no usable lab is renamed to "FILE.old" first.
-/// Throws KorelCtlException; an existing lab is then as it was, or, when only the files of the
-/// hosts of before are still in the way, made anew by whoever uses it next.
+/// Changes the lab, alone with it.
+template <typename Work>
+std::invoke_result_t<Work, Store&> ChangeLab(const Work& work) {
+  return InLab(Access::Change, work);
+}
+
+/// Reads the lab, at the same time as others that read.
+template <typename Work>
+std::invoke_result_t<Work, Store&> ReadLab(const Work& work) {
+  return InLab(Access::Read, work);
+}
+
+/// Makes the process's lab with these hosts. An existing one is refused, or replaced by `force`,
+/// which its memory keeps; a file that is no usable lab is then set aside first (LabFile.h).
+/// Throws KorelCtlException; an existing lab is then as it was.
 void InitLab(const std::vector<HostInventory>& hosts, bool force);
 
 }  // namespace lab

@@ -49,6 +49,8 @@ std::string FaultOf(const std::string& key, const std::string& value) {
   return "there is no key " + Quoted(key) + DidYouMean(key, names);
 }
 
+}  // namespace
+
 void CheckPolicy(const std::string& policy) {
   if (policy.empty()) Fail("a policy has at least one pair, such as copies=2");
   std::set<std::string> keys;
@@ -61,8 +63,6 @@ void CheckPolicy(const std::string& policy) {
     if (!fault.empty()) Fail("the policy pair ", Quoted(pair), " is not possible: ", fault);
   }
 }
-
-}  // namespace
 
 std::string DefaultPolicy(Store& store, const Host& host, KorelPolicyClass policyClass) {
   const auto set = Texts(store, "SELECT value FROM policies WHERE host = ? AND class = ?", host.id,

@@ -12,6 +12,9 @@ namespace lab {
 /// once:
 ///   copies=1..4  stripes=1..12  reserved-percent=0..100  checksum=on|off
 
+/// Throws KorelCtlException naming the first pair that is not possible.
+void CheckPolicy(const std::string& policy);
+
 /// The value that was set, else the built-in one. Throws KorelCtlException when there is no such
 /// class; so do the others.
 std::string DefaultPolicy(Store& store, const Host& host,

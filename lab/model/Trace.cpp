@@ -67,12 +67,15 @@ const Option& FindOption(const std::string& name) {
 
 }  // namespace
 
+void CheckTraceOption(const std::string& name, const std::string& value) {
+  const Option& option = FindOption(name);
+  if (option.kind.takes(value)) return;
+  Fail("trace option ", name, " must be ", option.kind.description, ", got ", Quoted(value));
+}
+
 void SetTraceOptions(Store& store, const Host& host, const TraceOptions& options) {
   for (const auto& [name, value] : options) {
-    const Option& option = FindOption(name);
-    if (!option.kind.takes(value)) {
-      Fail("trace option ", name, " must be ", option.kind.description, ", got ", Quoted(value));
-    }
+    CheckTraceOption(name, value);
     Execute(store, "INSERT OR REPLACE INTO traceOptions VALUES (?, ?, ?)", host.id, name, value);
   }
 }

@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 #include "lab/common/Text.h"
 
@@ -17,12 +19,14 @@ namespace {
 
 constexpr std::string_view kMagic{"SQLite format 3\0", 16};
 constexpr std::size_t kHeaderSize = 100;
+constexpr std::size_t kPageSizePlace = 16;
+constexpr std::size_t kPageCountPlace = 28;
+constexpr std::size_t kEncodingPlace = 56;
+constexpr std::uint32_t kUtf8 = 1;
 constexpr std::size_t kApplicationIdPlace = 68;
 
-std::string ErrnoText() {
-  std::array<char, 128> buffer{};
-  return strerror_r(errno, buffer.data(), buffer.size());
-}
+/// Journals go first: one that stayed would be played into the new file.
+constexpr std::array kSuffixes = {"-journal", "-wal", "-shm", ""};
 
 /// A directory from the environment; empty when the variable is not set or empty.
 std::string DirectoryFrom(const char* variable) {
@@ -32,31 +36,75 @@ std::string DirectoryFrom(const char* variable) {
   return value;
 }
 
-/// A descriptor that closes itself.
-class File {
- public:
-  // Not blocking, lest a named pipe holds the caller up before it is seen to be one.
-  explicit File(const std::string& path)
-      : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  ~File() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
-  int Get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
-
-std::uint32_t BigEndian(const char* bytes) {
+std::uint32_t BigEndian(const char* bytes, int size = 4) {
   std::uint32_t value = 0;
-  for (int i = 0; i < 4; ++i) value = value << 8U | static_cast<unsigned char>(bytes[i]);
+  for (int i = 0; i < size; ++i) value = value << 8U | static_cast<unsigned char>(bytes[i]);
   return value;
 }
 
+bool Exists(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
+}
+
+std::string NameAside(const std::string& path) {
+  std::string name = path + ".old";
+  for (int number = 2; Exists(name); ++number) name = path + ".old." + std::to_string(number);
+  return name;
+}
+
+void RenameAside(const std::string& path) {
+  const std::string aside = NameAside(path);
+  for (const char* suffix : kSuffixes) {
+    const std::string from = path + suffix;
+    const std::string to = aside + suffix;
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0 &&
+        errno != ENOENT) {
+      Fail("cannot rename ", Quoted(from), " to ", Quoted(to), ": ", ErrorText(errno));
+    }
+  }
+}
+
+/// Waits until no other process sets the file of that path aside, and keeps them off until its end.
+/// Not open when there is no file.
+File AloneWith(const std::string& path) {
+  while (true) {
+    File file = OpenFile(path, O_RDWR);
+    if (!file.IsOpen()) return file;
+    flock lock{};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_len = 1;
+    while (fcntl(file.Get(), F_OFD_SETLKW, &lock) != 0 && errno == EINTR) {
+    }
+    // Whoever was waited for may have put another file there.
+    struct stat locked {};
+    struct stat named {};
+    if (fstat(file.Get(), &locked) == 0 && stat(path.c_str(), &named) == 0 &&
+        locked.st_ino == named.st_ino && locked.st_dev == named.st_dev) {
+      return file;
+    }
+  }
+}
+
 }  // namespace
+
+File::~File() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+File::File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+File& File::operator=(File&& other) noexcept {
+  std::swap(descriptor_, other.descriptor_);
+  return *this;
+}
+
+File OpenFile(const std::string& path, int flags) {
+  return File(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0644));
+}
+
+std::string ErrorText(int error) { return std::generic_category().message(error); }
 
 std::string LabPath() {
   if (const char* value = Environment("KOREL_LAB")) {
@@ -75,36 +123,60 @@ std::string LabPath() {
   Fail("no place for the lab: set KOREL_LAB to the absolute path of its file");
 }
 
-bool MayChange() { return Environment("AUTOCLI_COMPLETING") == nullptr; }
-
-std::string HowToReplace(const std::string& path) {
-  return Tovrin::Misc::StrCat(
-      "; choose another file with KOREL_LAB, or make it anew with 'autocli lab init --force' (",
-      Quoted(path + ".old"), " then keeps what is there)");
+bool MayChange() {
+  const char* completing = Environment("AUTOCLI_COMPLETING");
+  return completing == nullptr || completing != std::to_string(getpid());
 }
 
-bool HoldsLab(const std::string& path) {
-  const File file(path);
-  if (file.Get() < 0) {
-    if (errno == ENOENT) return false;
-    Fail("cannot open the lab ", Quoted(path), ": ", ErrnoText());
-  }
+UnusableLab::UnusableLab(const std::string& path, const std::string& problem)
+    : KorelCtlException(path != LabPath()
+                            ? problem
+                            : problem +
+                                  "; choose another file with KOREL_LAB, or replace it with "
+                                  "'autocli lab init --force', which keeps what is there as " +
+                                  Quoted(NameAside(path))) {}
+
+bool IsSameFile(const std::string& path, const std::string& other) {
+  struct stat one {};
+  struct stat two {};
+  return stat(path.c_str(), &one) == 0 && stat(other.c_str(), &two) == 0 &&
+         one.st_dev == two.st_dev && one.st_ino == two.st_ino;
+}
+
+void FailNoFile(const std::string& path) {
+  Fail("the lab ", Quoted(path), " is not a file; set KOREL_LAB to the path of one");
+}
+
+bool HoldsLab(const File& file, const std::string& path) {
   struct stat status {};
-  if (fstat(file.Get(), &status) != 0) Fail("cannot read the lab ", Quoted(path), ErrnoText());
-  if (!S_ISREG(status.st_mode)) {
-    Fail("the lab ", Quoted(path), " is not a file; set KOREL_LAB to the path of one");
-  }
+  if (fstat(file.Get(), &status) != 0) Fail("cannot read ", Quoted(path), ": ", ErrorText(errno));
+  if (!S_ISREG(status.st_mode)) FailNoFile(path);
   if (status.st_size == 0) return false;
   std::array<char, kHeaderSize> header{};
   const ssize_t size = pread(file.Get(), header.data(), header.size(), 0);
   if (size < static_cast<ssize_t>(kHeaderSize) ||
       std::string_view(header.data(), kMagic.size()) != kMagic) {
-    throw UnusableLab(Quoted(path) + " is not a lab" + HowToReplace(path));
+    throw UnusableLab(path, Quoted(path) + " is not a lab");
   }
-  if (BigEndian(header.data() + kApplicationIdPlace) != kApplicationId) {
-    throw UnusableLab(Quoted(path) + " is a database of another program" + HowToReplace(path));
+  if (BigEndian(header.data() + kApplicationIdPlace) != kApplicationId ||
+      BigEndian(header.data() + kEncodingPlace) != kUtf8) {
+    throw UnusableLab(path, Quoted(path) + " is a database of another program");
   }
   return true;
+}
+
+std::string MissingPart(const File& file) {
+  struct stat status {};
+  std::array<char, kHeaderSize> header{};
+  if (fstat(file.Get(), &status) != 0 || pread(file.Get(), header.data(), header.size(), 0) < 0) {
+    return {};
+  }
+  const std::uint32_t pageSize = BigEndian(header.data() + kPageSizePlace, 2);
+  const std::uint64_t whole =
+      std::uint64_t{pageSize == 1 ? 65536 : pageSize} * BigEndian(header.data() + kPageCountPlace);
+  const auto size = static_cast<std::uint64_t>(status.st_size);
+  if (size >= whole) return {};
+  return "has " + std::to_string(size) + " of its " + std::to_string(whole) + " bytes";
 }
 
 void MakeDirectoryOf(const std::string& path) {
@@ -114,25 +186,12 @@ void MakeDirectoryOf(const std::string& path) {
     MakeDirectoryOf(directory);
     if (mkdir(directory.c_str(), 0700) == 0 || errno == EEXIST) return;
   }
-  Fail("cannot make the directory ", Quoted(directory), " of the lab: ", ErrnoText());
+  Fail("cannot make the directory ", Quoted(directory), " of the lab: ", ErrorText(errno));
 }
 
-void SetAside(const std::string& path) {
-  const std::string old = path + ".old";
-  // The journals go first: one that stayed behind would be played into the new file.
-  constexpr std::array kSuffixes = {"-journal", "-wal", "-shm", ""};
-  // Those of an earlier one do, too. Without a file beside them, they are this one's, from a run
-  // that was stopped here.
-  if (access(old.c_str(), F_OK) == 0) {
-    for (const char* suffix : kSuffixes) std::remove((old + suffix).c_str());
-  }
-  for (const char* suffix : kSuffixes) {
-    const std::string from = path + suffix;
-    const std::string to = old + suffix;
-    if (std::rename(from.c_str(), to.c_str()) != 0 && errno != ENOENT) {
-      Fail("cannot rename ", Quoted(from), " to ", Quoted(to), ": ", ErrnoText());
-    }
-  }
+void SetAside(const std::string& path, const std::function<bool()>& isStillUnusable) {
+  const File alone = AloneWith(path);
+  if (alone.IsOpen() && isStillUnusable()) RenameAside(path);
 }
 
 }  // namespace lab

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/hostctl/KorelCtlException.h"
@@ -9,7 +10,9 @@ namespace lab {
 /// The file is there but cannot serve as a lab: damaged, of a newer version, or something else.
 class UnusableLab : public Tovrin::Lib::Korel::KorelCtlException {
  public:
-  using KorelCtlException::KorelCtlException;
+  /// `problem` is a sentence that names the file; of the process's own lab it goes on with how to
+  /// replace it.
+  UnusableLab(const std::string& path, const std::string& problem);
 };
 
 /// Marks a lab in the SQLite header ("KoLb").
@@ -19,22 +22,53 @@ inline constexpr unsigned kApplicationId = 0x4b6f4c62;
 /// $HOME/.local/state/korel/lab.db. Throws KorelCtlException naming a variable that is of no use.
 std::string LabPath();
 
-/// False while a shell asks for words to complete (AUTOCLI_COMPLETING is set): then nothing of the
-/// lab changes, nor is it made, and no call is logged.
+/// False while this process completes words for a shell (AUTOCLI_COMPLETING holds its number): then
+/// nothing of the lab changes, nor is it made, and no call is logged.
 bool MayChange();
 
-/// Looks at the file before SQLite touches it, since opening a foreign database may change it.
-/// True when there is a lab, of whatever version; false when there is no file or an empty one.
-/// Throws UnusableLab for anything else, KorelCtlException when the path cannot be a file.
-bool HoldsLab(const std::string& path);
+/// What the error number says.
+std::string ErrorText(int error);
+
+/// A descriptor, closed at its end.
+class File {
+ public:
+  explicit File(int descriptor = -1) : descriptor_(descriptor) {}
+  ~File();
+  File(File&& other) noexcept;
+  File& operator=(File&& other) noexcept;
+
+  bool IsOpen() const { return descriptor_ >= 0; }
+  int Get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+/// Opens the file with those flags, without following a pipe into a wait. Not open when that fails;
+/// errno says why.
+File OpenFile(const std::string& path, int flags);
+
+/// The two names are of one file. Opens neither: closing the lab's file would drop SQLite's locks.
+bool IsSameFile(const std::string& path, const std::string& other);
+
+/// Throws KorelCtlException: the path names a folder, a pipe or the like.
+[[noreturn]] void FailNoFile(const std::string& path);
+
+/// Looks at a file before SQLite touches it, since opening a foreign database may change it.
+/// True when there is a lab, of whatever version; false when the file is empty. Throws UnusableLab
+/// for anything else, KorelCtlException when `file` is no regular file. `path` is for messages.
+bool HoldsLab(const File& file, const std::string& path);
+
+/// "has 8192 of its 12288 bytes" when the file is shorter than its header says; else empty. The
+/// header counts only while nobody writes.
+std::string MissingPart(const File& file);
 
 /// Makes the missing directories above `path`, for their owner alone.
 void MakeDirectoryOf(const std::string& path);
 
-/// Renames an unusable lab and its journals to "PATH.old...", so that a new one can be made.
-void SetAside(const std::string& path);
-
-/// The sentence that ends the message about an unusable file.
-std::string HowToReplace(const std::string& path);
+/// Renames an unusable lab and its journals to the first free name of "PATH.old", "PATH.old.2"...,
+/// so that a new one can be made. Only when `isStillUnusable` says so once nobody else does the
+/// same: of several at once one renames, and the others find what it made.
+void SetAside(const std::string& path, const std::function<bool()>& isStillUnusable);
 
 }  // namespace lab

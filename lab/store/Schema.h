@@ -4,21 +4,40 @@
 
 namespace lab {
 
-/// The schema as it grew: entry N takes a lab from version N to N + 1. An entry that was released
-/// is never changed; a new one is added behind it.
-inline constexpr std::array kMigrations{R"sql(
-CREATE TABLE hosts (
+/// The version of the schema below, noted in the file.
+inline constexpr int kSchemaVersion = 4;
+
+/// A table or an index of a lab.
+struct SchemaObject {
+  const char* name;
+  const char* sql;  ///< what makes it, to the letter as the file keeps it
+};
+
+/// The schema: a table follows those that it refers to. A lab's file holds exactly this.
+///
+/// Every table has a primary key, so that the memory can name its rows, and none is AUTOINCREMENT,
+/// which would keep a count that taking back does not restore.
+inline constexpr auto kTables = std::to_array<SchemaObject>({
+    {"hosts", R"sql(CREATE TABLE hosts (
   id INTEGER PRIMARY KEY,
   name TEXT NOT NULL UNIQUE,
   nodeUuid TEXT NOT NULL UNIQUE,
-  faultDomain TEXT                -- NULL: one of its own, named as the host
-) STRICT;
-CREATE TABLE interfaces (
+  faultDomain TEXT,               -- NULL: one of its own, named as the host
+  isKorelMax INTEGER NOT NULL DEFAULT 0,
+  isInMaintenance INTEGER NOT NULL DEFAULT 0,
+  resyncThrottle INTEGER NOT NULL DEFAULT 0,  -- Mbps, 0: none
+  resyncRate INTEGER NOT NULL DEFAULT 0,      -- Mbps
+  isDaemonRunning INTEGER NOT NULL DEFAULT 1,
+  daemonStatus INTEGER,           -- what the init script answers; NULL: what is so
+  daemonRestartStatus INTEGER     -- the same of a restart
+) STRICT)sql"},
+    {"interfaces", R"sql(CREATE TABLE interfaces (
   host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
   name TEXT NOT NULL,
+  position INTEGER NOT NULL,      -- in the inventory
   PRIMARY KEY (host, name)
-) STRICT, WITHOUT ROWID;
-CREATE TABLE devices (
+) STRICT, WITHOUT ROWID)sql"},
+    {"devices", R"sql(CREATE TABLE devices (
   id INTEGER PRIMARY KEY,
   host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
   name TEXT NOT NULL,
@@ -28,22 +47,29 @@ CREATE TABLE devices (
   sizeGb INTEGER NOT NULL,
   vendor TEXT NOT NULL,
   model TEXT NOT NULL,
+  isKorelDirect INTEGER NOT NULL DEFAULT 0,
+  isHealthy INTEGER NOT NULL DEFAULT 1,
   UNIQUE (host, name)
-) STRICT;
-CREATE TABLE claims (
+) STRICT)sql"},
+    {"claims", R"sql(CREATE TABLE claims (
   device INTEGER PRIMARY KEY REFERENCES devices ON DELETE CASCADE,
-  cachingDevice INTEGER NOT NULL REFERENCES claims ON DELETE CASCADE,  -- itself when it is the one
+  cachingDevice INTEGER REFERENCES claims ON DELETE CASCADE,  -- NULL: of the storage pool
   formatVersion INTEGER NOT NULL,
   claimedAt TEXT NOT NULL,
-  isMounted INTEGER NOT NULL DEFAULT 1
-) STRICT;
-CREATE TABLE clusters (
+  isMounted INTEGER NOT NULL DEFAULT 1,
+  usedGb INTEGER NOT NULL         -- of data
+) STRICT)sql"},
+    {"clusters", R"sql(CREATE TABLE clusters (
   id INTEGER PRIMARY KEY,
   uuid TEXT NOT NULL UNIQUE,
   isClient INTEGER NOT NULL,
-  preferredFaultDomain TEXT NOT NULL DEFAULT ''
-) STRICT;
-CREATE TABLE memberships (
+  preferredFaultDomain TEXT NOT NULL DEFAULT '',
+  isEncrypted INTEGER NOT NULL DEFAULT 0,
+  rekeyMinutes INTEGER NOT NULL DEFAULT 1440,
+  generation INTEGER NOT NULL DEFAULT 0,
+  changedAt INTEGER               -- seconds since 1970
+) STRICT)sql"},
+    {"memberships", R"sql(CREATE TABLE memberships (
   id INTEGER PRIMARY KEY,         -- in the order of joining
   host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
   cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
@@ -51,42 +77,22 @@ CREATE TABLE memberships (
   isActive INTEGER NOT NULL,      -- the host takes part now
   isPersisted INTEGER NOT NULL,   -- a restore makes it take part
   UNIQUE (host, cluster)
-) STRICT;
-CREATE TABLE datastores (
+) STRICT)sql"},
+    {"datastores", R"sql(CREATE TABLE datastores (
   id INTEGER PRIMARY KEY,
   uuid TEXT NOT NULL UNIQUE,
   cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
   name TEXT NOT NULL,
   isDefault INTEGER NOT NULL,
   UNIQUE (cluster, name)
-) STRICT;
-CREATE TABLE mounts (             -- datastores of other clusters
+) STRICT)sql"},
+    {"mounts", R"sql(CREATE TABLE mounts (
   cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
-  datastore INTEGER NOT NULL REFERENCES datastores ON DELETE CASCADE,
+  datastore INTEGER NOT NULL REFERENCES datastores ON DELETE CASCADE,  -- of another cluster
   name TEXT NOT NULL,
   PRIMARY KEY (cluster, datastore)
-) STRICT, WITHOUT ROWID;
-CREATE TABLE features (
-  name TEXT PRIMARY KEY,
-  isEnabled INTEGER NOT NULL
-) STRICT, WITHOUT ROWID;
-CREATE TABLE faults (
-  operation TEXT PRIMARY KEY,
-  message TEXT NOT NULL,
-  remaining INTEGER               -- calls that will still fail; NULL: all
-) STRICT, WITHOUT ROWID;
-)sql",
-                                        R"sql(
-ALTER TABLE interfaces ADD COLUMN position INTEGER NOT NULL DEFAULT 0;  -- in the inventory
-ALTER TABLE hosts ADD COLUMN isKorelMax INTEGER NOT NULL DEFAULT 0;
-ALTER TABLE hosts ADD COLUMN isInMaintenance INTEGER NOT NULL DEFAULT 0;
-ALTER TABLE hosts ADD COLUMN resyncThrottle INTEGER NOT NULL DEFAULT 0;  -- Mbps, 0: none
-ALTER TABLE hosts ADD COLUMN resyncRate INTEGER NOT NULL DEFAULT 0;      -- Mbps
-ALTER TABLE clusters ADD COLUMN isEncrypted INTEGER NOT NULL DEFAULT 0;
-ALTER TABLE clusters ADD COLUMN rekeyMinutes INTEGER NOT NULL DEFAULT 1440;
-ALTER TABLE clusters ADD COLUMN generation INTEGER NOT NULL DEFAULT 0;
-ALTER TABLE clusters ADD COLUMN changedAt INTEGER;  -- seconds since 1970
-CREATE TABLE agents (
+) STRICT, WITHOUT ROWID)sql"},
+    {"agents", R"sql(CREATE TABLE agents (
   id INTEGER PRIMARY KEY,         -- in the order of adding
   host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
   uuid TEXT NOT NULL,
@@ -98,8 +104,8 @@ CREATE TABLE agents (
   thumbprint TEXT NOT NULL,
   cluster TEXT NOT NULL,          -- a UUID, of a cluster that the lab need not know
   UNIQUE (host, uuid, type, address, port, cluster)
-) STRICT;
-CREATE TABLE networkConfigs (     -- what is persisted
+) STRICT)sql"},
+    {"networkConfigs", R"sql(CREATE TABLE networkConfigs (
   host INTEGER NOT NULL,
   interface TEXT NOT NULL,
   agentV4 TEXT NOT NULL,
@@ -112,40 +118,59 @@ CREATE TABLE networkConfigs (     -- what is persisted
   ttl INTEGER NOT NULL,
   carriesKorel INTEGER NOT NULL,
   carriesWitness INTEGER NOT NULL,
-  isActive INTEGER NOT NULL,
+  isActive INTEGER NOT NULL,      -- every row is persisted
   PRIMARY KEY (host, interface),
   FOREIGN KEY (host, interface) REFERENCES interfaces ON DELETE CASCADE
-) STRICT, WITHOUT ROWID;
-CREATE TABLE policies (
+) STRICT, WITHOUT ROWID)sql"},
+    {"policies", R"sql(CREATE TABLE policies (
   host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
   class INTEGER NOT NULL,
   value TEXT NOT NULL,
   PRIMARY KEY (host, class)
-) STRICT, WITHOUT ROWID;
-)sql",
-                                        R"sql(
-ALTER TABLE devices ADD COLUMN isKorelDirect INTEGER NOT NULL DEFAULT 0;
-ALTER TABLE devices ADD COLUMN isHealthy INTEGER NOT NULL DEFAULT 1;
-CREATE TABLE newClaims (
-  device INTEGER PRIMARY KEY REFERENCES devices ON DELETE CASCADE,
-  cachingDevice INTEGER REFERENCES newClaims ON DELETE CASCADE,  -- NULL: of the storage pool
-  formatVersion INTEGER NOT NULL,
-  claimedAt TEXT NOT NULL,
-  isMounted INTEGER NOT NULL DEFAULT 1,
-  usedGb INTEGER NOT NULL         -- of data
-) STRICT;
-INSERT INTO newClaims
-  SELECT device, cachingDevice, formatVersion, claimedAt, isMounted,
-         CASE WHEN device = cachingDevice THEN 0 ELSE sizeGb / 4 END
-  FROM claims JOIN devices ON id = device;
-DROP TABLE claims;
-ALTER TABLE newClaims RENAME TO claims;
-CREATE TABLE traceOptions (       -- as the trace daemon was told last
+) STRICT, WITHOUT ROWID)sql"},
+    {"traceOptions", R"sql(CREATE TABLE traceOptions (
   host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
   name TEXT NOT NULL,
-  value TEXT NOT NULL,
+  value TEXT NOT NULL,            -- as the trace daemon was told last
   PRIMARY KEY (host, name)
-) STRICT, WITHOUT ROWID;
-)sql"};
+) STRICT, WITHOUT ROWID)sql"},
+    {"files", R"sql(CREATE TABLE files (
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  path TEXT NOT NULL,
+  isReadOnly INTEGER NOT NULL,
+  content BLOB NOT NULL,
+  PRIMARY KEY (host, path)
+) STRICT, WITHOUT ROWID)sql"},
+    {"features", R"sql(CREATE TABLE features (
+  name TEXT PRIMARY KEY,
+  isEnabled INTEGER NOT NULL
+) STRICT, WITHOUT ROWID)sql"},
+    {"faults", R"sql(CREATE TABLE faults (
+  operation TEXT PRIMARY KEY,
+  message TEXT NOT NULL,
+  remaining INTEGER               -- calls that will still fail; NULL: all
+) STRICT, WITHOUT ROWID)sql"},
+});
+
+/// What is in the file beside the lab's own rows: the memory, which keeps what changed them.
+inline constexpr SchemaObject kHistory{"history", R"sql(CREATE TABLE history (
+  number INTEGER PRIMARY KEY,
+  command INTEGER NOT NULL,       -- the first entry of the command that this one is of
+  time INTEGER NOT NULL,          -- seconds since 1970
+  host TEXT NOT NULL,
+  line TEXT NOT NULL,             -- the command line, as far as it is known
+  operation TEXT NOT NULL,        -- the host control operation, when it was one
+  version INTEGER NOT NULL,       -- of the schema
+  size INTEGER NOT NULL,          -- of this entry in bytes
+  total INTEGER NOT NULL,         -- of this and all earlier entries, forgotten ones included
+  changes BLOB                    -- a changeset; NULL: it cannot be taken back
+) STRICT)sql"};
+
+/// For what refers to a row that goes.
+inline constexpr auto kIndexes = std::to_array<SchemaObject>({
+    {"claimsOfGroup", "CREATE INDEX claimsOfGroup ON claims (cachingDevice)"},
+    {"membershipsOfCluster", "CREATE INDEX membershipsOfCluster ON memberships (cluster)"},
+    {"mountsOfDatastore", "CREATE INDEX mountsOfDatastore ON mounts (datastore)"},
+});
 
 }  // namespace lab

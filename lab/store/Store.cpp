@@ -3,34 +3,37 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Statement.h>
-#include <sqlite3.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <new>
+#include <stdexcept>
+#include <utility>
 
 #include "lab/common/Text.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/Memory.h"
+#include "lab/store/Patience.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
+#include "lab/store/SchemaCheck.h"
+#include "lab/store/Session.h"
 
 namespace lab {
 namespace {
 
-constexpr int kBusyTimeoutUs = 10'000'000;
-constexpr int kPollUs = 250;
-
-/// Asks for the lock again and again. The library's own waiting grows to 100 ms a time, and in a
-/// crowd the lock is then free, for a fraction of one, only when nobody looks.
-int WaitForTurn(void*, int count) {
-  if (count >= kBusyTimeoutUs / kPollUs) return 0;
-  usleep(kPollUs);
-  return 1;
+/// Waits for programs that know nothing of turns. SQLite's own waiting grows to 100 ms a time.
+int WaitForOthers(void*, int) noexcept {
+  constexpr int kPollUs = 1000;
+  try {
+    if (PatienceLeft() <= Waiting::zero()) return 0;
+    const WaitingTime waiting;
+    usleep(kPollUs);
+    return 1;
+  } catch (const std::exception&) {
+    return 0;
+  }
 }
-
-constexpr int kNewestVersion = static_cast<int>(kMigrations.size());
-// Programs that do not know of it refuse the file, rather than take the old hosts' files for the
-// new hosts'.
-constexpr int kVersionWithNewHosts = -kNewestVersion;
 
 /// Not closed when the process ends: that drops its locks, and there is nothing else to be done.
 std::unique_ptr<Store>& ProcessStore() {
@@ -47,8 +50,17 @@ int OpenFlags() {
          (MayChange() ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE : SQLite::OPEN_READONLY);
 }
 
-void SetVersion(Store& store, int version) {
-  store.GetDatabase().exec("PRAGMA user_version = " + std::to_string(version));
+const std::string& Prepared(const std::string& path) {
+  if (MayChange()) MakeDirectoryOf(path);
+  return path;
+}
+
+/// Opens the file only when the process has not: closing it would drop SQLite's locks.
+std::string MissingPartOf(const std::string& path) {
+  const auto& store = ProcessStore();
+  if (store && store->GetPath() == path) return MissingPart(store->GetTurnstile().GetFile());
+  const File file = OpenFile(path, O_RDONLY);
+  return file.IsOpen() ? MissingPart(file) : "";
 }
 
 [[noreturn]] void ThrowActionable(const SQLite::Exception& failure, const std::string& path) {
@@ -56,7 +68,7 @@ void SetVersion(Store& store, int version) {
   switch (failure.getErrorCode()) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      Fail(lab, " is in use by another process; try again");
+      FailBusy(path);
     case SQLITE_FULL:
       Fail("no space is left for ", lab);
     case SQLITE_READONLY:
@@ -65,8 +77,10 @@ void SetVersion(Store& store, int version) {
     case SQLITE_AUTH:
       Fail("cannot write ", lab, " or its directory: ", failure.what());
     case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-      throw UnusableLab(lab + " is damaged" + HowToReplace(path));
+    case SQLITE_NOTADB: {
+      const std::string missing = MissingPartOf(path);
+      throw UnusableLab(path, lab + (missing.empty() ? " is damaged" : " was cut: it " + missing));
+    }
     default:
       Fail(lab, " cannot be used: ", failure.what());
   }
@@ -74,13 +88,17 @@ void SetVersion(Store& store, int version) {
 
 }  // namespace
 
-Store::Store(std::string path) : path_(std::move(path)) {
-  if (MayChange()) MakeDirectoryOf(path_);
-  HoldsLab(path_);
+Store::Store(std::string path) : path_(std::move(path)), turnstile_(Prepared(path_)) {
+  HoldsLab(turnstile_.GetFile(), path_);
   database_ = std::make_unique<SQLite::Database>(path_, OpenFlags());
-  sqlite3_busy_handler(database_->getHandle(), WaitForTurn, nullptr);
-  sqlite3_db_config(database_->getHandle(), SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
-  database_->exec("PRAGMA synchronous = EXTRA");
+  sqlite3* handle = database_->getHandle();
+  sqlite3_busy_handler(handle, WaitForOthers, nullptr);
+  for (const auto& [setting, value] : {std::pair(SQLITE_DBCONFIG_ENABLE_FKEY, 1),
+                                       {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+                                       {SQLITE_DBCONFIG_DEFENSIVE, 1}}) {
+    sqlite3_db_config(handle, setting, value, nullptr);
+  }
+  database_->exec("PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON");
 }
 
 Store::~Store() = default;
@@ -88,7 +106,10 @@ Store::~Store() = default;
 Store& Store::ForProcess() {
   std::string path = LabPath();
   std::unique_ptr<Store>& store = ProcessStore();
-  if (!store || store->GetPath() != path) store = std::make_unique<Store>(std::move(path));
+  if (!store || store->GetPath() != path || !store->turnstile_.IsInPlace()) {
+    store.reset();
+    store = std::make_unique<Store>(std::move(path));
+  }
   return *store;
 }
 
@@ -106,7 +127,7 @@ void Store::Keep(std::unique_ptr<SQLite::Statement> statement) noexcept {
     const std::string& sql = statement->getQuery();
     idle_.insert_or_assign(sql, std::move(statement));
   } catch (const std::exception&) {
-    // It is prepared anew the next time.
+    // It is prepared again the next time.
   }
 }
 
@@ -116,54 +137,98 @@ int Store::GetVersion() {
   return rows.getColumn(0).getInt();
 }
 
-Content Store::BringUpToDate() {
-  // Read each time: another process may have made the lab anew since.
+bool Store::IsCurrent() {
+  // Read each time: another process may have changed it since.
   const int version = GetVersion();
-  if (version == kNewestVersion) return Content::Lab;
-  const bool hasNewHosts = version == kVersionWithNewHosts;
-  if ((version > kNewestVersion || version < 0) && !hasNewHosts) {
-    throw UnusableLab("the lab " + Quoted(path_) + " is of version " + std::to_string(version) +
-                      ", newer than this program knows (" + std::to_string(kNewestVersion) + ")" +
-                      HowToReplace(path_));
+  if (version > kSchemaVersion) {
+    throw UnusableLab(path_, "the lab " + Quoted(path_) + " is of version " +
+                                 std::to_string(version) + ", newer than this program knows (" +
+                                 std::to_string(kSchemaVersion) + ")");
   }
-  for (int from = hasNewHosts ? kNewestVersion : version; from < kNewestVersion; ++from) {
-    database_->exec(kMigrations.at(static_cast<std::size_t>(from)));
+  if (version < kSchemaVersion) return false;
+  Rows rows = Query(*this, "PRAGMA schema_version");
+  rows.executeStep();
+  const int schema = rows.getColumn(0).getInt();
+  if (schema == checkedSchema_) return true;
+  CheckSchema(*this, CurrentSchema());
+  if (const std::string missing = MissingPart(turnstile_.GetFile()); !missing.empty()) {
+    throw UnusableLab(path_, "the lab " + Quoted(path_) + " was cut: it " + missing);
   }
-  database_->exec("PRAGMA application_id = " + std::to_string(kApplicationId));
-  SetVersion(*this, kNewestVersion);
-  return hasNewHosts ? Content::NewHosts : version == 0 ? Content::Nothing : Content::Lab;
+  checkedSchema_ = schema;
+  return true;
 }
 
-void Store::NoteNewHosts() { SetVersion(*this, kVersionWithNewHosts); }
-
-bool Store::HasChanged() {
-  sqlite3_file* journal = nullptr;
-  const int known = sqlite3_file_control(
-      database_->getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, static_cast<void*>(&journal));
-  return known != SQLITE_OK || journal->pMethods != nullptr;
+std::int64_t Store::GetFirstEntry(const std::string& command) const {
+  return command == command_ ? firstEntry_ : 0;
 }
 
-Transaction::Transaction(Store& store) : store_(store) {
-  Execute(store_, MayChange() ? "BEGIN IMMEDIATE" : "BEGIN");
+void Store::SetFirstEntry(const std::string& command, std::int64_t entry) {
+  command_ = command;
+  firstEntry_ = entry;
 }
 
-Transaction::~Transaction() {
-  if (!isCommitted_) store_.GetDatabase().tryExec("ROLLBACK");
+Transaction::Transaction(Store& store, Access access)
+    : store_(store),
+      isLoose_(access == Access::ChangeLoosely),
+      turn_(store.GetTurnstile(), access) {
+  const bool isForChanges = access != Access::Read && MayChange();
+  if (isLoose_) SetReferencesChecked(false);
+  try {
+    Execute(store_, isForChanges ? "BEGIN IMMEDIATE" : "BEGIN");
+    if (isForChanges) session_ = BeginRecording(store_);
+  } catch (...) {
+    TakeDown();
+    throw;
+  }
 }
 
-void Transaction::Commit() {
+Transaction::~Transaction() { TakeDown(); }
+
+void Transaction::TakeDown() {
+  if (session_ != nullptr) sqlite3session_delete(session_);
+  if (!isEnded_) store_.GetDatabase().tryExec("ROLLBACK");
+  if (isLoose_) SetReferencesChecked(true);
+}
+
+void Transaction::Commit(const Origin& origin) {
+  if (session_ == nullptr) {
+    const int state = sqlite3_txn_state(store_.GetDatabase().getHandle(), nullptr);
+    if (state == SQLITE_TXN_WRITE) throw std::logic_error("a transaction for reading has written");
+    return End("ROLLBACK");
+  }
+  const Changeset changes = EndRecording(std::exchange(session_, nullptr));
   // Without a change a rollback is the same, and takes fewer of the file's locks.
-  Execute(store_, store_.HasChanged() ? "COMMIT" : "ROLLBACK");
-  isCommitted_ = true;
+  if (changes.empty()) return End("ROLLBACK");
+  Remember(store_, origin, &changes);
+  End("COMMIT");
 }
 
-void ThrowActionable(const std::exception_ptr& failure) {
+void Transaction::CommitFirst(const Origin& origin) {
+  if (session_ != nullptr) EndRecording(std::exchange(session_, nullptr));
+  Remember(store_, origin, nullptr);
+  End("COMMIT");
+}
+
+void Transaction::End(const char* statement) {
+  Execute(store_, statement);
+  isEnded_ = true;
+}
+
+/// Only between transactions does SQLite take this.
+void Transaction::SetReferencesChecked(bool isChecked) {
+  sqlite3_db_config(store_.GetDatabase().getHandle(), SQLITE_DBCONFIG_ENABLE_FKEY,
+                    isChecked ? 1 : 0, nullptr);
+}
+
+void ThrowActionable(const std::exception_ptr& failure) { ThrowActionable(failure, LabPath()); }
+
+void ThrowActionable(const std::exception_ptr& failure, const std::string& path) {
   try {
     std::rethrow_exception(failure);
   } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
     throw;
   } catch (const SQLite::Exception& known) {
-    ThrowActionable(known, LabPath());
+    ThrowActionable(known, path);
   } catch (const std::bad_alloc&) {
     Fail("out of memory");
   } catch (const std::exception& known) {

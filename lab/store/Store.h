@@ -5,19 +5,16 @@
 #include <memory>
 #include <string>
 
+#include "lab/store/Turnstile.h"
+
 namespace SQLite {
 class Database;
 class Statement;
 }  // namespace SQLite
 
-namespace lab {
+struct sqlite3_session;
 
-/// What there is in a lab file.
-enum class Content {
-  Lab,
-  NewHosts,  ///< a lab that was made anew, beside files of the hosts of before
-  Nothing,
-};
+namespace lab {
 
 /// One open lab file.
 class Store {
@@ -30,13 +27,14 @@ class Store {
   Store(const Store&) = delete;
   Store& operator=(const Store&) = delete;
 
-  /// The lab at LabPath(), opened at the first call and kept open.
+  /// The lab at LabPath(), opened at the first call and kept open as long as the path is its.
   static Store& ForProcess();
   /// The next ForProcess() opens the file again.
   static void CloseForProcess();
 
   const std::string& GetPath() const { return path_; }
   SQLite::Database& GetDatabase() { return *database_; }
+  Turnstile& GetTurnstile() { return turnstile_; }
 
   /// The statement, prepared, reset and without values. It is the caller's until Keep() takes it
   /// back for the next time: preparing costs more than most statements do.
@@ -45,38 +43,73 @@ class Store {
 
   /// The schema's version: 0 for a new file.
   int GetVersion();
-  /// Within a transaction: takes the schema to the newest version. Says what was there, and from
-  /// then on it is a lab. Throws UnusableLab when the file is newer than this library.
-  Content BringUpToDate();
-  /// Within a transaction: anything in the file is to change, for its journal was begun.
-  bool HasChanged();
-  /// Within a transaction: whoever comes next finds NewHosts.
-  void NoteNewHosts();
+  /// Within a transaction: the file holds a lab of the newest version, and just that. False when it
+  /// is new or older. Throws UnusableLab when it is newer, or holds or lacks anything else.
+  bool IsCurrent();
+
+  /// The first entry of the memory that the present command of this process has made, by the
+  /// command's number; 0 when it has made none.
+  std::int64_t GetFirstEntry(const std::string& command) const;
+  void SetFirstEntry(const std::string& command, std::int64_t entry);
 
  private:
   std::string path_;
+  Turnstile turnstile_;  ///< before the database: closing its file drops the other's locks
   std::unique_ptr<SQLite::Database> database_;
   std::map<std::string, std::unique_ptr<SQLite::Statement>> idle_;  ///< by their SQL
+  int checkedSchema_ = -1;  ///< SQLite's count of changes of the schema that was found right
+  std::string command_;
+  std::int64_t firstEntry_ = 0;
 };
 
-/// A transaction that no other process can come between; undone unless it is committed.
+/// Where a change comes from, for the memory.
+struct Origin {
+  std::string host;
+  std::string operation;  ///< empty when the command line says it all
+};
+
+/// A transaction, when its turn has come; undone unless it is committed. What it changes is
+/// recorded for the memory.
 class Transaction {
  public:
-  explicit Transaction(Store& store);
+  Transaction(Store& store, Access access);
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
 
-  void Commit();
+  /// Keeps what was changed, with an entry in the memory. Without a change nothing is written.
+  void Commit(const Origin& origin);
+  /// The same with an entry that cannot be taken back: the making of a lab.
+  void CommitFirst(const Origin& origin);
 
  private:
+  class Turn {
+   public:
+    Turn(Turnstile& turnstile, Access access) : turnstile_(turnstile) { turnstile_.Enter(access); }
+    ~Turn() { turnstile_.Leave(); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+   private:
+    Turnstile& turnstile_;
+  };
+
+  void End(const char* statement);
+  void TakeDown();
+  void SetReferencesChecked(bool isChecked);
+
   Store& store_;
-  bool isCommitted_ = false;
+  bool isLoose_;
+  Turn turn_;
+  sqlite3_session* session_ = nullptr;
+  bool isEnded_ = false;
 };
 
 /// Within a catch block: throws what is being handled as a KorelCtlException that a person can act
 /// on. The default says what that is where it is caught: a plug-in has a C++ runtime of its own,
 /// and only that one knows.
 [[noreturn]] void ThrowActionable(const std::exception_ptr& failure = std::current_exception());
+/// The same, of the lab with that path.
+[[noreturn]] void ThrowActionable(const std::exception_ptr& failure, const std::string& path);
 
 }  // namespace lab

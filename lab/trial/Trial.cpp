@@ -1,19 +1,18 @@
 #include "lab/trial/Trial.h"
 
-#include <SQLiteCpp/Database.h>
-#include <sqlite3.h>
-#include <unistd.h>
+#include <fcntl.h>
 
-#include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 
 #include "lab/common/Text.h"
-#include "lab/hostctl/Program.h"
-#include "lab/model/HostRoot.h"
+#include "lab/memory/Copies.h"
 #include "lab/model/Lab.h"
+#include "lab/store/LabFile.h"
+#include "lab/store/Memory.h"
+#include "lab/trial/Program.h"
 
 namespace lab {
 namespace {
@@ -22,11 +21,19 @@ namespace fs = std::filesystem;
 
 constexpr const char* kTrialMark = "KOREL_LAB_TRIAL";
 
+/// Where temporary files go: TMPDIR, made absolute for the process that is started; /tmp without.
+fs::path TemporaryFolder() {
+  const char* named = Environment("TMPDIR");
+  return fs::absolute(named == nullptr || *named == '\0' ? "/tmp" : named);
+}
+
 /// A folder for its owner alone, which goes with the object.
 class PrivateFolder {
  public:
-  PrivateFolder() : path_(fs::temp_directory_path() / "autocli-try-XXXXXX") {
-    if (mkdtemp(path_.data()) == nullptr) Fail("cannot make a directory like ", Quoted(path_));
+  PrivateFolder() : path_(TemporaryFolder() / "autocli-try-XXXXXX") {
+    if (mkdtemp(path_.data()) == nullptr) {
+      Fail("cannot make a directory like ", Quoted(path_), ": ", ErrorText(errno));
+    }
   }
   ~PrivateFolder() {
     std::error_code ignored;
@@ -41,39 +48,49 @@ class PrivateFolder {
   std::string path_;
 };
 
-std::vector<Entry> EntriesOf(const std::string& path) {
-  Store store(path);
-  std::vector<Entry> entries = RowsOf(store);
-  const std::vector<Entry> files = FilesOf(store);
-  entries.insert(entries.end(), files.begin(), files.end());
-  return entries;
+/// The lines of a file; none when there is no such file. Throws when it cannot be read to its end.
+std::vector<std::string> LinesOfFile(const std::string& path) {
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file && errno != ENOENT) Fail("cannot read ", Quoted(path), ": ", ErrorText(errno));
+  // Or a line for which there was no memory would pass for the end.
+  file.exceptions(std::ios::badbit);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) lines.push_back(line);
+  return lines;
 }
 
-/// Within a transaction: copies the lab, as this transaction sees it, to a file of that name.
-void CopyLab(Store& store, const std::string& path) {
-  sqlite3_int64 size = 0;
-  const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
-      sqlite3_serialize(store.GetDatabase().getHandle(), "main", &size, 0), sqlite3_free);
-  std::ofstream file(path, std::ios::binary);
-  file.write(reinterpret_cast<const char*>(bytes.get()), static_cast<std::streamsize>(size));
-  file.close();
-  if (!bytes || !file) Fail("cannot write a copy of the lab to ", Quoted(path));
-  const std::string roots = RootsOf(store);
-  if (fs::exists(roots)) {
-    fs::copy(roots, path + ".root", fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+/// What has changed in the lab of that file since that entry of its memory.
+std::vector<Change> ChangesSince(const std::string& path, std::int64_t entry) {
+  Store store(path);
+  const Transaction transaction(store, Access::Read);
+  std::vector<Changeset> changes;
+  for (Entry& each : EntriesAfter(store, entry)) {
+    if (each.changes) changes.insert(changes.begin(), std::move(*each.changes));
   }
+  return InWords(store, Combined(store, changes));
+}
+
+/// The newest entry of the memory of the lab, of which the file is a copy then.
+std::int64_t CopyTo(const std::string& path) {
+  const File copy = OpenFile(path, O_WRONLY | O_CREAT | O_EXCL);
+  if (!copy.IsOpen()) Fail("cannot make ", Quoted(path), ": ", ErrorText(errno));
+  return ReadLab([&](Store& store) {
+    CopyLab(store, copy.Get());
+    return NewestEntry(store);
+  });
 }
 
 Trial RunTrial(const std::vector<std::string>& words) {
+  HeldSignals signals;
   const PrivateFolder folder;
   const std::string copy = folder.At("lab.db");
-  InLab([&](Store& store) { CopyLab(store, copy); });
-  const std::vector<Entry> before = EntriesOf(copy);
+  const std::int64_t newest = CopyTo(copy);
   std::vector<std::string> line{"autocli"};
   line.insert(line.end(), words.begin(), words.end());
   Trial trial;
   trial.status =
-      RunWords("/proc/self/exe", line,
+      RunWords(signals, "/proc/self/exe", line,
                {{"KOREL_LAB", copy}, {"KOREL_LAB_CALLS", folder.At("calls")}, {kTrialMark, "1"}},
                {folder.At("out"), folder.At("err")});
   if (trial.status < 0) Fail("the command could not be run");
@@ -82,7 +99,7 @@ Trial RunTrial(const std::vector<std::string>& words) {
   for (const std::string& call : LinesOfFile(folder.At("calls"))) {
     trial.calls.push_back(ReadCall(call));
   }
-  trial.changes = ChangesBetween(before, EntriesOf(copy));
+  trial.changes = ChangesSince(copy, newest);
   return trial;
 }
 

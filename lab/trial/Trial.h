@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "lab/hostctl/CallLog.h"
-#include "lab/trial/Changes.h"
+#include "lab/memory/Words.h"
 
 namespace lab {
 

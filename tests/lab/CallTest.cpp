@@ -14,7 +14,7 @@ using HskCtl::Korel::KorelUtil;
 using testing::ElementsAre;
 
 void AddFault(const std::string& operation, const std::string& message, std::int64_t count) {
-  lab::InLab([&](lab::Store& store) { lab::AddFault(store, {operation, message, count}); });
+  lab::ChangeLab([&](lab::Store& store) { lab::AddFault(store, {operation, message, count}); });
 }
 
 class CallTest : public LabTest {
@@ -71,7 +71,7 @@ TEST_F(CallTest, RefusesFaultsThatCannotHappen) {
 
 TEST_F(CallTest, FeaturesAreOnUntilTheyAreSwitchedOff) {
   const auto switchOff = [](const char* name) {
-    lab::InLab([&](lab::Store& store) { lab::SetFeature(store, name, false); });
+    lab::ChangeLab([&](lab::Store& store) { lab::SetFeature(store, name, false); });
   };
   using Tovrin::Korel::KORELFeature;
   const std::tuple<const char*, KORELFeature, std::function<bool()>> features[] = {

@@ -24,7 +24,7 @@ void Restore();
 /// Runs one of the lab's own functions on that host.
 template <typename Work, typename... Values>
 void OnHost(const std::string& host, Work work, const Values&... values) {
-  lab::InLab([&](lab::Store& store) { work(store, lab::HostNamed(store, host), values...); });
+  lab::ChangeLab([&](lab::Store& store) { work(store, lab::HostNamed(store, host), values...); });
 }
 void Reboot(const std::string& host);
 

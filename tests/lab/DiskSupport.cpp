@@ -50,14 +50,14 @@ Tovrin::Korel::KorelDiskInfo Info(const std::string& device) {
 }
 
 std::int64_t DataOn(const std::string& device) {
-  return lab::InLab([&](lab::Store& store) {
+  return lab::ChangeLab([&](lab::Store& store) {
     const auto devices = lab::DevicesOf(store, lab::CurrentHost(store));
     return lab::FindByName(devices, device).claim.value().usedGb;
   });
 }
 
 void MakeUnhealthy(const std::string& device) {
-  lab::InLab(
+  lab::ChangeLab(
       [&](lab::Store& store) { lab::SetHealth(store, lab::CurrentHost(store), device, false); });
 }
 

@@ -1,8 +1,4 @@
-#include <SQLiteCpp/Database.h>
-
 #include "lab/model/Lab.h"
-#include "lab/store/LabFile.h"
-#include "lab/store/Schema.h"
 #include "tests/lab/DiskSupport.h"
 
 namespace lab_test {
@@ -72,25 +68,6 @@ TEST_F(DiskTest, AHostHasFourGroupsOfSixAtMost) {
                   {Act(&Host::AddDisks, "c5", Names{"s10"}),
                    "the host has 4 disk groups, as many as are possible"}});
   Claim("c4", {"s10"});
-}
-
-TEST_F(DiskTest, GroupsOfALabOfTheFirstVersionAreKept) {
-  lab::Store::CloseForProcess();
-  std::filesystem::remove(LabFile());
-  SQLite::Database(LabFile(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
-      .exec(lab::kMigrations[0] + std::string("PRAGMA user_version = 1; PRAGMA application_id = ") +
-            std::to_string(lab::kApplicationId) +
-            "; INSERT INTO hosts VALUES"
-            " (1, 'host1', '11111111-0000-4000-8000-000000000001', NULL);"
-            "INSERT INTO devices VALUES"
-            " (1, 1, 's', '22222222-0000-4000-8000-000000000001', 0, 0, 400, '', ''),"
-            " (2, 1, 'c', '22222222-0000-4000-8000-000000000002', 1, 0, 100, '', '');"
-            "INSERT INTO claims VALUES (2, 2, 15, '2025-01-01T00:00:00Z', 0),"
-            " (1, 2, 15, '2025-01-01T00:00:00Z', 0);");
-  EXPECT_THAT(Claimed(), ElementsAre("s", "c"));
-  EXPECT_EQ(Info("s").diskGroupName, "c");
-  EXPECT_EQ(Info("s").onDiskFormatVersion, 15);
-  EXPECT_EQ(DataOn("s") - DataOn("c"), 100);
 }
 
 }  // namespace

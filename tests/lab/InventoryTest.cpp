@@ -27,7 +27,7 @@ TEST_F(InventoryTest, HostsAreAsTheFileSays) {
   ASSERT_THAT(faults, testing::IsEmpty());
   lab::InitLab(hosts, false);
   EXPECT_THAT(hosts[0].interfaces, ElementsAre("eth0"));
-  lab::InLab([&](lab::Store& store) {
+  lab::ChangeLab([&](lab::Store& store) {
     const auto known = lab::AllHosts(store);
     const auto device = lab::DevicesOf(store, known.at(0)).at(0);
     EXPECT_TRUE(device.isFlash && device.isCapacityFlash && device.sizeGb == 7);

@@ -1,8 +1,6 @@
-#include <SQLiteCpp/Database.h>
-
 #include "lab/model/Lab.h"
 #include "lab/store/LabFile.h"
-#include "lab/store/Schema.h"
+#include "lab/store/Store.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -10,23 +8,20 @@ namespace {
 
 class StoreTest : public LabTest {
  protected:
-  static std::size_t CountHosts() { return lab::InLab(lab::AllHosts).size(); }
+  static std::size_t CountHosts() { return lab::ReadLab(lab::AllHosts).size(); }
   static std::string Open() { return Failure(CountHosts); }
   static std::string Init(bool force) {
     return Failure([&] { lab::InitLab({lab::StandardHost("h")}, force); });
   }
 
-  void Sql(const char* sql) const {
-    SQLite::Database(LabFile(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(sql);
-  }
-
   /// Expects that the file cannot be used, for that reason, and stays as it is; and that only
-  /// `init --force` gets a lab there, keeping the old file.
-  void ExpectUnusable(const std::string& reason) {
+  /// `init --force` gets a lab there, keeping the old file under that name.
+  void ExpectUnusable(const std::string& reason, const std::string& aside) {
     const std::string before = ReadFile(LabFile());
     const std::string advice =
-        "; choose another file with KOREL_LAB, or make it anew with 'autocli lab init --force' ('" +
-        LabFile() + ".old' then keeps what is there)";
+        "; choose another file with KOREL_LAB, or replace it with 'autocli lab init --force', "
+        "which keeps what is there as '" +
+        aside + "'";
     EXPECT_EQ(Open(), reason + advice);
     EXPECT_EQ(Init(false), reason + advice);
     lab::Store::CloseForProcess();
@@ -34,47 +29,96 @@ class StoreTest : public LabTest {
     EXPECT_FALSE(std::filesystem::exists(LabFile() + "-journal"));
     EXPECT_EQ(Init(true), "");
     EXPECT_EQ(CountHosts(), 1U);
-    EXPECT_EQ(ReadFile(LabFile() + ".old"), before);
+    EXPECT_EQ(ReadFile(aside), before);
   }
 };
 
 TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
   const std::string lab = "the lab '" + LabFile() + "'";
+  const auto sql = [](const char* text) { return [text] { Sql(text); }; };
+  const auto fresh = [&](const char* text) {
+    return [&, text] {
+      std::filesystem::remove(LabFile());
+      Sql(text);
+    };
+  };
   const std::pair<std::function<void()>, std::string> cases[] = {
       {[&] { WriteFile(LabFile(), "not a database\n"); }, "'" + LabFile() + "' is not a lab"},
       {[&] { WriteFile(LabFile(), ReadFile(LabFile()).replace(100, 3000, 3000, '\xff')); },
        lab + " is damaged"},
-      {[&] { Sql("PRAGMA user_version = 77"); },
-       lab + " is of version 77, newer than this program knows (" +
-           std::to_string(lab::kMigrations.size()) + ")"},
-      {[&] {
-         std::filesystem::remove(LabFile());
-         Sql("PRAGMA journal_mode = WAL; CREATE TABLE t (x)");
-       },
+      {[&] { std::filesystem::resize_file(LabFile(), 8192); },
+       lab + " was cut: it has 8192 of its SIZE bytes"},
+      {[&] { std::filesystem::resize_file(LabFile(), 8191); },
+       lab + " was cut: it has 8191 of its SIZE bytes"},
+      {sql("PRAGMA user_version = 77"),
+       lab + " is of version 77, newer than this program knows (4)"},
+      {sql("PRAGMA user_version = -9"), lab + " is of the unknown version -9"},
+      {fresh("PRAGMA journal_mode = WAL; CREATE TABLE t (x)"),
        "'" + LabFile() + "' is a database of another program"},
+      {fresh(
+           "PRAGMA encoding = 'UTF-16le'; CREATE TABLE t (x); PRAGMA application_id = 1265585250"),
+       "'" + LabFile() + "' is a database of another program"},
+      {fresh("PRAGMA application_id = 1265585250; PRAGMA user_version = 4"),
+       lab + " lacks the table 'agents'"},
+      {fresh("PRAGMA application_id = 1265585250; PRAGMA user_version = 2"),
+       lab + " lacks the table 'agents'"},
+      {sql("CREATE TABLE \"x'y\" (a)"), lab + " holds a table 'x'y' that no lab has"},
+      {sql("CREATE TRIGGER t AFTER INSERT ON hosts BEGIN DELETE FROM faults; END"),
+       lab + " holds a trigger 't' that no lab has"},
+      {sql("CREATE VIEW v AS SELECT 1"), lab + " holds a view 'v' that no lab has"},
+      {sql("ALTER TABLE hosts ADD COLUMN x DEFAULT (1)"),
+       lab + " has another table 'hosts' than a lab of its version"},
+      {sql("DROP INDEX claimsOfGroup"), lab + " lacks the table 'claimsOfGroup'"},
   };
-  for (const auto& [damage, reason] : cases) {
+  int number = 0;
+  for (auto [damage, reason] : cases) {
     SCOPED_TRACE(reason);
     WriteFile(LabFile(), "");
     EXPECT_EQ(CountHosts(), 1U) << "an empty file is a new lab";
     lab::Store::CloseForProcess();
+    const std::string size = std::to_string(std::filesystem::file_size(LabFile()));
+    if (reason.find("SIZE") != std::string::npos) reason.replace(reason.find("SIZE"), 4, size);
     damage();
-    ExpectUnusable(reason);
+    ExpectUnusable(reason, LabFile() + (++number == 1 ? ".old" : ".old." + std::to_string(number)));
     lab::Store::CloseForProcess();
   }
 }
 
-TEST_F(StoreTest, InitMakesAnExistingLabAnewOnlyByForce) {
+TEST_F(StoreTest, InitReplacesAnExistingLabOnlyByForce) {
   AddHostsUpTo(3);
-  WriteFile(LabFile() + ".root/host1/etc/left", "");
   ExpectRefused([] { lab::InitLab({lab::StandardHost("host1")}, false); },
-                "there is a lab at '" + LabFile() + "' already; --force makes it anew");
+                "there is a lab at '" + LabFile() + "' already; --force replaces it");
   lab::InitLab({lab::StandardHost("host1")}, true);
   const std::string remade = State();
-  EXPECT_FALSE(std::filesystem::exists(LabFile() + ".root/host1/etc/left"));
   lab::Store::CloseForProcess();
   std::filesystem::remove(LabFile());
   EXPECT_EQ(State(), remade) << "as a fresh lab";
+  std::filesystem::remove(LabFile());
+  EXPECT_EQ(CountHosts(), 1U) << "one that was deleted under an open process is made again";
+}
+
+TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
+  CountHosts();
+  setenv("KOREL_LAB_WAIT", "0", 1);
+  const auto lab = [this] { return std::make_unique<lab::Store>(LabFile()); };
+  const auto [first, second, third] = std::tuple(lab(), lab(), lab());
+  const std::string busy = "the lab '" + LabFile() +
+                           "' is in use by another process; waited 0 seconds in all; try again, or "
+                           "let KOREL_LAB_WAIT name more seconds";
+  {
+    const lab::Transaction reading(*first, lab::Access::Read);
+    const lab::Transaction readingToo(*second, lab::Access::Read);
+    EXPECT_EQ(Failure([&] { const lab::Transaction writing(*third, lab::Access::Change); }), busy);
+  }
+  const lab::Transaction writing(*third, lab::Access::Change);
+  EXPECT_EQ(Failure([&] { const lab::Transaction reading(*first, lab::Access::Read); }), busy);
+  for (const char* wrong : {"", "-1", "ten", "86401"}) {
+    setenv("KOREL_LAB_WAIT", wrong, 1);
+    EXPECT_EQ(Failure([&] { const lab::Transaction reading(*first, lab::Access::Read); }),
+              std::string("KOREL_LAB_WAIT must be a number of seconds from 0 to 86400, got '") +
+                  wrong + "'");
+  }
+  unsetenv("KOREL_LAB_WAIT");
 }
 
 TEST_F(StoreTest, NamesTheVariableThatIsOfNoUse) {

@@ -1,5 +1,6 @@
 #include "tests/lab/Support.h"
 
+#include <SQLiteCpp/Database.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -16,7 +17,7 @@ using Tovrin::Lib::Korel::KorelCtlException;
 void StandOn(const std::string& host) { setenv("KOREL_LAB_HOST", host.c_str(), 1); }
 
 void AddHostsUpTo(int last) {
-  lab::InLab([&](lab::Store& store) {
+  lab::ChangeLab([&](lab::Store& store) {
     for (int i = 2; i <= last; ++i) {
       lab::AddHost(store, lab::StandardHost("host" + std::to_string(i)));
     }
@@ -37,11 +38,11 @@ std::string Failure(const std::function<void()>& work) {
 }
 
 std::string State() {
-  return lab::InLab([](lab::Store& store) {
+  return lab::ReadLab([](lab::Store& store) {
     std::ostringstream state;
     for (const auto& table : lab::Texts(store,
                                         "SELECT name FROM sqlite_schema WHERE type = "
-                                        "'table' ORDER BY name")) {
+                                        "'table' AND name <> 'history' ORDER BY name")) {
       state << table << "\n";
       lab::Rows rows = lab::Query(store, ("SELECT * FROM " + table).c_str());
       while (rows.executeStep()) {
@@ -72,6 +73,16 @@ std::string NotUuid(const std::string& text) {
   return "'" + text + "' is not a UUID of the form \"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\"";
 }
 
+void Command(int number, const std::string& line) {
+  const std::string text = std::to_string(getpid()) + " " + std::to_string(number) + " " + line;
+  setenv("AUTOCLI_LINE", text.c_str(), 1);
+}
+
+void Sql(const std::string& sql) {
+  SQLite::Database(std::getenv("KOREL_LAB"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
+      .exec(sql);
+}
+
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::ostringstream content;
@@ -87,7 +98,9 @@ LabTest::LabTest() {
   std::string name = testing::TempDir() + "lab-XXXXXX";
   folder_ = mkdtemp(name.data());
   setenv("KOREL_LAB", LabFile().c_str(), 1);
-  for (const char* variable : {"KOREL_LAB_HOST", "KOREL_LAB_CALLS"}) unsetenv(variable);
+  for (const char* variable : {"KOREL_LAB_HOST", "KOREL_LAB_CALLS", "AUTOCLI_LINE"}) {
+    unsetenv(variable);
+  }
 }
 
 LabTest::~LabTest() {

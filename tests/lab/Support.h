@@ -34,7 +34,7 @@ std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl();
 /// The message of the KorelCtlException that `work` throws; empty when it throws none.
 std::string Failure(const std::function<void()>& work);
 
-/// All rows of all tables, as text: equal states are equal texts.
+/// All rows but those of the memory, as text: equal states are equal texts.
 std::string State();
 
 /// Expects that `work` fails with that message and changes nothing.
@@ -45,6 +45,12 @@ void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::stri
 
 /// What is said about a text that is no UUID.
 std::string NotUuid(const std::string& text);
+
+/// Changes that follow are made by that command of the process.
+void Command(int number, const std::string& line);
+
+/// What the operations of another program do to the lab's file.
+void Sql(const std::string& sql);
 
 std::string ReadFile(const std::string& path);
 void WriteFile(const std::string& path, const std::string& content);

@@ -1,7 +1,11 @@
-#include "lab/hostctl/Program.h"
-#include "lab/model/HostRoot.h"
+#include <filesystem>
+#include <fstream>
+
+#include "lab/hostctl/HandedOut.h"
+#include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 #include "lab/model/Trace.h"
+#include "lab/model/TraceDaemon.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -16,9 +20,21 @@ class TraceTest : public LabTest {
   static int Daemon(const std::string& argument) {
     return KorelUtil::KorelExec(lab::kTraceDaemon, argument, false, true, false);
   }
-  static std::string ConfigFile() { return HostPath("/etc/ostrel/korel/koreltraced.conf"); }
+  static std::string ConfigFile() { return HostPath(lab::kTraceConfigFile); }
+  static void Change(void (*change)(lab::Store&, const lab::Host&)) {
+    lab::ChangeLab([&](lab::Store& store) { change(store, lab::CurrentHost(store)); });
+  }
+  /// What the lab has of the file; nothing when it has none.
+  static std::optional<std::string> Kept(const std::string& path = lab::kTraceConfigFile) {
+    const auto file = lab::ReadLab(
+        [&](lab::Store& store) { return lab::FindFile(store, lab::CurrentHost(store), path); });
+    return file ? std::optional(file->content) : std::nullopt;
+  }
+  static void Put(const lab::HostFile& file) {
+    lab::ChangeLab([&](lab::Store& store) { lab::PutFile(store, lab::CurrentHost(store), file); });
+  }
   static lab::TraceOptions Options() {
-    return lab::InLab(
+    return lab::ChangeLab(
         [](lab::Store& store) { return lab::TraceOptionsOf(store, lab::CurrentHost(store)); });
   }
 };
@@ -51,18 +67,38 @@ TEST_F(TraceTest, OptionsAreKeptByHostAndRefusedWhole) {
 }
 
 TEST_F(TraceTest, DaemonOfAHostRunsUntilItIsStoppedAndNeedsItsConfiguration) {
-  // No shell may take the lab's path for more than a path.
-  std::filesystem::create_directory(Path("-a $(b) 'c'"));
-  setenv("KOREL_LAB", Path("-a $(b) 'c'/lab.db").c_str(), 1);
-  lab::RunTraceDaemon("stop");
+  Change(lab::StopTraceDaemon);
   EXPECT_EQ(Daemon("status"), 3);
-  lab::RunTraceDaemon("start");
+  Change(lab::StartTraceDaemon);
   EXPECT_EQ(Daemon("status"), 0);
-  lab::RunTraceDaemon("stop");
-  std::filesystem::remove(ConfigFile());
-  EXPECT_EQ(Failure([] { lab::RunTraceDaemon("start"); }),
-            "'" + HostPath("/etc/init.d/koreltraced") + "' start failed with status 1");
-  EXPECT_FALSE(std::filesystem::exists(ConfigFile())) << "what is missing stays missing";
+  EXPECT_EQ(Daemon("nonsense"), 2);
+  EXPECT_EQ(KorelUtil::KorelExec("/bin/true", "", false, true, false), -1) << "no such program";
+  Change(lab::StopTraceDaemon);
+  Change([](lab::Store& store, const lab::Host& host) {
+    lab::RemoveFile(store, host, lab::kTraceConfigFile);
+  });
+  ExpectRefused([] { Change(lab::StartTraceDaemon); },
+                "the trace daemon cannot start: host1 has no /etc/ostrel/korel/koreltraced.conf, "
+                "or one too large; 'autocli lab file put' puts another one there");
+  EXPECT_EQ(Daemon("restart"), 1);
+  EXPECT_EQ(Kept(), std::nullopt) << "what is missing stays missing";
+}
+
+TEST_F(TraceTest, InitScriptAnswersWhatItIsTold) {
+  const auto tell = [](std::optional<int> status, std::optional<int> restart) {
+    lab::ChangeLab([&](lab::Store& store) {
+      lab::SetTraceAnswers(store, lab::CurrentHost(store), {status, restart});
+    });
+  };
+  tell(-1, 7);
+  EXPECT_EQ(Daemon("status"), -1);
+  ExpectRefused([] { EXPECT_EQ(Daemon("restart"), 7); }, "");
+  tell(3, 0);
+  EXPECT_EQ(Daemon("status"), 3);
+  EXPECT_EQ(Daemon("restart"), 0);
+  EXPECT_THAT(Kept(lab::kTraceLogFile).value_or(""), testing::EndsWith(" restarted\n"));
+  tell({}, {});
+  EXPECT_EQ(Daemon("status"), 0);
 }
 
 TEST_F(TraceTest, RestartTakesTheVolumeThatTheFileNames) {
@@ -77,7 +113,59 @@ TEST_F(TraceTest, RestartTakesTheVolumeThatTheFileNames) {
   for (const auto& [before, after] : cases) {
     WriteFile(ConfigFile(), before);
     EXPECT_EQ(Daemon("restart"), 0);
-    EXPECT_EQ(ReadFile(ConfigFile()), after);
+    EXPECT_EQ(Kept(), after);
+  }
+}
+
+TEST_F(TraceTest, LogKeepsItsNewestLines) {
+  for (int i = 0; i < 150; ++i) Daemon("restart");
+  Change(lab::StopTraceDaemon);
+  const std::string log = *Kept(lab::kTraceLogFile);
+  EXPECT_LE(log.size(), 4096U);
+  EXPECT_GT(log.size(), 4000U);
+  EXPECT_EQ(log[4], '-') << "a line is whole";
+  EXPECT_THAT(log, testing::EndsWith("stopped\n"));
+}
+
+TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
+  const std::string path = ConfigFile();
+  const std::string before = ReadFile(path);
+  WriteFile(path, "A=1\n");
+  EXPECT_EQ(Kept(), before);
+  EXPECT_EQ(Daemon("status"), 0);
+  EXPECT_EQ(Kept(), "A=1\n");
+  // What nobody wrote to is not taken in over what is newer.
+  Put({lab::kTraceConfigFile, "B=2\n", false});
+  Daemon("status");
+  EXPECT_EQ(Kept(), "B=2\n");
+  EXPECT_EQ(ReadFile(ConfigFile()), "B=2\n") << "read again each time";
+  WriteFile(ConfigFile(), "C=3\n");
+  HostControl().reset();
+  EXPECT_EQ(Kept(), "C=3\n") << "with the end of a KorelInfo";
+  const std::string large(lab::kMostFileBytes + 1, 'x');
+  WriteFile(ConfigFile(), large);
+  ExpectRefused([] { Daemon("restart"); },
+                "a host's file holds at most 64 KiB, '/etc/ostrel/korel/koreltraced.conf' would "
+                "hold 65537 bytes; it stays as it was");
+  EXPECT_EQ(Daemon("status"), 0) << "said once";
+}
+
+TEST_F(TraceTest, HandedOutFilesAreThoseOfTheLabAlone) {
+  EXPECT_FALSE(std::filesystem::exists(HostPath("/etc/passwd")));
+  for (const auto& [path, message] : std::vector<std::pair<std::string, std::string>>{
+           {"/etc/..", "'/etc/..' has a \"..\" in it"},
+           {"etc", "'etc' is not an absolute path"},
+           {"/etc/", "'/etc/' is no path of a file"}}) {
+    ExpectRefused([&, &tried = path] { HostPath(tried); }, message);
+  }
+  for (const std::string content : {"", "A=1\n"}) {
+    Put({"/etc/fixed", content, true});
+    std::ofstream file(HostPath("/etc/fixed"), std::ios::binary);
+    file << "B=2\n";
+    file.close();
+    EXPECT_FALSE(file) << "also for root";
+    Daemon("status");
+    EXPECT_EQ(Kept("/etc/fixed"), content);
   }
 }
 

@@ -1,0 +1,51 @@
+#include "lab/commands/Commands.h"
+#include "lab/model/Lab.h"
+#include "lab/model/TraceDaemon.h"
+
+namespace lab {
+namespace {
+
+constexpr int kLeast = -255;
+constexpr int kMost = 255;
+
+}  // namespace
+
+LabDaemonSet::LabDaemonSet() {
+  SetDescription(
+      "Choose what the init script of the trace daemon answers, to see what commands make of it. "
+      "What is not given is answered as it is: 0 done, 3 the daemon does not run.");
+}
+
+std::shared_ptr<InputSpec> LabDaemonSet::GetInputSpecInternal() {
+  return Inputs({{.name = "status",
+                  .shortName = "s",
+                  .type = ParameterType::Int,
+                  .constraint = IntRange(kLeast, kMost),
+                  .description = "Answer to \"status\"; a negative one says that the script could "
+                                 "not be run."},
+                 {.name = "restart-status",
+                  .shortName = "r",
+                  .type = ParameterType::Int,
+                  .constraint = IntRange(kLeast, kMost),
+                  .description = "Answer to \"restart\", which is not done unless this is 0."}});
+}
+
+std::shared_ptr<OutputSpec> LabDaemonSet::GetOutputSpecInternal() {
+  return Answers(MetaBool::New());
+}
+
+void LabDaemonSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
+  Attempt(output, [&] {
+    const auto given = [&](const char* name) {
+      return input->HasParameter(name)
+                 ? std::optional(static_cast<int>(input->GetParameterInt(name)))
+                 : std::nullopt;
+    };
+    ChangeLab([&](Store& store) {
+      SetTraceAnswers(store, CurrentHost(store), {given("status"), given("restart-status")});
+    });
+    Succeed(output);
+  });
+}
+
+}  // namespace lab

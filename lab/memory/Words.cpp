@@ -1,0 +1,181 @@
+#include "lab/memory/Words.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+#include "lab/common/Text.h"
+#include "lab/memory/TextOfColumn.h"
+#include "lab/memory/TimeOfChange.h"
+
+namespace lab {
+namespace {
+
+/// What a row of the table is to people, and the columns that name it, the last being what it
+/// belongs to when there are several.
+struct TableText {
+  const char* table;
+  const char* kind;
+  const char* names;
+};
+
+constexpr auto kTableTexts = std::to_array<TableText>({
+    {"hosts", "host", "name"},
+    {"interfaces", "interface", "name,host"},
+    {"devices", "device", "name,host"},
+    {"claims", "claimed device", "device"},
+    {"clusters", "cluster", "uuid"},
+    {"memberships", "membership", "host,cluster"},
+    {"datastores", "datastore", "name"},
+    {"mounts", "mounted datastore", "name,cluster"},
+    {"agents", "unicast agent", "type,address,host"},
+    {"networkConfigs", "network configuration", "interface,host"},
+    {"policies", "default policy", "class,host"},
+    {"traceOptions", "trace option", "name,host"},
+    {"files", "file", "path,host"},
+    {"features", "feature", "name"},
+    {"faults", "injected failure", "operation"},
+});
+
+const TableText& TextOfTable(const std::string& table) {
+  return *std::find_if(kTableTexts.begin(), kTableTexts.end(),
+                       [&](const TableText& each) { return each.table == table; });
+}
+
+/// A line of a file as a field: its title, and what it says.
+struct Line {
+  std::string title;
+  std::string text;
+};
+
+std::vector<Line> LinesOf(const std::string& content) {
+  std::vector<Line> lines;
+  for (const std::string& text : Lines(content)) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) {
+      lines.push_back({"line " + std::to_string(lines.size() + 1), text});
+    } else {
+      lines.push_back({text.substr(0, equals), text.substr(equals + 1)});
+    }
+  }
+  return lines;
+}
+
+std::optional<std::string> TextOf(const std::vector<Line>& lines, const std::string& title) {
+  const auto line = std::find_if(lines.begin(), lines.end(),
+                                 [&](const Line& each) { return each.title == title; });
+  return line == lines.end() ? std::nullopt : std::optional(line->text);
+}
+
+/// Tells the changes of one row.
+class RowTeller {
+ public:
+  RowTeller(const TimeOfChange& time, const RowChange& row, std::vector<Change>& changes)
+      : time_(time), row_(row), changes_(changes), text_(TextOfTable(row.table)) {
+    names_ = Split(text_.names, ',');
+    kind_ = row.before.empty() ? "added" : row.after.empty() ? "removed" : "changed";
+    subject_ = Subject();
+  }
+
+  void Tell() {
+    const auto first = changes_.size();
+    const std::vector<std::string>& columns = ColumnsOf(row_.table);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const bool isNamed = std::find(names_.begin(), names_.end(), columns[i]) != names_.end();
+      if (columns[i] == "id" || (IsWhole() && isNamed)) continue;
+      const auto before = ValueAt(row_.before, i);
+      const auto after = ValueAt(row_.after, i);
+      if (columns[i] == "content") {
+        TellLines(before, after);
+      } else {
+        Add(TitleOf(columns[i]), Word(columns[i], before, Moment::Before),
+            Word(columns[i], after, Moment::After));
+      }
+    }
+    if (IsWhole() && changes_.size() == first) changes_.push_back({kind_, subject_, {}, {}, {}});
+  }
+
+ private:
+  bool IsWhole() const { return row_.before.empty() || row_.after.empty(); }
+
+  static std::optional<std::string> ValueAt(const std::vector<Value>& values, std::size_t i) {
+    if (values.empty() || !values[i].isKnown || values[i].isNull) return std::nullopt;
+    return values[i].text;
+  }
+
+  std::optional<std::string> Word(const std::string& column,
+                                  const std::optional<std::string>& value, Moment moment) const {
+    if (!value) return std::nullopt;
+    return WordFor(time_, row_.table, column, *value, moment);
+  }
+
+  std::string Subject() const {
+    const Moment moment = row_.before.empty() ? Moment::After : Moment::Before;
+    std::string subject = text_.kind;
+    for (const std::string& name : names_) {
+      const bool isOwner = names_.size() > 1 && &name == &names_.back();
+      const auto value = time_.ValueOf(row_.table, KeyOf(row_), name, moment);
+      subject += isOwner ? " of " : " ";
+      subject += Word(name, value, moment).value_or("?");
+    }
+    return subject;
+  }
+
+  void TellLines(const std::optional<std::string>& before,
+                 const std::optional<std::string>& after) {
+    const auto old = LinesOf(before.value_or(""));
+    const auto now = LinesOf(after.value_or(""));
+    for (const auto& [title, text] : old) Add(title, text, TextOf(now, title));
+    for (const auto& [title, text] : now) {
+      if (!TextOf(old, title)) Add(title, std::nullopt, text);
+    }
+  }
+
+  void Add(const std::string& title, std::optional<std::string> before,
+           std::optional<std::string> after) {
+    // Of a whole row what is empty says nothing.
+    if (IsWhole() && before.value_or("").empty() && after.value_or("").empty()) return;
+    if (before == after) return;
+    changes_.push_back({kind_, subject_, title, std::move(before), std::move(after)});
+  }
+
+  const TimeOfChange& time_;
+  const RowChange& row_;
+  std::vector<Change>& changes_;
+  const TableText& text_;
+  std::vector<std::string> names_;
+  const char* kind_;
+  std::string subject_;
+};
+
+/// Tables as the schema lists them, rows by their keys: the extension keeps no order.
+bool Precedes(const RowChange& one, const RowChange& other) {
+  const auto place = [](const RowChange& row) { return &TextOfTable(row.table); };
+  if (place(one) != place(other)) return place(one) < place(other);
+  const auto key = KeyOf(one);
+  const auto otherKey = KeyOf(other);
+  for (std::size_t i = 0; i < key.size(); ++i) {
+    const auto number = ParseNumber(key[i]);
+    const auto otherNumber = ParseNumber(otherKey[i]);
+    if (number && otherNumber && *number != *otherNumber) return *number < *otherNumber;
+    if (key[i] != otherKey[i]) return key[i] < otherKey[i];
+  }
+  return false;
+}
+
+}  // namespace
+
+std::vector<Change> InWords(Store& store, const Changeset& changes, const Changeset& later) {
+  const TimeOfChange time(store, RowsOf(store, changes), RowsOf(store, later));
+  std::vector<const RowChange*> rows;
+  for (const RowChange& row : time.GetRows()) rows.push_back(&row);
+  std::sort(rows.begin(), rows.end(),
+            [](const RowChange* one, const RowChange* other) { return Precedes(*one, *other); });
+  std::stable_partition(rows.begin(), rows.end(),
+                        [](const RowChange* row) { return !row->before.empty(); });
+  std::vector<Change> told;
+  for (const RowChange* row : rows) RowTeller(time, *row, told).Tell();
+  return told;
+}
+
+}  // namespace lab

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <array>
+
+namespace lab {
+
+/// A rule of the model as a question: which rows break it, each by its name.
+struct Rule {
+  const char* sql;
+  const char* kind;
+  const char* problem;
+};
+
+inline constexpr auto kRules = std::to_array<Rule>({
+    {"SELECT name FROM hosts WHERE isKorelMax NOT IN (0, 1) OR isInMaintenance NOT IN (0, 1) "
+     "OR isDaemonRunning NOT IN (0, 1) OR resyncThrottle NOT BETWEEN 0 AND 512 "
+     "OR resyncRate NOT BETWEEN 0 AND 1000000",
+     "host", "has a value out of its range"},
+    {"SELECT name FROM hosts WHERE isKorelMax "
+     "AND NOT EXISTS (SELECT 1 FROM memberships WHERE host = hosts.id)",
+     "host", "is a Korel Max host without a cluster"},
+    {"SELECT name FROM hosts WHERE isKorelMax AND EXISTS (SELECT 1 FROM devices "
+     "JOIN claims ON device = devices.id WHERE host = hosts.id AND cachingDevice IS NOT NULL)",
+     "host", "is a Korel Max host with disk groups"},
+    {"SELECT name FROM hosts WHERE (SELECT count(*) FROM devices JOIN claims ON device = "
+     "devices.id "
+     "WHERE host = hosts.id AND cachingDevice = device) > 4",
+     "host", "has more than 4 disk groups"},
+    {"SELECT name FROM devices WHERE isFlash NOT IN (0, 1) OR isCapacityFlash NOT IN (0, 1) "
+     "OR isKorelDirect NOT IN (0, 1) OR isHealthy NOT IN (0, 1) "
+     "OR sizeGb NOT BETWEEN 1 AND 1000000",
+     "device", "has a value out of its range"},
+    {"SELECT name FROM devices WHERE isCapacityFlash AND NOT isFlash", "device",
+     "is tagged capacityFlash and is not flash"},
+    {"SELECT name FROM devices JOIN claims ON device = id WHERE formatVersion NOT BETWEEN 1 AND 20 "
+     "OR isMounted NOT IN (0, 1) OR usedGb NOT BETWEEN 0 AND sizeGb",
+     "claimed device", "has a value out of its range"},
+    {"SELECT name FROM devices JOIN claims ON device = id WHERE isKorelDirect", "device",
+     "is tagged korelDirect and claimed"},
+    {"SELECT name FROM devices JOIN claims ON device = id "
+     "WHERE cachingDevice = device AND (NOT isFlash OR isCapacityFlash OR usedGb > 0)",
+     "caching device", "cannot serve a disk group for caching"},
+    {"SELECT devices.name FROM devices JOIN claims ON claims.device = devices.id "
+     "JOIN claims AS head ON head.device = claims.cachingDevice "
+     "JOIN devices AS caching ON caching.id = head.device "
+     "WHERE head.cachingDevice IS NOT head.device OR caching.host <> devices.host",
+     "device", "is in a disk group that is none"},
+    {"SELECT name FROM devices JOIN claims ON device = id "
+     "WHERE cachingDevice <> device AND isFlash AND NOT isCapacityFlash",
+     "device", "serves a disk group for capacity and is not for that"},
+    {"SELECT name FROM devices WHERE (SELECT count(*) FROM claims WHERE cachingDevice = devices.id "
+     "AND device <> devices.id) > 6",
+     "disk group", "has more than 6 capacity devices"},
+    {"SELECT name FROM devices JOIN claims ON device = id WHERE cachingDevice IS NULL "
+     "AND NOT isFlash",
+     "device", "is in the storage pool and is not flash"},
+    {"SELECT uuid FROM clusters WHERE isClient NOT IN (0, 1) OR isEncrypted NOT IN (0, 1) "
+     "OR rekeyMinutes NOT BETWEEN 30 AND 10080 OR generation < 0",
+     "cluster", "has a value out of its range"},
+    {"SELECT uuid FROM clusters WHERE NOT EXISTS "
+     "(SELECT 1 FROM memberships WHERE cluster = clusters.id)",
+     "cluster", "has no member"},
+    {"SELECT uuid FROM clusters WHERE NOT isClient "
+     "AND (SELECT count(*) FROM datastores WHERE cluster = clusters.id AND isDefault) <> 1",
+     "cluster", "has not one default datastore"},
+    {"SELECT hosts.name FROM memberships JOIN hosts ON hosts.id = host "
+     "WHERE nodeType NOT BETWEEN 0 AND 2 OR isActive NOT IN (0, 1) OR isPersisted NOT IN (0, 1) "
+     "OR NOT (isActive OR isPersisted)",
+     "the membership of host", "has a value out of its range"},
+    {"SELECT name FROM hosts WHERE (SELECT count(*) FROM memberships WHERE host = hosts.id) > 1 "
+     "AND EXISTS (SELECT 1 FROM memberships WHERE host = hosts.id AND nodeType <> 1)",
+     "host", "is in several clusters and no witness"},
+    {"SELECT name FROM datastores WHERE isDefault NOT IN (0, 1)", "datastore",
+     "has a value out of its range"},
+    {"SELECT mounts.name FROM mounts JOIN datastores ON id = datastore "
+     "WHERE datastores.cluster = mounts.cluster",
+     "mounted datastore", "is one of the cluster itself"},
+    {"SELECT name FROM (SELECT cluster, name FROM datastores UNION ALL "
+     "SELECT cluster, name FROM mounts) GROUP BY cluster, name HAVING count(*) > 1",
+     "datastore name", "is there twice in a cluster"},
+    {"SELECT interface FROM networkConfigs WHERE carriesKorel NOT IN (0, 1) "
+     "OR carriesWitness NOT IN (0, 1) OR isActive NOT IN (0, 1) "
+     "OR agentPort NOT BETWEEN 1 AND 65535 OR masterPort NOT BETWEEN 1 AND 65535 "
+     "OR unicastPort NOT BETWEEN 1 AND 65535 OR ttl NOT BETWEEN 1 AND 255 "
+     "OR NOT (carriesKorel OR carriesWitness)",
+     "the configuration of interface", "has a value out of its range"},
+    {"SELECT class FROM policies WHERE class NOT BETWEEN 0 AND 4", "policy class",
+     "is none of a lab's"},
+    {"SELECT path FROM files WHERE isReadOnly NOT IN (0, 1) OR length(content) > 65536", "file",
+     "is larger than 64 KiB, or has a value out of its range"},
+    {"SELECT operation FROM faults WHERE remaining < 1", "the injected failure of",
+     "has a value out of its range"},
+});
+
+}  // namespace lab

@@ -1,0 +1,132 @@
+#include "lab/store/Memory.h"
+
+#include <algorithm>
+#include <ctime>
+
+#include "lab/common/CommandLine.h"
+#include "lab/common/Text.h"
+#include "lab/store/Query.h"
+#include "lab/store/Schema.h"
+#include "lab/store/Session.h"
+
+namespace lab {
+namespace {
+
+constexpr std::int64_t kMostEntries = 1000;
+constexpr std::int64_t kMostBytes = 8 << 20;
+constexpr std::size_t kMostText = 4096;
+
+int IsRecorded(void*, const char* table) {
+  return std::any_of(kTables.begin(), kTables.end(),
+                     [&](const SchemaObject& own) { return std::string_view(own.name) == table; })
+             ? 1
+             : 0;
+}
+
+/// A text as it is kept: the beginning of a very long one.
+std::string Kept(const std::string& text) {
+  if (text.size() <= kMostText) return text;
+  std::size_t end = kMostText;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xc0U) == 0x80) --end;
+  return text.substr(0, end) + "...";
+}
+
+struct Newest {
+  std::int64_t number = 0;
+  std::int64_t total = 0;
+};
+
+Newest FindNewest(Store& store) {
+  Rows rows = Query(store, "SELECT number, total FROM history ORDER BY number DESC LIMIT 1");
+  if (!rows.executeStep()) return {};
+  return {rows.getColumn(0).getInt64(), rows.getColumn(1).getInt64()};
+}
+
+/// Looks at the oldest entry alone, as long as that one goes: the totals say what all of them hold.
+void Forget(Store& store, const Newest& newest) {
+  while (true) {
+    std::int64_t oldest = 0;
+    {
+      Rows rows = Query(store, "SELECT number, total - size FROM history ORDER BY number LIMIT 1");
+      rows.executeStep();
+      oldest = rows.getColumn(0).getInt64();
+      const bool isTooMany = oldest <= newest.number - kMostEntries ||
+                             rows.getColumn(1).getInt64() < newest.total - kMostBytes;
+      if (!isTooMany || oldest == newest.number) return;
+    }
+    Execute(store, "DELETE FROM history WHERE number = ?", oldest);
+  }
+}
+
+std::vector<Entry> ReadEntries(Store& store, const std::string& sql, std::int64_t value) {
+  std::vector<Entry> entries;
+  Rows rows = Query(store, sql.c_str(), value);
+  while (rows.executeStep()) {
+    entries.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getInt64(),
+                       rows.getColumn(2).getInt64(), rows.getColumn(3).getString(),
+                       rows.getColumn(4).getString(), rows.getColumn(5).getString(),
+                       rows.getColumn(6).getInt(), std::nullopt});
+    if (!rows.isColumnNull(7)) entries.back().changes = rows.getColumn(7).getString();
+  }
+  return entries;
+}
+
+constexpr const char* kSelect =
+    "SELECT number, command, time, host, line, operation, version, changes FROM history ";
+
+}  // namespace
+
+sqlite3_session* BeginRecording(Store& store) {
+  sqlite3_session* session = nullptr;
+  CheckResult(sqlite3session_create(store.GetDatabase().getHandle(), "main", &session));
+  sqlite3session_table_filter(session, IsRecorded, nullptr);
+  if (const int failure = sqlite3session_attach(session, nullptr); failure != SQLITE_OK) {
+    sqlite3session_delete(session);
+    CheckResult(failure);
+  }
+  return session;
+}
+
+Changeset EndRecording(sqlite3_session* session) {
+  int size = 0;
+  void* bytes = nullptr;
+  const int result = sqlite3session_changeset(session, &size, &bytes);
+  sqlite3session_delete(session);
+  return TakeChangeset(result, size, bytes);
+}
+
+void Remember(Store& store, const Origin& origin, const Changeset* changes) {
+  const CommandLine command = CurrentCommand();
+  Newest newest = FindNewest(store);
+  const std::int64_t number = ++newest.number;
+  std::int64_t first = store.GetFirstEntry(command.number);
+  if (first == 0) store.SetFirstEntry(command.number, first = number);
+  const std::string line = Kept(command.text);
+  const std::string operation = Kept(origin.operation);
+  const auto size = static_cast<std::int64_t>(line.size() + operation.size() +
+                                              (changes == nullptr ? 0 : changes->size()));
+  newest.total += size;
+  auto insert = store.Take("INSERT INTO history VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+  SQLite::bind(*insert, number, first, static_cast<std::int64_t>(std::time(nullptr)), origin.host,
+               line, operation, kSchemaVersion, size, newest.total);
+  if (changes != nullptr) {
+    insert->bindNoCopy(10, changes->data(), static_cast<int>(changes->size()));
+  }
+  insert->exec();
+  store.Keep(std::move(insert));
+  Forget(store, newest);
+}
+
+std::vector<Entry> NewestEntries(Store& store, std::int64_t most) {
+  static const std::string sql = std::string(kSelect) + "ORDER BY number DESC LIMIT ?";
+  return ReadEntries(store, sql, most);
+}
+
+std::vector<Entry> EntriesAfter(Store& store, std::int64_t number) {
+  static const std::string sql = std::string(kSelect) + "WHERE number > ? ORDER BY number DESC";
+  return ReadEntries(store, sql, number);
+}
+
+std::int64_t NewestEntry(Store& store) { return FindNewest(store).number; }
+
+}  // namespace lab
