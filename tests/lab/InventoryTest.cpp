@@ -6,8 +6,11 @@
 namespace lab_test {
 namespace {
 
+using namespace std::string_literals;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::SizeIs;
+using testing::StartsWith;
 
 using InventoryTest = LabTest;
 
@@ -57,7 +60,63 @@ TEST_F(InventoryTest, AllFaultsAreListedAtOnce) {
                   "hosts[1].devices[2]: must be an object", "hosts[1].interfaces: must be a list",
                   "hosts[2].name: 'b' is there twice", "hosts[3]: must be an object"));
   EXPECT_THAT(FaultsOf(R"({"hosts":[]})"), ElementsAre("hosts: at least one host is needed"));
-  EXPECT_THAT(FaultsOf(std::string(100'000, '[')), ElementsAre(testing::StartsWith("not JSON: ")));
+}
+
+TEST_F(InventoryTest, OnlyOneWholeDocumentIsAnInventory) {
+  const std::string good = R"({"hosts": [{"name": "a"}]})";
+  EXPECT_THAT(FaultsOf(good + " \n"), testing::IsEmpty());
+  for (const std::string& rest : {std::string(1, '\0'), "\0 more"s, "}"s, " {}"s, "\xff"s}) {
+    EXPECT_THAT(FaultsOf(good + rest), ElementsAre(StartsWith("not JSON: "))) << rest;
+  }
+}
+
+TEST_F(InventoryTest, DeepNestingIsRefusedWhereverItIs) {
+  const std::string device = R"("name":"d","sizeGb":1)";
+  const struct {
+    std::string before;
+    std::string place;
+  } cases[] = {{"", ""},
+               {R"({"more":)", "more"},
+               {R"({"hosts":)", "hosts"},
+               {R"({"hosts":[{"name":)", "hosts[0].name"},
+               {R"({"hosts":[{"name":"a","more":)", "hosts[0].more"},
+               {R"({"hosts":[{"name":"a"},{"devices":)", "hosts[1].devices"},
+               {R"({"hosts":[{"interfaces":["i",)", "hosts[0].interfaces[1]"},
+               {R"({"hosts":[{"devices":[{"sizeGb":)", "hosts[0].devices[0].sizeGb"},
+               {R"({"hosts":[{"devices":[{)" + device + R"(},{"ssd":)", "hosts[0].devices[1].ssd"}};
+  for (const auto& [before, place] : cases) {
+    for (const std::string opening : {"[", "{\"k\":"}) {
+      std::string text = before;
+      for (int i = 0; i < 100'000; ++i) text += opening;
+      EXPECT_THAT(
+          FaultsOf(text),
+          ElementsAre(AllOf(StartsWith(place), EndsWith(": is nested more than 100 levels deep"))));
+    }
+  }
+}
+
+TEST_F(InventoryTest, AKeyIsThereOnce) {
+  EXPECT_THAT(FaultsOf(R"({"hosts": [{"name": "a", "name": "b", "devices": [
+        {"name": "d", "sizeGb": 1, "model": {"k": 1, "k": {"name": 1}}},
+        {"name": "e", "sizeGb": 1, "sizeGb": 2, "vendor": "d"}]}, {"name": "c"}], "hosts": []})"),
+              ElementsAre("hosts[0]: the key 'name' is there twice",
+                          "hosts[0].devices[0].model: the key 'k' is there twice",
+                          "hosts[0].devices[1]: the key 'sizeGb' is there twice",
+                          "the inventory: the key 'hosts' is there twice"));
+}
+
+TEST_F(InventoryTest, ManyFaultsAreCounted) {
+  const auto faultsOfHosts = [](int count) {
+    std::string hosts = "1";
+    for (int i = 1; i < count; ++i) hosts += ",1";
+    return FaultsOf("{\"hosts\":[" + hosts + "]}");
+  };
+  EXPECT_THAT(faultsOfHosts(100), SizeIs(100));
+  const auto faults = faultsOfHosts(123);
+  ASSERT_THAT(faults, SizeIs(101));
+  EXPECT_EQ(faults[99], "hosts[99]: must be an object");
+  EXPECT_EQ(faults[100], "and 23 more faults");
+  EXPECT_EQ(faultsOfHosts(101).back(), "and 1 more fault");
 }
 
 }  // namespace
