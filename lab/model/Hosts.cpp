@@ -25,6 +25,13 @@ std::optional<Host> FindHost(Store& store, const std::string& name) {
   return ReadHost(rows);
 }
 
+std::optional<Host> FirstHost(Store& store) {
+  static const std::string sql = std::string(kSelectHosts) + "ORDER BY id LIMIT 1";
+  Rows rows = Query(store, sql.c_str());
+  if (!rows.executeStep()) return std::nullopt;
+  return ReadHost(rows);
+}
+
 void AddDevice(Store& store, std::int64_t host, const std::string& hostName,
                const DeviceInventory& device) {
   const char* kind = !device.isFlash          ? "Spinning disk"
@@ -54,8 +61,9 @@ bool IsControlCharacter(std::string_view character) {
 Host CurrentHost(Store& store) {
   const char* wanted = Environment("KOREL_LAB_HOST");
   if (auto host = FindHost(store, wanted == nullptr ? "host1" : wanted)) return *host;
-  const auto hosts = AllHosts(store);
-  if (wanted == nullptr && !hosts.empty()) return hosts.front();
+  if (wanted == nullptr) {
+    if (auto first = FirstHost(store)) return *first;
+  }
   Fail("KOREL_LAB_HOST names no host of the lab: ", Quoted(wanted == nullptr ? "" : wanted),
        "; the hosts are ", HostNames(store));
 }

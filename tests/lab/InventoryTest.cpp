@@ -32,6 +32,7 @@ TEST_F(InventoryTest, HostsAreAsTheFileSays) {
   EXPECT_THAT(hosts[0].interfaces, ElementsAre("eth0"));
   lab::InLab([&](lab::Store& store) {
     const auto known = lab::AllHosts(store);
+    EXPECT_EQ(lab::CurrentHost(store).name, "a") << "the first, as none is named host1";
     const auto device = lab::DevicesOf(store, known.at(0)).at(0);
     EXPECT_TRUE(device.isFlash && device.isCapacityFlash && device.sizeGb == 7);
     EXPECT_THAT(lab::DevicesOf(store, known.at(1)), SizeIs(10));
