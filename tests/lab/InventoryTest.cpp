@@ -72,28 +72,33 @@ TEST_F(InventoryTest, OnlyOneWholeDocumentIsAnInventory) {
 }
 
 TEST_F(InventoryTest, DeepNestingIsRefusedWhereverItIs) {
-  const std::string device = R"("name":"d","sizeGb":1)";
   const struct {
-    std::string before;
+    std::string text;  ///< the deep value stands for the @
     std::string place;
-  } cases[] = {{"", ""},
-               {R"({"more":)", "more"},
-               {R"({"hosts":)", "hosts"},
-               {R"({"hosts":[{"name":)", "hosts[0].name"},
-               {R"({"hosts":[{"name":"a","more":)", "hosts[0].more"},
-               {R"({"hosts":[{"name":"a"},{"devices":)", "hosts[1].devices"},
-               {R"({"hosts":[{"interfaces":["i",)", "hosts[0].interfaces[1]"},
-               {R"({"hosts":[{"devices":[{"sizeGb":)", "hosts[0].devices[0].sizeGb"},
-               {R"({"hosts":[{"devices":[{)" + device + R"(},{"ssd":)", "hosts[0].devices[1].ssd"}};
-  for (const auto& [before, place] : cases) {
-    for (const std::string opening : {"[", "{\"k\":"}) {
-      std::string text = before;
-      for (int i = 0; i < 100'000; ++i) text += opening;
+  } cases[] = {{"@", ""},
+               {R"({"more": @, "hosts": [{"name": "a"}]})", "more"},
+               {R"({"hosts": @})", "hosts"},
+               {R"({"hosts": [{"name": @}]})", "hosts[0].name"},
+               {R"({"hosts": [{"name": "a", "more": @}]})", "hosts[0].more"},
+               {R"({"hosts": [{"name": "a"}, {"devices": @}]})", "hosts[1].devices"},
+               {R"({"hosts": [{"interfaces": ["i", @]}]})", "hosts[0].interfaces[1]"},
+               {R"({"hosts": [{"devices": [{"sizeGb": @}]}]})", "hosts[0].devices[0].sizeGb"},
+               {R"({"hosts": [{"devices": [{}, {"ssd": @}]}]})", "hosts[0].devices[1].ssd"}};
+  for (const auto& [open, close] : {std::pair("[", "]"), std::pair("{\"k\":", "}")}) {
+    std::string before;
+    std::string after;
+    for (int i = 0; i < 100'000; ++i) before += open;
+    for (int i = 0; i < 100'000; ++i) after += close;
+    for (auto [text, place] : cases) {
+      text.replace(text.find('@'), 1, before + "1" + after);
       EXPECT_THAT(
           FaultsOf(text),
           ElementsAre(AllOf(StartsWith(place), EndsWith(": is nested more than 100 levels deep"))));
     }
   }
+  EXPECT_THAT(FaultsOf(R"({"hosts": [{"name": "a", "more": )" + std::string(97, '[') +
+                       std::string(97, ']') + "}]}"),
+              ElementsAre("hosts[0]: unknown key 'more'"));
 }
 
 TEST_F(InventoryTest, AKeyIsThereOnce) {
