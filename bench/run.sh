@@ -45,6 +45,10 @@ echo "lines that change the lab, in memory, where waiting for a disk hides nothi
 TMPDIR=/dev/shm /usr/bin/python3 "$here/writes.py" "$bin" "$bench" 40
 
 echo
+echo "processor time of each command as the lab grows, in memory"
+TMPDIR=/dev/shm /usr/bin/python3 "$here/scale.py" "$bin"
+
+echo
 echo "inside the process"
 "$bench/bench_inside" --benchmark_counters_tabular=true 2>/dev/null
 

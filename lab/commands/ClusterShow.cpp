@@ -1,8 +1,4 @@
-#include <algorithm>
-
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Lab.h"
@@ -25,15 +21,6 @@ std::shared_ptr<MetaStruct> Shape() {
 std::string DescribeMember(const ClusterMember& member) {
   return member.hostName + " (" + NodeTypeName(member.nodeType) + ", fault domain " +
          member.faultDomain + (member.isActive ? ")" : ", not restored)");
-}
-
-Cluster Find(Store& store, const std::string& text) {
-  const std::string uuid = CanonicalUuid(text);
-  const auto clusters = AllClusters(store);
-  const auto found = std::find_if(clusters.begin(), clusters.end(),
-                                  [&](const Cluster& cluster) { return cluster.uuid == uuid; });
-  if (found == clusters.end()) Fail("there is no cluster ", uuid);
-  return *found;
 }
 
 std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
@@ -75,8 +62,9 @@ std::shared_ptr<OutputSpec> LabClusterShow::GetOutputSpecInternal() { return Ans
 
 void LabClusterShow::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
-    output->SetRootObject(ReadLab(
-        [&](Store& store) { return Describe(store, Find(store, input->GetParameter("uuid"))); }));
+    output->SetRootObject(ReadLab([&](Store& store) {
+      return Describe(store, ClusterOf(store, input->GetParameter("uuid")));
+    }));
   });
 }
 

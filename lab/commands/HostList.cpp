@@ -15,20 +15,20 @@ std::shared_ptr<MetaStruct> Shape() {
                                {"Cluster UUIDs", MetaType::List}});
 }
 
-const char* NodeTypeText(const std::optional<Membership>& membership) {
-  if (!membership) return "none";
-  return membership->isClient ? "client" : NodeTypeName(membership->nodeType);
+const char* NodeTypeText(const std::vector<Membership>& memberships) {
+  if (memberships.empty()) return "none";
+  const Membership& first = memberships.front();
+  return first.isClient ? "client" : NodeTypeName(first.nodeType);
 }
 
 std::shared_ptr<MetaStruct> Describe(Store& store, const Host& host) {
+  const auto memberships = ActiveMemberships(store, host);
   auto clusters = MetaList::New(MetaType::String);
-  for (const Membership& membership : ActiveMemberships(store, host)) {
-    clusters->Add(membership.clusterUuid);
-  }
+  for (const Membership& membership : memberships) clusters->Add(membership.clusterUuid);
   auto record = Shape();
   record->SetField("Name", host.name);
   record->SetField("Node UUID", host.nodeUuid);
-  record->SetField("Node Type", NodeTypeText(FirstMembership(store, host)));
+  record->SetField("Node Type", NodeTypeText(memberships));
   record->SetField("Fault Domain", host.faultDomain);
   record->SetField("Korel Max", IsKorelMax(store, host));
   record->SetField("Cluster UUIDs", clusters);

@@ -55,13 +55,7 @@ std::vector<std::string> LabKorelInfo::GetUnicastAgentEntries(const std::string&
 }
 
 std::vector<std::string> LabKorelInfo::GetUnicastWitnesses() {
-  return Call("GetUnicastWitnesses", Arguments(), [](Store& store, const Host& host) {
-    std::vector<std::string> addresses;
-    for (const Agent& agent : AgentsOf(store, host, "")) {
-      if (agent.isWitness == KorelUnicastAgentType::Witness) addresses.push_back(agent.address);
-    }
-    return addresses;
-  });
+  return Call("GetUnicastWitnesses", Arguments(), WitnessAddresses);
 }
 
 void LabKorelInfo::GetUnicastAgents(std::vector<KorelUnicastAddressInfo>& agents, bool all,

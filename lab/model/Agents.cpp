@@ -1,7 +1,5 @@
 #include "lab/model/Agents.h"
 
-#include <algorithm>
-
 #include "lab/common/Text.h"
 #include "lab/common/Uuids.h"
 #include "lab/model/Clusters.h"
@@ -31,18 +29,33 @@ void CheckWhoAndWhere(Store& store, const Host& host, const Agent& agent) {
   if (!agent.interfaceName.empty()) CheckHasInterface(store, host, agent.interfaceName);
 }
 
-void CheckOnlyWitness(const std::vector<Agent>& agents) {
-  const auto witness = std::find_if(agents.begin(), agents.end(), [](const Agent& agent) {
-    return agent.isWitness == KorelUnicastAgentType::Witness;
-  });
-  if (witness != agents.end()) {
-    Fail("there is a unicast witness already, ", witness->address);
+void CheckUnknown(Store& store, const Host& host, const Agent& agent) {
+  if (Exists(store,
+             "SELECT 1 FROM agents WHERE host = ? AND uuid = ? AND type = ? AND address = ? "
+             "AND port = ? AND cluster = ?",
+             host.id, agent.nodeUuid, static_cast<int>(agent.isWitness), agent.address, agent.port,
+             agent.subClusterUuid)) {
+    Fail("there is a ", Describe(agent), " already");
   }
 }
 
-bool IsSame(const Agent& one, const Agent& other) {
-  return one.nodeUuid == other.nodeUuid && one.isWitness == other.isWitness &&
-         one.address == other.address && one.port == other.port;
+void CheckOnlyWitness(Store& store, const Host& host, const Agent& agent) {
+  const auto addresses = Texts(
+      store, "SELECT address FROM agents WHERE host = ? AND cluster = ? AND type = ? ORDER BY id",
+      host.id, agent.subClusterUuid, static_cast<int>(KorelUnicastAgentType::Witness));
+  if (!addresses.empty()) Fail("there is a unicast witness already, ", addresses.front());
+}
+
+/// Of all clusters when the UUID is empty.
+Rows SelectAgents(Store& store, const Host& host, const std::string& clusterUuid) {
+  constexpr const char* kOfAll =
+      "SELECT uuid, type, supportsUnicast, address, port, interface, thumbprint, cluster "
+      "FROM agents WHERE host = ? ORDER BY id";
+  constexpr const char* kOfCluster =
+      "SELECT uuid, type, supportsUnicast, address, port, interface, thumbprint, cluster "
+      "FROM agents WHERE host = ? AND cluster = ? ORDER BY id";
+  if (clusterUuid.empty()) return Query(store, kOfAll, host.id);
+  return Query(store, kOfCluster, host.id, CanonicalUuid(clusterUuid));
 }
 
 }  // namespace
@@ -50,11 +63,8 @@ bool IsSame(const Agent& one, const Agent& other) {
 void AddAgent(Store& store, const Host& host, const Agent& agent) {
   const Agent added = CheckedAgent(agent);
   CheckWhoAndWhere(store, host, added);
-  const auto agents = AgentsOf(store, host, added.subClusterUuid);
-  for (const Agent& known : agents) {
-    if (IsSame(known, added)) Fail("there is a ", Describe(added), " already");
-  }
-  if (added.isWitness == KorelUnicastAgentType::Witness) CheckOnlyWitness(agents);
+  CheckUnknown(store, host, added);
+  if (added.isWitness == KorelUnicastAgentType::Witness) CheckOnlyWitness(store, host, added);
   Execute(store,
           "INSERT INTO agents (host, uuid, type, supportsUnicast, address, port, interface, "
           "thumbprint, cluster) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
@@ -85,11 +95,7 @@ void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid
 }
 
 std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& clusterUuid) {
-  Rows rows =
-      Query(store,
-            "SELECT uuid, type, supportsUnicast, address, port, interface, thumbprint, cluster "
-            "FROM agents WHERE host = ?1 AND (cluster = ?2 OR ?2 = '') ORDER BY id",
-            host.id, clusterUuid.empty() ? clusterUuid : CanonicalUuid(clusterUuid));
+  Rows rows = SelectAgents(store, host, clusterUuid);
   std::vector<Agent> agents;
   while (rows.executeStep()) {
     agents.push_back({rows.getColumn(0).getString(),
@@ -101,14 +107,18 @@ std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& c
   return agents;
 }
 
+std::vector<std::string> WitnessAddresses(Store& store, const Host& host) {
+  return Texts(store, "SELECT address FROM agents WHERE host = ? AND type = 1 ORDER BY id",
+               host.id);
+}
+
 bool IsUnicast(Store& store, const Host& host, const std::string& clusterUuid) {
-  bool hasNode = false;
-  for (const Agent& agent : AgentsOf(store, host, clusterUuid)) {
-    if (agent.isWitness != KorelUnicastAgentType::Node) continue;
-    if (!agent.supportsUnicast) return false;
-    hasNode = true;
-  }
-  return hasNode;
+  Rows rows = Query(
+      store, "SELECT min(supportsUnicast) FROM agents WHERE host = ? AND cluster = ? AND type = ?",
+      host.id, CanonicalUuid(clusterUuid), static_cast<int>(KorelUnicastAgentType::Node));
+  rows.executeStep();
+  // Without a node agent there is no least one, and NULL reads as 0.
+  return rows.getColumn(0).getInt() != 0;
 }
 
 }  // namespace lab

@@ -21,6 +21,8 @@ void RemoveAgent(Store& store, const Host& host, const Agent& agent);
 void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid);
 /// In the order of adding; of all clusters when the UUID is empty.
 std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& clusterUuid);
+/// The addresses of the host's witness agents, in the order of adding.
+std::vector<std::string> WitnessAddresses(Store& store, const Host& host);
 /// The host has a node agent of that cluster, and all of them support unicast.
 bool IsUnicast(Store& store, const Host& host, const std::string& clusterUuid);
 

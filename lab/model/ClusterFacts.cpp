@@ -13,12 +13,15 @@ namespace {
 using Tovrin::Korel::KorelClusterInfoDetailed;
 using Tovrin::Korel::KorelNodeType;
 
-/// Of all data hosts, each once.
+/// Those in which data hosts lie, by name; of more than two just three, which says as much.
 std::vector<std::string> DataFaultDomains(Store& store, std::int64_t clusterId) {
-  return Texts(store,
-               "SELECT DISTINCT coalesce(h.faultDomain, h.name) FROM memberships m "
-               "JOIN hosts h ON h.id = m.host WHERE m.cluster = ? AND m.nodeType = 0 ORDER BY 1",
-               clusterId);
+  auto domains = Texts(store,
+                       "SELECT DISTINCT coalesce(h.faultDomain, h.name) FROM memberships m "
+                       "JOIN hosts h ON h.id = m.host WHERE m.cluster = ? AND m.nodeType = 0 "
+                       "LIMIT 3",
+                       clusterId);
+  std::sort(domains.begin(), domains.end());
+  return domains;
 }
 
 /// Gives the column the value; a change of it is noted.

@@ -97,6 +97,15 @@ void Depart(Store& store, const Host& host, std::int64_t cluster, const std::str
   NoteMemberChange(store, cluster);
 }
 
+Cluster ReadCluster(Store& store, Rows& rows) {
+  return {rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
+          rows.getColumn(2).getInt() != 0, rows.getColumn(3).getString(),
+          Texts(store,
+                "SELECT h.name FROM memberships m JOIN hosts h ON h.id = m.host "
+                "WHERE m.cluster = ? ORDER BY m.id",
+                rows.getColumn(0).getInt64())};
+}
+
 }  // namespace
 
 std::vector<Membership> ActiveMemberships(Store& store, const Host& host) {
@@ -254,15 +263,17 @@ std::vector<Cluster> AllClusters(Store& store) {
   std::vector<Cluster> clusters;
   Rows rows =
       Query(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters ORDER BY id");
-  while (rows.executeStep()) {
-    clusters.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
-                        rows.getColumn(2).getInt() != 0, rows.getColumn(3).getString(),
-                        Texts(store,
-                              "SELECT h.name FROM memberships m JOIN hosts h ON h.id = m.host "
-                              "WHERE m.cluster = ? ORDER BY m.id",
-                              rows.getColumn(0).getInt64())});
-  }
+  while (rows.executeStep()) clusters.push_back(ReadCluster(store, rows));
   return clusters;
+}
+
+Cluster ClusterOf(Store& store, const std::string& uuid) {
+  const std::string canonical = CanonicalUuid(uuid);
+  Rows rows =
+      Query(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters WHERE uuid = ?",
+            canonical);
+  if (!rows.executeStep()) Fail("there is no cluster ", canonical);
+  return ReadCluster(store, rows);
 }
 
 std::vector<ClusterMember> MembersOf(Store& store, std::int64_t clusterId) {

@@ -68,6 +68,8 @@ struct Cluster {
   std::vector<std::string> members;  ///< host names in the order of joining
 };
 std::vector<Cluster> AllClusters(Store& store);
+/// Throws KorelCtlException when the lab has no cluster of that UUID.
+Cluster ClusterOf(Store& store, const std::string& uuid);
 
 /// A host of a cluster.
 struct ClusterMember {

@@ -1,7 +1,5 @@
 #include "lab/model/Datastores.h"
 
-#include <algorithm>
-
 #include "lab/common/Text.h"
 #include "lab/common/Uuids.h"
 #include "lab/model/ClusterFacts.h"
@@ -23,16 +21,30 @@ struct Known {
   bool isRemote = false;
 };
 
-std::vector<Known> KnownTo(Store& store, const Membership& own) {
+/// Which of the datastores that a cluster knows: conditions on its own, d, and on its mounts, m.
+struct Which {
+  const char* own;
+  const char* mounted;
+};
+constexpr Which kAll{"", ""};
+constexpr Which kDefault{"AND d.isDefault = 1 ", "AND FALSE "};
+constexpr Which kOfUuid{"AND d.uuid = ?2 ", "AND d.uuid = ?2 "};
+constexpr Which kOfName{"AND d.name = ?2 ", "AND m.name = ?2 "};
+
+/// The default one first, then by name.
+template <typename... Values>
+std::vector<Known> KnownTo(Store& store, const Membership& own, const Which& which,
+                           const Values&... values) {
+  const std::string sql = Tovrin::Misc::StrCat(
+      "SELECT d.id, d.uuid, d.name AS shown, c.uuid, d.isDefault AS first, 0 FROM datastores d "
+      "JOIN clusters c ON c.id = d.cluster WHERE d.cluster = ?1 ",
+      which.own,
+      "UNION ALL SELECT d.id, d.uuid, m.name, c.uuid, 0, 1 FROM mounts m "
+      "JOIN datastores d ON d.id = m.datastore JOIN clusters c ON c.id = d.cluster "
+      "WHERE m.cluster = ?1 ",
+      which.mounted, "ORDER BY first DESC, shown");
   std::vector<Known> known;
-  Rows rows = Query(store,
-                    "SELECT d.id, d.uuid, d.name AS shown, c.uuid, d.isDefault AS first, 0 "
-                    "FROM datastores d JOIN clusters c ON c.id = d.cluster WHERE d.cluster = ?1 "
-                    "UNION ALL "
-                    "SELECT d.id, d.uuid, m.name, c.uuid, 0, 1 FROM mounts m "
-                    "JOIN datastores d ON d.id = m.datastore JOIN clusters c ON c.id = d.cluster "
-                    "WHERE m.cluster = ?1 ORDER BY first DESC, shown",
-                    own.clusterId);
+  Rows rows = Query(store, sql.c_str(), own.clusterId, values...);
   while (rows.executeStep()) {
     known.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
                      rows.getColumn(2).getString(), rows.getColumn(3).getString(),
@@ -48,21 +60,23 @@ Membership RequireMembership(Store& store, const Host& host) {
 }
 
 Known Find(Store& store, const Membership& own, const std::string& uuid) {
-  const std::string wanted = uuid.empty() ? uuid : CanonicalUuid(uuid);
-  for (const Known& datastore : KnownTo(store, own)) {
-    if (wanted.empty() ? datastore.isDefault : datastore.uuid == wanted) return datastore;
+  if (uuid.empty()) {
+    const auto known = KnownTo(store, own, kDefault);
+    if (known.empty()) Fail("a client cluster has no default datastore");
+    return known.front();
   }
-  if (wanted.empty()) Fail("a client cluster has no default datastore");
-  Fail("the host knows no datastore ", wanted);
+  const std::string wanted = CanonicalUuid(uuid);
+  const auto known = KnownTo(store, own, kOfUuid, wanted);
+  if (known.empty()) Fail("the host knows no datastore ", wanted);
+  return known.front();
 }
 
 /// `except` is the datastore that may have the name, being the one that is renamed.
 void CheckNameIsFree(Store& store, const Membership& own, const std::string& name,
                      std::int64_t except = 0) {
-  for (const Known& datastore : KnownTo(store, own)) {
-    if (datastore.name == name && datastore.id != except) {
-      Fail("datastore name ", Quoted(name), " is taken by datastore ", datastore.uuid);
-    }
+  for (const Known& datastore : KnownTo(store, own, kOfName, name)) {
+    if (datastore.id == except) continue;
+    Fail("datastore name ", Quoted(name), " is taken by datastore ", datastore.uuid);
   }
 }
 
@@ -108,10 +122,8 @@ void AddMount(Store& store, const Membership& own, const std::string& uuid, cons
     Fail("cluster ", exporter, " is the host's own; its datastores are not mounted as remote ones");
   }
   const auto datastore = FindExported(store, uuid, exporter);
-  for (const Known& known : KnownTo(store, own)) {
-    if (known.id == datastore) {
-      Fail("datastore ", uuid, " is mounted already, as ", Quoted(known.name));
-    }
+  if (const auto known = KnownTo(store, own, kOfUuid, uuid); !known.empty()) {
+    Fail("datastore ", uuid, " is mounted already, as ", Quoted(known.front().name));
   }
   CheckNameIsFree(store, own, name);
   Execute(store, "INSERT INTO mounts (cluster, datastore, name) VALUES (?, ?, ?)", own.clusterId,
@@ -140,7 +152,7 @@ std::vector<std::shared_ptr<KorelDatastore>> KnownDatastores(Store& store, const
   std::vector<std::shared_ptr<KorelDatastore>> datastores;
   const auto own = FirstMembership(store, host);
   if (!own) return datastores;
-  for (const Known& known : KnownTo(store, *own)) {
+  for (const Known& known : KnownTo(store, *own, kAll)) {
     datastores.push_back(std::make_shared<KorelDatastore>(known.uuid, known.name, known.clusterUuid,
                                                           known.isDefault));
   }
@@ -175,7 +187,7 @@ void RemoveDatastore(Store& store, const Host& host, const std::string& uuid) {
 void ClearDatastores(Store& store, const Host& host) {
   const Membership own = RequireMembership(store, host);
   bool isChanged = false;
-  for (const Known& datastore : KnownTo(store, own)) {
+  for (const Known& datastore : KnownTo(store, own, kAll)) {
     if (datastore.isDefault) continue;
     Remove(store, own, datastore);
     isChanged = true;

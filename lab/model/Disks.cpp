@@ -57,6 +57,19 @@ Device ReadDevice(Rows& rows) {
   return device;
 }
 
+template <typename... Values>
+Devices DevicesWhere(Store& store, const std::string& condition, const Values&... values) {
+  const std::string sql =
+      "SELECT d.id, name, uuid, isFlash, isCapacityFlash, isKorelDirect, isHealthy, sizeGb, "
+      "vendor, model, cachingDevice, formatVersion, claimedAt, isMounted, usedGb "
+      "FROM devices d LEFT JOIN claims c ON c.device = d.id WHERE " +
+      condition + " ORDER BY d.id";
+  Devices devices;
+  Rows rows = Query(store, sql.c_str(), values...);
+  while (rows.executeStep()) devices.push_back(ReadDevice(rows));
+  return devices;
+}
+
 void DescribeClaim(const Devices& devices, const Device& device,
                    Tovrin::Korel::KorelDiskInfo& info) {
   const Claim& claim = *device.claim;
@@ -78,15 +91,21 @@ void DescribeClaim(const Devices& devices, const Device& device,
 }  // namespace
 
 Devices DevicesOf(Store& store, const Host& host) {
-  Devices devices;
-  Rows rows =
-      Query(store,
-            "SELECT d.id, name, uuid, isFlash, isCapacityFlash, isKorelDirect, isHealthy, sizeGb, "
-            "vendor, model, cachingDevice, formatVersion, claimedAt, isMounted, usedGb "
-            "FROM devices d LEFT JOIN claims c ON c.device = d.id WHERE host = ? ORDER BY d.id",
-            host.id);
-  while (rows.executeStep()) devices.push_back(ReadDevice(rows));
-  return devices;
+  return DevicesWhere(store, "host = ?", host.id);
+}
+
+Devices DeviceNamed(Store& store, const Host& host, const std::string& name) {
+  return DevicesWhere(store, "host = ? AND name = ?", host.id, name);
+}
+
+Devices DeviceAndItsGroup(Store& store, const Host& host, const std::string& uuid) {
+  // The plus keeps all devices of the host from being looked through.
+  return DevicesWhere(store,
+                      "+host = ?1 AND d.id IN (SELECT id FROM devices WHERE uuid = ?2 UNION ALL "
+                      "SELECT other.device FROM devices wanted JOIN claims own "
+                      "ON own.device = wanted.id JOIN claims other "
+                      "ON other.cachingDevice = own.cachingDevice WHERE wanted.uuid = ?2)",
+                      host.id, CanonicalUuid(uuid));
 }
 
 const Device& FindByName(const Devices& devices, const std::string& name) {
@@ -145,7 +164,7 @@ void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel:
 }
 
 Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host, const std::string& uuid) {
-  const Devices devices = DevicesOf(store, host);
+  const Devices devices = DeviceAndItsGroup(store, host, uuid);
   const Device& device = FindByUuid(devices, uuid);
   Tovrin::Korel::KorelDiskInfo info;
   info.isSsd = device.isFlash;

@@ -48,6 +48,10 @@ using Devices = std::vector<Device>;
 
 /// The host's devices in the order of its inventory.
 Devices DevicesOf(Store& store, const Host& host);
+/// Those of them that are needed to find one by its name, or by its UUID with what GroupOf()
+/// answers: a list asks for each of its disks alone.
+Devices DeviceNamed(Store& store, const Host& host, const std::string& name);
+Devices DeviceAndItsGroup(Store& store, const Host& host, const std::string& uuid);
 /// Throws KorelCtlException when none of them has the name.
 const Device& FindByName(const Devices& devices, const std::string& name);
 /// Throws KorelCtlException when none of them has the UUID, or the text is no UUID.

@@ -40,28 +40,53 @@ struct Room {
   std::int64_t freeGb;
 };
 
-std::vector<Room> RoomOutside(Store& store, const Host& host,
-                              const std::vector<const Device*>& leaving) {
+/// The rooms found so far.
+struct Rooms {
   std::vector<Room> rooms;
-  Rows rows =
-      Query(store,
-            "SELECT c.device, d.sizeGb - c.usedGb FROM claims c JOIN devices d ON d.id = c.device "
-            "WHERE c.cachingDevice IS NOT c.device AND c.isMounted AND d.isHealthy "
-            "AND (d.host = ?1 OR d.host IN (SELECT other.host FROM memberships own "
-            "  JOIN clusters ON clusters.id = own.cluster AND NOT clusters.isClient "
-            "  JOIN memberships other ON other.cluster = own.cluster "
-            "  WHERE own.host = ?1 AND own.isActive AND own.nodeType <> 1 "
-            "  AND other.isActive AND other.nodeType <> 1)) "
-            "ORDER BY d.host <> ?1, c.device",
-            host.id);
-  while (rows.executeStep()) {
+  std::int64_t freeGb = 0;
+};
+
+/// Takes rooms until there is as much as is needed.
+void TakeRooms(Rows& rows, const std::vector<const Device*>& leaving, std::int64_t neededGb,
+               Rooms& taken) {
+  while (taken.freeGb < neededGb && rows.executeStep()) {
     const Room room{rows.getColumn(0).getInt64(), rows.getColumn(1).getInt64()};
     const bool isLeaving = std::any_of(leaving.begin(), leaving.end(), [&](const Device* device) {
       return device->id == room.device;
     });
-    if (!isLeaving) rooms.push_back(room);
+    if (isLeaving) continue;
+    taken.rooms.push_back(room);
+    taken.freeGb += room.freeGb;
   }
-  return rooms;
+}
+
+/// Room for that much outside of `leaving`, or all there is when that is less.
+Rooms RoomFor(Store& store, const Host& host, const std::vector<const Device*>& leaving,
+              std::int64_t neededGb) {
+  Rooms taken;
+  Rows own = Query(store,
+                   "SELECT c.device, d.sizeGb - c.usedGb FROM devices d JOIN claims c "
+                   "ON c.device = d.id WHERE d.host = ? AND c.cachingDevice IS NOT c.device "
+                   "AND c.isMounted AND d.isHealthy ORDER BY c.device",
+                   host.id);
+  TakeRooms(own, leaving, neededGb, taken);
+  const auto membership = FirstMembership(store, host);
+  if (!membership || membership->isClient ||
+      membership->nodeType == Tovrin::Korel::KorelNodeType::Witness) {
+    return taken;
+  }
+  // In the order of the devices, which a host has from when it was added. The joins are crossed so
+  // that disks are read host by host, as many as it takes.
+  Rows others = Query(store,
+                      "SELECT c.device, d.sizeGb - c.usedGb FROM memberships m "
+                      "CROSS JOIN devices d ON d.host = m.host "
+                      "CROSS JOIN claims c ON c.device = d.id "
+                      "WHERE m.cluster = ? AND m.host <> ? AND m.isActive AND m.nodeType <> 1 "
+                      "AND c.cachingDevice IS NOT c.device AND c.isMounted AND d.isHealthy "
+                      "ORDER BY m.host, c.device",
+                      membership->clusterId, host.id);
+  TakeRooms(others, leaving, neededGb, taken);
+  return taken;
 }
 
 void CheckReadable(const Device& device) {
@@ -75,10 +100,7 @@ void Occupy(Store& store, std::int64_t device, std::int64_t moreGb) {
   Execute(store, "UPDATE claims SET usedGb = usedGb + ? WHERE device = ?", moreGb, device);
 }
 
-void CheckRoom(const std::vector<Room>& rooms, std::int64_t needed, Evacuation evacuation,
-               bool isInCluster) {
-  std::int64_t free = 0;
-  for (const Room& room : rooms) free += room.freeGb;
+void CheckRoom(std::int64_t free, std::int64_t needed, Evacuation evacuation, bool isInCluster) {
   if (free >= needed) return;
   Fail(NameOf(evacuation), " needs ", std::to_string(needed),
        " GB on other mounted capacity disks of the ", isInCluster ? "cluster" : "host",
@@ -107,8 +129,8 @@ void Evacuate(Store& store, const Host& host, const std::vector<const Device*>& 
     needed += share;
   }
   if (needed == 0) return;
-  const auto rooms = RoomOutside(store, host, leaving);
-  CheckRoom(rooms, needed, evacuation, IsEnabled(store, host));
+  const auto [rooms, free] = RoomFor(store, host, leaving, needed);
+  CheckRoom(free, needed, evacuation, IsEnabled(store, host));
   for (const Room& room : rooms) {
     const std::int64_t moved = std::min(needed, room.freeGb);
     Occupy(store, room.device, moved);

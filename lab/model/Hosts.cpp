@@ -13,9 +13,6 @@ namespace {
 constexpr const char* kSelectHosts =
     "SELECT id, name, nodeUuid, coalesce(faultDomain, name) FROM hosts ";
 
-constexpr const char* kSelectFirst =
-    "SELECT id, name, nodeUuid, coalesce(faultDomain, name) FROM hosts ORDER BY id LIMIT 1";
-
 Host ReadHost(Rows& rows) {
   return {rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
           rows.getColumn(2).getString(), rows.getColumn(3).getString()};
@@ -24,6 +21,13 @@ Host ReadHost(Rows& rows) {
 std::optional<Host> FindHost(Store& store, const std::string& name) {
   static const std::string sql = std::string(kSelectHosts) + "WHERE name = ?";
   Rows rows = Query(store, sql.c_str(), name);
+  if (!rows.executeStep()) return std::nullopt;
+  return ReadHost(rows);
+}
+
+std::optional<Host> FirstHost(Store& store) {
+  static const std::string sql = std::string(kSelectHosts) + "ORDER BY id LIMIT 1";
+  Rows rows = Query(store, sql.c_str());
   if (!rows.executeStep()) return std::nullopt;
   return ReadHost(rows);
 }
@@ -62,8 +66,7 @@ std::optional<Host> FindCurrentHost(Store& store) {
   const char* wanted = Environment("KOREL_LAB_HOST");
   if (auto host = FindHost(store, wanted == nullptr ? "host1" : wanted)) return host;
   if (wanted != nullptr) return std::nullopt;
-  Rows rows = Query(store, kSelectFirst);
-  return rows.executeStep() ? std::optional(ReadHost(rows)) : std::nullopt;
+  return FirstHost(store);
 }
 
 Host CurrentHost(Store& store) {

@@ -2,12 +2,11 @@
 
 #include <cerrno>
 #include <fstream>
-#include <nlohmann/json.hpp>
-#include <optional>
 #include <set>
 #include <system_error>
 
 #include "lab/common/Text.h"
+#include "lab/model/InventoryJson.h"
 
 namespace lab {
 namespace {
@@ -16,64 +15,62 @@ using Json = nlohmann::json;
 
 constexpr std::int64_t kMaxSizeGb = 1'000'000;
 
+/// The value of the key; null when the object has none.
+const Json& PartOf(const Json& object, const char* key) {
+  static const Json none;
+  const auto found = object.find(key);
+  return found == object.end() ? none : *found;
+}
+
 /// Reads the parts of an inventory, each known by its place ("hosts[0].name"), and gathers what is
 /// wrong.
 class InventoryReader {
  public:
-  explicit InventoryReader(std::vector<std::string>& faults) : faults_(faults) {}
+  explicit InventoryReader(InventoryFaults& faults) : faults_(faults) {}
 
   std::vector<HostInventory> Hosts(const Json& root) {
     std::vector<HostInventory> hosts;
     if (!CheckObject(root, "the inventory", {"hosts"})) return hosts;
     std::set<std::string> names;
-    for (const auto& [place, host] : Elements(root, "", "hosts")) {
-      hosts.push_back(ReadHost(host, place));
-      CheckOnce(names, hosts.back().name, place + ".name");
-    }
-    if (root.contains("hosts") && root["hosts"].is_array() && hosts.empty()) {
-      faults_.emplace_back("hosts: at least one host is needed");
-    }
+    ForEach(root, "", "hosts", [&](const Json& value, const std::string& place) {
+      HostInventory host = ReadHost(value, place);
+      CheckOnce(names, host.name, place + ".name");
+      // Hosts that nobody will have are not kept: a small text can say a great many of them.
+      if (faults_.IsEmpty()) hosts.push_back(std::move(host));
+    });
+    const Json& list = PartOf(root, "hosts");
+    if (list.is_array() && list.empty()) faults_.Add("hosts", "at least one host is needed");
     return hosts;
   }
 
  private:
-  struct Element {
-    std::string place;
-    const Json& value;
-  };
-
-  void Fault(const std::string& place, const std::string& what) {
-    faults_.push_back(place + ": " + what);
-  }
-
   bool CheckObject(const Json& value, const std::string& place,
                    const std::vector<std::string>& keys) {
     if (!value.is_object()) {
-      Fault(place, "must be an object");
+      faults_.Add(place, "must be an object");
       return false;
     }
     for (const auto& item : value.items()) {
       if (std::find(keys.begin(), keys.end(), item.key()) != keys.end()) continue;
-      Fault(place, "unknown key " + Quoted(item.key()) + DidYouMean(item.key(), keys));
+      faults_.Add(place, "unknown key " + Quoted(item.key()) + DidYouMean(item.key(), keys));
     }
     return true;
   }
 
   void CheckOnce(std::set<std::string>& names, const std::string& name, const std::string& place) {
-    if (!name.empty() && !names.insert(name).second) Fault(place, Quoted(name) + " is there twice");
+    if (name.empty() || names.insert(name).second) return;
+    faults_.Add(place, Quoted(name) + " is there twice");
   }
 
-  std::vector<Element> Elements(const Json& parent, const std::string& place, const char* key) {
-    std::vector<Element> elements;
+  /// Visits the elements of the list, each with its place.
+  template <typename Visit>
+  void ForEach(const Json& parent, const std::string& place, const char* key, const Visit& visit) {
     const std::string path = place.empty() ? key : place + "." + key;
-    if (!parent.contains(key) || !parent[key].is_array()) {
-      Fault(path, "must be a list");
-      return elements;
+    const Json& list = PartOf(parent, key);
+    if (!list.is_array()) return faults_.Add(path, "must be a list");
+    for (std::size_t i = 0; i < list.size(); ++i) {
+      visit(list[i], path + "[" + std::to_string(i) + "]");
     }
-    for (std::size_t i = 0; i < parent[key].size(); ++i) {
-      elements.push_back({path + "[" + std::to_string(i) + "]", parent[key][i]});
-    }
-    return elements;
   }
 
   /// A name; empty, with a fault noted, when it is none.
@@ -81,34 +78,35 @@ class InventoryReader {
     if (value.is_string() && IsPlainName(value.get_ref<const std::string&>(), withColon)) {
       return value.get<std::string>();
     }
-    Fault(place, std::string("must be a name of 1 to 80 letters, digits, points, underscores") +
-                     (withColon ? ", colons" : "") + " and hyphens, a letter or digit first");
+    faults_.Add(place,
+                std::string("must be a name of 1 to 80 letters, digits, points, underscores") +
+                    (withColon ? ", colons" : "") + " and hyphens, a letter or digit first");
     return {};
   }
 
   std::string NameOf(const Json& parent, const std::string& place, bool withColon) {
-    return Name(parent.contains("name") ? parent["name"] : Json(), place + ".name", withColon);
+    return Name(PartOf(parent, "name"), place + ".name", withColon);
   }
 
   bool BoolOf(const Json& parent, const std::string& place, const char* key) {
     if (!parent.contains(key)) return false;
     if (parent[key].is_boolean()) return parent[key].get<bool>();
-    Fault(place + "." + key, "must be true or false");
+    faults_.Add(place + "." + key, "must be true or false");
     return false;
   }
 
   void ReadText(const Json& parent, const std::string& place, const char* key, std::string& text) {
     if (!parent.contains(key)) return;
-    if (!parent[key].is_string()) return Fault(place + "." + key, "must be a text");
+    if (!parent[key].is_string()) return faults_.Add(place + "." + key, "must be a text");
     text = parent[key].get<std::string>();
   }
 
   std::int64_t SizeOf(const Json& device, const std::string& place) {
     // A number beyond 64 bits is no integer to the parser.
-    const Json size = device.contains("sizeGb") ? device["sizeGb"] : Json();
+    const Json& size = PartOf(device, "sizeGb");
     if (size.is_number_integer() && size >= 1 && size <= kMaxSizeGb)
       return size.get<std::int64_t>();
-    Fault(place + ".sizeGb", "must be an integer from 1 to " + std::to_string(kMaxSizeGb));
+    faults_.Add(place + ".sizeGb", "must be an integer from 1 to " + std::to_string(kMaxSizeGb));
     return 0;
   }
 
@@ -121,7 +119,7 @@ class InventoryReader {
     device.isFlash = BoolOf(value, place, "ssd");
     device.isCapacityFlash = BoolOf(value, place, "capacityFlash");
     if (device.isCapacityFlash && !device.isFlash) {
-      Fault(place + ".capacityFlash", "is for devices with \"ssd\": true");
+      faults_.Add(place + ".capacityFlash", "is for devices with \"ssd\": true");
     }
     device.sizeGb = SizeOf(value, place);
     ReadText(value, place, "vendor", device.vendor);
@@ -135,23 +133,23 @@ class InventoryReader {
     if (value.contains("devices")) {
       host.devices.clear();
       std::set<std::string> names;
-      for (const auto& [devicePlace, device] : Elements(value, place, "devices")) {
+      ForEach(value, place, "devices", [&](const Json& device, const std::string& devicePlace) {
         host.devices.push_back(ReadDevice(device, devicePlace));
         CheckOnce(names, host.devices.back().name, devicePlace + ".name");
-      }
+      });
     }
     if (value.contains("interfaces")) {
       host.interfaces.clear();
       std::set<std::string> names;
-      for (const auto& [namePlace, name] : Elements(value, place, "interfaces")) {
+      ForEach(value, place, "interfaces", [&](const Json& name, const std::string& namePlace) {
         host.interfaces.push_back(Name(name, namePlace, false));
         CheckOnce(names, host.interfaces.back(), namePlace);
-      }
+      });
     }
     return host;
   }
 
-  std::vector<std::string>& faults_;
+  InventoryFaults& faults_;
 };
 
 }  // namespace
@@ -174,16 +172,12 @@ HostInventory StandardHost(std::string name) {
 }
 
 std::vector<HostInventory> ParseInventory(std::string_view text, std::vector<std::string>& faults) {
-  faults.clear();
-  Json root;
-  try {
-    root = Json::parse(text);
-  } catch (const Json::exception& failure) {
-    const std::string what = failure.what();
-    faults.push_back("not JSON: " + what.substr(what.find("] ") + 2));
-    return {};
-  }
-  return InventoryReader(faults).Hosts(root);
+  InventoryFaults found;
+  const Json root = ReadInventoryJson(text, found);
+  std::vector<HostInventory> hosts;
+  if (found.IsEmpty()) hosts = InventoryReader(found).Hosts(root);
+  faults = found.Messages();
+  return hosts;
 }
 
 std::string ReadInventoryFile(const std::string& path) {

@@ -34,8 +34,8 @@ HostInventory StandardHost(std::string name);
 ///                            "vendor": "V", "model": "M"}],
 ///               "interfaces": ["hsk0"]}]}
 /// "ssd", "capacityFlash", "vendor" and "model" may be left out; a host without "devices" or
-/// "interfaces" has the standard ones. Replaces `faults` by a message for each thing that is wrong;
-/// the hosts count only when there is none.
+/// "interfaces" has the standard ones. Replaces `faults` by a message for each thing that is wrong,
+/// of which at most 100 are listed and the others counted; the hosts count only when there is none.
 std::vector<HostInventory> ParseInventory(std::string_view text, std::vector<std::string>& faults);
 
 /// The text of an inventory file, which may be a pipe. Throws KorelCtlException when it cannot be

@@ -65,12 +65,12 @@ void RemovePoolDiskByUuid(Store& store, const Host& host, const std::string& uui
 }
 
 bool IsPoolDisk(Store& store, const Host& host, const std::string& device) {
-  return FindByName(DevicesOf(store, host), device).IsInPool();
+  return FindByName(DeviceNamed(store, host, device), device).IsInPool();
 }
 
 Tovrin::Korel::KorelStoragePoolDiskInfo PoolDiskInfo(Store& store, const Host& host,
                                                      const std::string& uuid, bool fromCluster) {
-  const Devices devices = DevicesOf(store, host);
+  const Devices devices = DeviceAndItsGroup(store, host, uuid);
   const Device& device = FindByUuid(devices, uuid);
   CheckInPool(devices, device);
   return {.deviceName = device.name,

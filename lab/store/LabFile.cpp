@@ -22,7 +22,7 @@ constexpr std::size_t kHeaderSize = 100;
 constexpr std::size_t kPageSizePlace = 16;
 constexpr std::size_t kPageCountPlace = 28;
 constexpr std::size_t kEncodingPlace = 56;
-constexpr std::uint32_t kUtf8 = 1;
+constexpr std::uint32_t kUtf8 = 1;  // 0 as long as there is no table
 constexpr std::size_t kApplicationIdPlace = 68;
 
 /// Journals go first: one that stayed would be played into the new file.
@@ -159,7 +159,7 @@ bool HoldsLab(const File& file, const std::string& path) {
     throw UnusableLab(path, Quoted(path) + " is not a lab");
   }
   if (BigEndian(header.data() + kApplicationIdPlace) != kApplicationId ||
-      BigEndian(header.data() + kEncodingPlace) != kUtf8) {
+      BigEndian(header.data() + kEncodingPlace) > kUtf8) {
     throw UnusableLab(path, Quoted(path) + " is a database of another program");
   }
   return true;

@@ -103,7 +103,7 @@ inline constexpr auto kTables = std::to_array<SchemaObject>({
   interface TEXT NOT NULL,
   thumbprint TEXT NOT NULL,
   cluster TEXT NOT NULL,          -- a UUID, of a cluster that the lab need not know
-  UNIQUE (host, uuid, type, address, port, cluster)
+  UNIQUE (host, address, port, type, uuid, cluster)
 ) STRICT)sql"},
     {"networkConfigs", R"sql(CREATE TABLE networkConfigs (
   host INTEGER NOT NULL,
@@ -166,11 +166,19 @@ inline constexpr SchemaObject kHistory{"history", R"sql(CREATE TABLE history (
   changes BLOB                    -- a changeset; NULL: it cannot be taken back
 ) STRICT)sql"};
 
-/// For what refers to a row that goes.
+/// So that what a command asks for is looked up and not looked for, and so that a row that goes
+/// finds those that refer to it.
 inline constexpr auto kIndexes = std::to_array<SchemaObject>({
     {"claimsOfGroup", "CREATE INDEX claimsOfGroup ON claims (cachingDevice)"},
-    {"membershipsOfCluster", "CREATE INDEX membershipsOfCluster ON memberships (cluster)"},
+    {"membershipsOfCluster", "CREATE INDEX membershipsOfCluster ON memberships (cluster, host)"},
+    {"witnesses", "CREATE INDEX witnesses ON memberships (cluster) WHERE nodeType = 1"},
+    {"datastoresInOrder",
+     "CREATE INDEX datastoresInOrder ON datastores (cluster, isDefault DESC, name)"},
+    {"mountsInOrder", "CREATE INDEX mountsInOrder ON mounts (cluster, name)"},
     {"mountsOfDatastore", "CREATE INDEX mountsOfDatastore ON mounts (datastore)"},
+    {"agentsOfCluster",
+     "CREATE INDEX agentsOfCluster ON agents (host, cluster, type, supportsUnicast, address)"},
+    {"witnessAgents", "CREATE INDEX witnessAgents ON agents (host) WHERE type = 1"},
 });
 
 }  // namespace lab

@@ -71,14 +71,18 @@ TEST_F(DatastoreTest, Refusals) {
         "a default datastore is made with its cluster, never added"},
        {[&] { host->RemoveDatastore(defaultUuid); }, "the default datastore cannot be removed"},
        {[&] { host->RemoveDatastore(kDatastore1); }, "the host knows no datastore " + kDatastore1},
-       {[&] { host->RemoveDatastore(kDatastore2); }, mounted}});
+       {[&] { host->RemoveDatastore(kDatastore2); }, mounted},
+       {[&] { host->SetDatastoreName("", "ds"); }, "datastore name 'ds'" + taken + kDatastore2}});
   ExpectRefusedAt(
-      "host4", {{[&] { Add(kDatastore2, "again", kClusterA); },
-                 "datastore " + kDatastore2 + " is mounted already, as 'far'"},
-                {[&] { Add(newUuid, "new"); },
-                 "a client cluster has no datastores of its own; name the cluster that exports it"},
-                {[&] { host->SetDatastoreName(kDatastore2, "new"); },
-                 "datastore 'far' belongs to cluster " + kClusterA + " and is renamed there"}});
+      "host4",
+      {{[&] { Add(kDatastore2, "again", kClusterA); },
+        "datastore " + kDatastore2 + " is mounted already, as 'far'"},
+       {[&] { Add(kDatastore1, "far", kClusterB); }, "datastore name 'far'" + taken + kDatastore2},
+       {[&] { host->GetDatastoreName(""); }, "a client cluster has no default datastore"},
+       {[&] { Add(newUuid, "new"); },
+        "a client cluster has no datastores of its own; name the cluster that exports it"},
+       {[&] { host->SetDatastoreName(kDatastore2, "new"); },
+        "datastore 'far' belongs to cluster " + kClusterA + " and is renamed there"}});
 }
 
 }  // namespace

@@ -48,6 +48,15 @@ TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToDataHostsOfTheCluster)
   EXPECT_EQ(DataOfHost("host3"), 95);
 }
 
+TEST_F(EvacuationTest, OtherHostsTakeDataInTheOrderInWhichTheyWereAdded) {
+  HostControl()->CreateCluster(kClusterA, true, false);
+  Join("host3", Tovrin::Korel::KorelNodeType::Normal);
+  Join("host2", Tovrin::Korel::KorelNodeType::Normal);
+  HostControl()->RemoveDiskGroup("c", "EvacuateAllData");
+  EXPECT_EQ(DataOfHost("host2"), 100) << "full";
+  EXPECT_EQ(DataOfHost("host3"), 25 + 35);
+}
+
 TEST_F(EvacuationTest, HalfOfTheDataMovesForAccessibilityAndTheRestStaysOnAnUnmountedDisk) {
   HostControl()->CreateCluster(kClusterA, true, false);
   Join("host2", Tovrin::Korel::KorelNodeType::Normal);
@@ -64,6 +73,14 @@ TEST_F(EvacuationTest, AnUnhealthyDiskNeitherGivesNorTakesData) {
                 "NoAction");
   ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
                 "EvacuateAllData needs 100 GB on other mounted capacity disks of the host, and "
+                "there are 0 GB free");
+  HostControl()->CreateCluster(kClusterA, true, false);
+  Join("host2", Tovrin::Korel::KorelNodeType::Normal);
+  StandOn("host2");
+  MakeUnhealthy("s100");
+  StandOn("host1");
+  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
+                "EvacuateAllData needs 100 GB on other mounted capacity disks of the cluster, and "
                 "there are 0 GB free");
 }
 

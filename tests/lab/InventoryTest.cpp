@@ -6,8 +6,11 @@
 namespace lab_test {
 namespace {
 
+using namespace std::string_literals;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::SizeIs;
+using testing::StartsWith;
 
 using InventoryTest = LabTest;
 
@@ -29,6 +32,7 @@ TEST_F(InventoryTest, HostsAreAsTheFileSays) {
   EXPECT_THAT(hosts[0].interfaces, ElementsAre("eth0"));
   lab::ChangeLab([&](lab::Store& store) {
     const auto known = lab::AllHosts(store);
+    EXPECT_EQ(lab::CurrentHost(store).name, "a") << "the first, as none is named host1";
     const auto device = lab::DevicesOf(store, known.at(0)).at(0);
     EXPECT_TRUE(device.isFlash && device.isCapacityFlash && device.sizeGb == 7);
     EXPECT_THAT(lab::DevicesOf(store, known.at(1)), SizeIs(10));
@@ -57,7 +61,68 @@ TEST_F(InventoryTest, AllFaultsAreListedAtOnce) {
                   "hosts[1].devices[2]: must be an object", "hosts[1].interfaces: must be a list",
                   "hosts[2].name: 'b' is there twice", "hosts[3]: must be an object"));
   EXPECT_THAT(FaultsOf(R"({"hosts":[]})"), ElementsAre("hosts: at least one host is needed"));
-  EXPECT_THAT(FaultsOf(std::string(100'000, '[')), ElementsAre(testing::StartsWith("not JSON: ")));
+}
+
+TEST_F(InventoryTest, OnlyOneWholeDocumentIsAnInventory) {
+  const std::string good = R"({"hosts": [{"name": "a"}]})";
+  EXPECT_THAT(FaultsOf(good + " \n"), testing::IsEmpty());
+  for (const std::string& rest : {std::string(1, '\0'), "\0 more"s, "}"s, " {}"s, "\xff"s}) {
+    EXPECT_THAT(FaultsOf(good + rest), ElementsAre(StartsWith("not JSON: "))) << rest;
+  }
+}
+
+TEST_F(InventoryTest, DeepNestingIsRefusedWhereverItIs) {
+  const struct {
+    std::string text;  ///< the deep value stands for the @
+    std::string place;
+  } cases[] = {{"@", ""},
+               {R"({"more": @, "hosts": [{"name": "a"}]})", "more"},
+               {R"({"hosts": @})", "hosts"},
+               {R"({"hosts": [{"name": @}]})", "hosts[0].name"},
+               {R"({"hosts": [{"name": "a", "more": @}]})", "hosts[0].more"},
+               {R"({"hosts": [{"name": "a"}, {"devices": @}]})", "hosts[1].devices"},
+               {R"({"hosts": [{"interfaces": ["i", @]}]})", "hosts[0].interfaces[1]"},
+               {R"({"hosts": [{"devices": [{"sizeGb": @}]}]})", "hosts[0].devices[0].sizeGb"},
+               {R"({"hosts": [{"devices": [{}, {"ssd": @}]}]})", "hosts[0].devices[1].ssd"}};
+  for (const auto& [open, close] : {std::pair("[", "]"), std::pair("{\"k\":", "}")}) {
+    std::string before;
+    std::string after;
+    for (int i = 0; i < 100'000; ++i) before += open;
+    for (int i = 0; i < 100'000; ++i) after += close;
+    for (auto [text, place] : cases) {
+      text.replace(text.find('@'), 1, before + "1" + after);
+      EXPECT_THAT(
+          FaultsOf(text),
+          ElementsAre(AllOf(StartsWith(place), EndsWith(": is nested more than 100 levels deep"))));
+    }
+  }
+  EXPECT_THAT(FaultsOf(R"({"hosts": [{"name": "a", "more": )" + std::string(97, '[') +
+                       std::string(97, ']') + "}]}"),
+              ElementsAre("hosts[0]: unknown key 'more'"));
+}
+
+TEST_F(InventoryTest, AKeyIsThereOnce) {
+  EXPECT_THAT(FaultsOf(R"({"hosts": [{"name": "a", "name": "b", "devices": [
+        {"name": "d", "sizeGb": 1, "model": {"k": 1, "k": {"name": 1}}},
+        {"name": "e", "sizeGb": 1, "sizeGb": 2, "vendor": "d"}]}, {"name": "c"}], "hosts": []})"),
+              ElementsAre("hosts[0]: the key 'name' is there twice",
+                          "hosts[0].devices[0].model: the key 'k' is there twice",
+                          "hosts[0].devices[1]: the key 'sizeGb' is there twice",
+                          "the inventory: the key 'hosts' is there twice"));
+}
+
+TEST_F(InventoryTest, ManyFaultsAreCounted) {
+  const auto faultsOfHosts = [](int count) {
+    std::string hosts = "1";
+    for (int i = 1; i < count; ++i) hosts += ",1";
+    return FaultsOf("{\"hosts\":[" + hosts + "]}");
+  };
+  EXPECT_THAT(faultsOfHosts(100), SizeIs(100));
+  const auto faults = faultsOfHosts(123);
+  ASSERT_THAT(faults, SizeIs(101));
+  EXPECT_EQ(faults[99], "hosts[99]: must be an object");
+  EXPECT_EQ(faults[100], "and 23 more faults");
+  EXPECT_EQ(faultsOfHosts(101).back(), "and 1 more fault");
 }
 
 }  // namespace
