@@ -24,7 +24,8 @@ std::string LabPath();
 bool MayChange();
 
 /// Looks at the file before SQLite touches it, since opening a foreign database may change it.
-/// True when there is a lab, of whatever version; false when there is no file or an empty one.
+/// True when there is a lab, of whatever version; false when there is no file, an empty one, or one
+/// that is empty again because its first transaction was not finished.
 /// Throws UnusableLab for anything else, KorelCtlException when the path cannot be a file.
 bool HoldsLab(const std::string& path);
 
