@@ -90,5 +90,6 @@ def judge(folder, name, cases):
 
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         list(pool.map(attempt, *zip(*cases)))
-    print(f"{name}:", dict(collections.Counter(met)), f"wrong: {len(faults)}", flush=True)
-    return faults
+    counts = dict(collections.Counter(sorted(met)))
+    print(f"{name}:", counts, f"wrong: {len(faults)}", flush=True)
+    return sorted(faults)

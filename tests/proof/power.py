@@ -167,7 +167,10 @@ class Recorded(Line):
             assert met in self.steps, "half a state"
             assert met in self.steps[first:last + 1], f"not after {first} to {last} transactions"
             record = list(records(place / "trace", place / "lab"))
-            files = lost(files, record[:chance.randrange(len(record) + 1)], chance)
+            again = lost(files, record[:chance.randrange(len(record) + 1)], chance)
+            if again == files:
+                break
+            files = again
         before, *_, after = self.steps
         return "before" if met == before else "after" if met == after else "between"
 
