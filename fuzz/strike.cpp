@@ -10,6 +10,9 @@
 //   PROOF_ERROR    the errno value to fail it with; 0: kill
 //   PROOF_ONWARD   1: all calls behind it fail too
 //   PROOF_TORN     1: a write that is struck writes half of its bytes first
+//   PROOF_TRACE    a file that gets a record of each call that changed something: a line with what
+//                  was done, to which path, at which place in it and with how many bytes; then the
+//                  bytes. Those of a new name are the old one.
 //   PROOF_SEED     where random numbers start. The time stands still, so that runs can be repeated.
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -71,6 +74,7 @@ struct Plan {
   std::string calls = Text("KOREL_LAB_CALLS");
   std::int64_t at = Number("PROOF_AT");
   int error = static_cast<int>(Number("PROOF_ERROR"));
+  std::string trace = Text("PROOF_TRACE");
   bool isOnward = Number("PROOF_ONWARD") != 0;
   bool isTorn = Number("PROOF_TORN") != 0;
   bool isOfMemory = Number("PROOF_MEMORY") != 0;
@@ -119,6 +123,30 @@ Result Change(const char* call, const std::string& path, Args... args) {
   return result;
 }
 
+/// Puts a call on record, unless it failed.
+template <typename Result>
+Result Note(Result result, const std::string& what, const std::string& path, off64_t place = 0,
+            std::string_view data = {}) {
+  const Plan& plan = ThePlan();
+  if (plan.trace.empty() || !plan.Watches(path) || result == Result(-1)) return result;
+  std::string record = what + " " + path + " " + std::to_string(place);
+  record.append(" ").append(std::to_string(data.size())).append("\n").append(data);
+  const int flags = O_WRONLY | O_CREAT | O_APPEND;
+  const auto file = syscall(SYS_openat, AT_FDCWD, plan.trace.c_str(), flags, 0600);
+  syscall(SYS_write, file, record.data(), record.size());
+  syscall(SYS_close, file);
+  return result;
+}
+
+/// Without a place, the bytes went where the file stands now.
+ssize_t NoteWrite(ssize_t size, int file, const std::string& path, const void* data,
+                  off64_t place = -1) {
+  if (size < 0) return size;
+  if (place < 0) place = lseek64(file, 0, SEEK_CUR) - size;
+  return Note(size, "write", path, place,
+              {static_cast<const char*>(data), static_cast<std::size_t>(size)});
+}
+
 template <typename... Place>
 ssize_t Write(const char* call, int file, const void* data, std::size_t size, Place... place) {
   const Plan& plan = ThePlan();
@@ -126,12 +154,23 @@ ssize_t Write(const char* call, int file, const void* data, std::size_t size, Pl
   if (plan.isTorn && plan.Watches(path) && plan.counts[0] + 1 == plan.at) {
     Real<ssize_t>(call, file, data, size / 2, place...);
   }
-  return Change<ssize_t>(call, path, file, data, size, place...);
+  return NoteWrite(Change<ssize_t>(call, path, file, data, size, place...), file, path, data,
+                   place...);
+}
+
+// Only programs are killed here: what was written is there. power.py makes what else could be.
+int Sync(const char* call, int file) {
+  const std::string path = PathOf(file);
+  return Note(Change(call, path), "sync", path);
 }
 
 int Open(const char* call, const char* path, int flags, mode_t mode) {
+  // SQLite takes from there what makes each journal another one.
+  if (std::string_view(path) == "/dev/urandom") path = "/dev/zero";
   const bool changes = (flags & (O_CREAT | O_TRUNC)) != 0;
-  return changes ? Change(call, path, path, flags, mode) : Real(call, path, flags, mode);
+  return changes ? Note(Change(call, path, path, flags, mode),
+                        (flags & O_TRUNC) != 0 ? "empty" : "create", path)
+                 : Real(call, path, flags, mode);
 }
 
 using MainFunction = int (*)(int, char**, char**);
@@ -179,33 +218,50 @@ int Open32(const char* path, int flags, mode_t mode) { return Open("open", path,
 int Open64(const char* path, int flags, mode_t mode) __asm__("open64");
 int Open64(const char* path, int flags, mode_t mode) { return Open("open64", path, flags, mode); }
 FILE* fopen64(const char* path, const char* mode) {
-  return *mode == 'r' ? Real<FILE*>("fopen64", path, mode)
-                      : Change<FILE*>("fopen64", path, path, mode);
+  if (*mode == 'r') return Real<FILE*>("fopen64", path, mode);
+  FILE* file = Change<FILE*>("fopen64", path, path, mode);
+  if (file != nullptr) Note(0, *mode == 'w' ? "empty" : "create", path);
+  return file;
 }
 ssize_t write(int file, const void* data, size_t size) { return Write("write", file, data, size); }
 ssize_t pwrite64(int file, const void* data, size_t size, off64_t place) {
   return Write("pwrite64", file, data, size, place);
 }
 ssize_t writev(int file, const iovec* pieces, int count) {
-  return Change<ssize_t>("writev", PathOf(file), file, pieces, count);
+  const std::string path = PathOf(file);
+  std::string data;
+  std::for_each_n(pieces, count, [&data](const iovec& piece) {
+    data.append(static_cast<const char*>(piece.iov_base), piece.iov_len);
+  });
+  return NoteWrite(Change<ssize_t>("writev", path, file, pieces, count), file, path, data.data());
 }
 int ftruncate64(int file, off64_t size) noexcept {
-  return Change("ftruncate64", PathOf(file), file, size);
+  const std::string path = PathOf(file);
+  return Note(Change("ftruncate64", path, file, size), "cut", path, size);
 }
-// Programs are killed here, not the machine: what was written is there.
-int fsync(int file) { return Change("fsync", PathOf(file)); }
-int fdatasync(int file) { return Change("fdatasync", PathOf(file)); }
-int unlink(const char* path) noexcept { return Change("unlink", path, path); }
-int remove(const char* path) noexcept { return Change("remove", path, path); }
+int fsync(int file) { return Sync("fsync", file); }
+int fdatasync(int file) { return Sync("fdatasync", file); }
+int unlink(const char* path) noexcept { return Note(Change("unlink", path, path), "remove", path); }
+int remove(const char* path) noexcept { return Note(Change("remove", path, path), "remove", path); }
 int unlinkat(int folder, const char* name, int flags) noexcept {
-  return Change("unlinkat", PathOf(folder, name), folder, name, flags);
+  const std::string path = PathOf(folder, name);
+  return Note(Change("unlinkat", path, folder, name, flags), "remove", path);
 }
-int rename(const char* from, const char* to) noexcept { return Change("rename", to, from, to); }
+int rename(const char* from, const char* to) noexcept {
+  return Note(Change("rename", to, from, to), "rename", to, 0, from);
+}
 int renameat(int source, const char* from, int folder, const char* to) noexcept {
-  return Change("renameat", PathOf(folder, to), source, from, folder, to);
+  const std::string path = PathOf(folder, to);
+  return Note(Change("renameat", path, source, from, folder, to), "rename", path, 0,
+              PathOf(source, from));
 }
 int renameat2(int source, const char* from, int folder, const char* to, unsigned flags) noexcept {
-  return Change("renameat2", PathOf(folder, to), source, from, folder, to, flags);
+  const std::string path = PathOf(folder, to);
+  return Note(Change("renameat2", path, source, from, folder, to, flags), "rename", path, 0,
+              PathOf(source, from));
+}
+int link(const char* from, const char* to) noexcept {
+  return Note(Change("link", to, from, to), "link", to, 0, from);
 }
 int mkdir(const char* path, mode_t mode) noexcept { return Change("mkdir", path, path, mode); }
 int fchmodat(int folder, const char* name, mode_t mode, int flags) noexcept {

@@ -18,6 +18,8 @@ namespace lab {
 namespace {
 
 constexpr std::string_view kMagic{"SQLite format 3\0", 16};
+constexpr std::string_view kJournalMagic{"\xd9\xd5\x05\xf9\x20\xa1\x63\xd7", 8};
+constexpr std::size_t kPagesBeforePlace = 16;
 constexpr std::size_t kHeaderSize = 100;
 constexpr std::size_t kPageSizePlace = 16;
 constexpr std::size_t kPageCountPlace = 28;
@@ -40,6 +42,17 @@ std::uint32_t BigEndian(const char* bytes, int size = 4) {
   std::uint32_t value = 0;
   for (int i = 0; i < size; ++i) value = value << 8U | static_cast<unsigned char>(bytes[i]);
   return value;
+}
+
+/// The file's first transaction was not finished: the journal, as soon as SQLite plays it back,
+/// leaves an empty file. Whoever lost power then may have written any part of the file.
+bool IsUnfinished(const std::string& path) {
+  const File journal = OpenFile(path + "-journal", O_RDONLY);
+  std::array<char, kPagesBeforePlace + 4> header{};
+  return pread(journal.Get(), header.data(), header.size(), 0) ==
+             static_cast<ssize_t>(header.size()) &&
+         std::string_view(header.data(), kJournalMagic.size()) == kJournalMagic &&
+         BigEndian(header.data() + kPagesBeforePlace) == 0;
 }
 
 bool Exists(const std::string& path) {
@@ -156,6 +169,7 @@ bool HoldsLab(const File& file, const std::string& path) {
   const ssize_t size = pread(file.Get(), header.data(), header.size(), 0);
   if (size < static_cast<ssize_t>(kHeaderSize) ||
       std::string_view(header.data(), kMagic.size()) != kMagic) {
+    if (IsUnfinished(path)) return false;
     throw UnusableLab(path, Quoted(path) + " is not a lab");
   }
   if (BigEndian(header.data() + kApplicationIdPlace) != kApplicationId ||

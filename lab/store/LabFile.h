@@ -55,8 +55,9 @@ bool IsSameFile(const std::string& path, const std::string& other);
 [[noreturn]] void FailNoFile(const std::string& path);
 
 /// Looks at a file before SQLite touches it, since opening a foreign database may change it.
-/// True when there is a lab, of whatever version; false when the file is empty. Throws UnusableLab
-/// for anything else, KorelCtlException when `file` is no regular file. `path` is for messages.
+/// True when there is a lab, of whatever version; false when the file is empty, or is empty again
+/// because its first transaction was not finished. Throws UnusableLab for anything else,
+/// KorelCtlException when `file` is no regular file.
 bool HoldsLab(const File& file, const std::string& path);
 
 /// "has 8192 of its 12288 bytes" when the file is shorter than its header says; else empty. The

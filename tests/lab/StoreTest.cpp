@@ -84,6 +84,15 @@ TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
   }
 }
 
+TEST_F(StoreTest, BeginsAgainWhereTheFirstTransactionLostPower) {
+  std::string journal = "\xd9\xd5\x05\xf9\x20\xa1\x63\xd7" + std::string(504, '\0');
+  journal[22] = 2;   // sectors of 512 bytes
+  journal[26] = 16;  // pages of 4,096 bytes
+  WriteFile(LabFile(), std::string(8192, '\0'));
+  WriteFile(LabFile() + "-journal", journal);
+  EXPECT_EQ(CountHosts(), 1U);
+}
+
 TEST_F(StoreTest, InitReplacesAnExistingLabOnlyByForce) {
   AddHostsUpTo(3);
   ExpectRefused([] { lab::InitLab({lab::StandardHost("host1")}, false); },

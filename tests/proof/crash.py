@@ -10,23 +10,13 @@ works, the lab file is sound, and rows and host files are those from before the 
 a step of the undisturbed line. What did nothing does all its work when it is repeated.
 An allocation that fails gives an error, or the output is all there; completion may offer less."""
 
-import collections
-import concurrent.futures
 import errno
-import os
 import pathlib
-import random
-import shlex
-import shutil
-import sqlite3
-import subprocess
 import sys
 import tempfile
 
-BIN, SHIM = sys.argv[1:3]
-WANTED = dict(word.split("=") for word in sys.argv[3:])
-CHANCE = random.Random(SEED := int(WANTED.pop("seed", random.randrange(10**6))))
-BATCH = pathlib.Path(__file__).parent.parent / "e2e" / "every-command.batch"
+from lines import CHANCE, SEED, WANTED, Line, judge, prepare, rows, run
+
 KILLING = [{"torn": torn} for torn in (0, 1)]
 FAILING = [{"error": error, "onward": onward, "torn": onward} for onward in (0, 1)
            for error in (errno.ENOSPC, errno.EIO, errno.EROFS)]
@@ -36,31 +26,11 @@ TOOLS = ["--version", "--help", "help korel storage", "--plugins", "--completion
          "korel datastore list --formatter json"]
 
 
-def run(folder, text, seed=0, host="host1", **strike):
-    """Runs the line in the folder's lab. Returns what came of it, and what the shim counted."""
-    (folder / "counts").write_bytes(bytes(4096))
-    environment = {
-        "PATH": os.environ["PATH"], "KOREL_LAB": f"{folder}/lab/lab.db", "KOREL_LAB_HOST": host,
-        "KOREL_LAB_CALLS": f"{folder}/calls", "LD_PRELOAD": SHIM, "PROOF_FOLDER": f"{folder}/lab",
-        "PROOF_COUNTS": f"{folder}/counts", "PROOF_SEED": str(seed)}
-    environment |= {f"PROOF_{name.upper()}": str(value) for name, value in strike.items()}
-    done = subprocess.run([f"{BIN}/autocli", *shlex.split(text)], env=environment, text=True,
-                          capture_output=True, check=False, start_new_session=True)
-    done.stdout = done.stdout.replace(str(folder), "FOLDER")
-    return done, memoryview((folder / "counts").read_bytes()).cast("q").tolist()
-
-
 def state(lab):
     """All rows and the hosts' files, or what is not sound. Left out: what is unfinished under a
     name of its own and overwritten the next time, the root of a host that was not added after all,
     which is as a fresh host's, and the daemon's log."""
-    database = sqlite3.connect(lab / "lab.db")
-    names = database.execute("SELECT name FROM sqlite_schema WHERE type = 'table'").fetchall()
-    questions = ["PRAGMA integrity_check", "PRAGMA foreign_key_check", "PRAGMA user_version"]
-    questions += [f"SELECT * FROM {name}" for name, in names]
-    found = {question: database.execute(question).fetchall() for question in questions}
-    database.close()
-    assert (found[questions[0]], found[questions[1]]) == ([("ok",)], []), found
+    found = rows(lab)
     for host in found["SELECT * FROM hosts"]:
         found |= {path.relative_to(lab): (path.stat().st_mode, path.read_bytes())
                   for path in (lab / "lab.db.root" / host[1]).rglob("*")
@@ -73,27 +43,19 @@ def content(lab):
             for path in lab.rglob("*")}
 
 
-class Line:
-    """A line, the lab that it begins with, and what it does when it is left alone."""
+class Struck(Line):
+    """What a line does when it is left alone, and when it is struck."""
 
     def __init__(self, folder, text, number):
-        self.text, self.number, self.lab = text, number, folder / f"lab{number}"
-        shutil.copytree(folder / "lab", self.lab)
-        done, (self.calls, steps, *behind) = run(folder, text, number)
-        assert done.returncode == 0, done
-        self.output, self.content = done.stdout, content(self.lab)
+        super().__init__(folder, text, number)
+        self.calls, steps, *behind = self.counts
+        self.output, self.content = self.done.stdout, content(self.lab)
         self.states = [state(self.lab), state(folder / "lab")]
         # What is there behind a step is there when the next call is not made any more.
         for at in set(behind[:steps]) - {self.calls}:
             with self.fresh(folder) as place:
-                run(pathlib.Path(place), text, number, at=at + 1)
-                self.states.append(state(pathlib.Path(place, "lab")))
-
-    def fresh(self, folder):
-        """A folder with the lab that the line begins with."""
-        place = tempfile.TemporaryDirectory(dir=folder)
-        shutil.copytree(self.lab, place.name + "/lab")
-        return place
+                run(place, text, number, at=at + 1)
+                self.states.append(state(place / "lab"))
 
     def check(self, place, again=0, **strike):
         """Strikes. Returns which state was met."""
@@ -124,23 +86,6 @@ class Line:
         return "before" if met == before else "after" if met == after else "between"
 
 
-def prepare(folder):
-    """The lines, each with the lab that those before it have made."""
-    (folder / "lab").mkdir()
-    for number, host in enumerate(("host2", "host3")):
-        run(folder, f"lab host add --name {host}", number)
-    run(folder, "korel cluster new", 2, "host2")
-    database = sqlite3.connect(folder / "lab" / "lab.db")
-    (cluster,), = database.execute("SELECT uuid FROM clusters")
-    run(folder, f"korel cluster join -u {cluster}", 3, "host3")
-    (folder / "batch").write_text("korel datastore list\nkorel faultdomain set -n fd8\n")
-    texts = BATCH.read_text().replace("CLUSTER", cluster).splitlines()
-    if "allocations" in WANTED:
-        TOOLS[:] = [tool.format(folder) for tool in TOOLS]
-        texts[texts.index("korel datastore list"):0] = TOOLS
-    return [Line(folder, text, number) for number, text in enumerate(texts, 4) if text[0] != "#"]
-
-
 def calls(folder, lines):
     return [(line, at) for line in lines if line.text not in TOOLS for at in range(line.calls)]
 
@@ -153,7 +98,7 @@ def allocations(folder, lines):
               for line in lines}.values()
     for line in chosen:
         with line.fresh(folder) as place:
-            _, (count, *_) = run(pathlib.Path(place), line.text, line.number, memory=1)
+            _, (count, *_) = run(place, line.text, line.number, memory=1)
             yield from ((line, at) for at in range(count + 1))
 
 
@@ -164,24 +109,15 @@ def strike(folder, name, places, kinds):
     CHANCE.shuffle(cases)
     more = [(line, {"again": CHANCE.randrange(1, 12), **case})
             for line, case in CHANCE.choices(cases, k=max(0, count - len(cases)))]
-    met, faults = [], []
-
-    def attempt(line, case):
-        try:
-            with line.fresh(folder) as place:
-                met.append(line.check(pathlib.Path(place), **case))
-        except (AssertionError, sqlite3.Error) as fault:
-            faults.append(f"{line.text} {case}: {fault}"[:1000])
-
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        list(pool.map(attempt, *zip(*(cases[:count] + more))))
-    tried = f"{count} {name} of {len(cases)} cases, {len({line for line, _ in cases})} lines:"
-    print(tried, dict(collections.Counter(met)), f"wrong: {len(faults)}", flush=True)
-    return faults
+    tried = f"{count} {name} of {len(cases)} cases, {len({line for line, _ in cases})} lines"
+    return judge(folder, tried, cases[:count] + more)
 
 
 with tempfile.TemporaryDirectory() as name:
-    every = prepare(top := pathlib.Path(name))
+    top = pathlib.Path(name)
+    (top / "batch").write_text("korel datastore list\nkorel faultdomain set -n fd8\n")
+    TOOLS[:] = [tool.format(top) for tool in TOOLS] if "allocations" in WANTED else []
+    every = prepare(top, Struck, TOOLS)
     print(f"seed {SEED}: {len(every)} lines, {sum(line.calls for line in every)} calls", flush=True)
     plans = {"kills": (calls, KILLING), "failures": (calls, FAILING),
              "allocations": (allocations, STARVING)}
