@@ -5,9 +5,9 @@ allocation of the program's own tools and of a command for each noun.
 
 A case is a line of every-command.batch or TOOLS, one of its calls or allocations, and how that is
 struck. COUNT is how many to try, or "all". Of fewer than there are the seed picks; kills beyond all
-come again, and the next command is killed too. Behind each an error is one line, the next command
-works, the lab file is sound, and rows and host files are those from before the line or from behind
-a step of the undisturbed line. What did nothing does all its work when it is repeated.
+come again, and the next command is killed too. After each an error is one line, the next command
+works, the lab file is sound, and its rows are those from before the line or from after a step of
+the undisturbed line. What did nothing does all its work when it is repeated.
 An allocation that fails gives an error, or the output is all there; completion may offer less."""
 
 import errno
@@ -26,18 +26,6 @@ TOOLS = ["--version", "--help", "help korel storage", "--plugins", "--completion
          "korel datastore list --formatter json"]
 
 
-def state(lab):
-    """All rows and the hosts' files, or what is not sound. Left out: what is unfinished under a
-    name of its own and overwritten the next time, the root of a host that was not added after all,
-    which is as a fresh host's, and the daemon's log."""
-    found = rows(lab)
-    for host in found["SELECT * FROM hosts"]:
-        found |= {path.relative_to(lab): (path.stat().st_mode, path.read_bytes())
-                  for path in (lab / "lab.db.root" / host[1]).rglob("*")
-                  if path.is_file() and path.suffix not in (".new", ".daemon", ".log")}
-    return found
-
-
 def content(lab):
     return {path.relative_to(lab): (path.stat().st_mode, path.is_file() and path.read_bytes())
             for path in lab.rglob("*")}
@@ -50,12 +38,12 @@ class Struck(Line):
         super().__init__(folder, text, number)
         self.calls, steps, *behind = self.counts
         self.output, self.content = self.done.stdout, content(self.lab)
-        self.states = [state(self.lab), state(folder / "lab")]
+        self.states = [rows(self.lab), rows(folder / "lab")]
         # What is there behind a step is there when the next call is not made any more.
         for at in set(behind[:steps]) - {self.calls}:
             with self.fresh(folder) as place:
                 run(place, text, number, at=at + 1)
-                self.states.append(state(place / "lab"))
+                self.states.append(rows(place / "lab"))
 
     def check(self, place, again=0, **strike):
         """Strikes. Returns which state was met."""
@@ -78,11 +66,11 @@ class Struck(Line):
             run(place, "lab show", at=again)
         following, _ = run(place, "lab show")
         assert (following.returncode, following.stderr) == (0, ""), following
-        met = state(place / "lab")
+        met = rows(place / "lab")
         assert met in (self.states if done.returncode else [after]), ("half a state", done)
         repeated, _ = run(place, self.text, self.number)
         assert repeated.returncode in (0, 1), repeated
-        assert met != before or state(place / "lab") == after, ("repeated in vain", repeated)
+        assert met != before or rows(place / "lab") == after, ("repeated in vain", repeated)
         return "before" if met == before else "after" if met == after else "between"
 
 

@@ -13,11 +13,11 @@ int main(int, char** words) {
   lab::Store& store = lab::Store::ForProcess();
   for (int times = std::atoi(words[2]); times > 0; --times) {
     std::optional<lab::Transaction> transaction;
-    if (std::string(words[1]) == "with") transaction.emplace(store);
+    if (std::string(words[1]) == "with") transaction.emplace(store, lab::Access::Change);
     const int rate = std::stoi(lab::Texts(store, "SELECT resyncRate FROM hosts").front());
     usleep(1000);  // Time enough for somebody else.
     lab::Execute(store, "UPDATE hosts SET resyncRate = ?", rate + 1);
-    if (transaction) transaction->Commit();
+    if (transaction) transaction->Commit({"crowd", "counts"});
     transaction.reset();
     usleep(1000);  // A command would be starting.
   }
