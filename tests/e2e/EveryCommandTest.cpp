@@ -181,9 +181,12 @@ void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) con
 TEST_F(EveryCommand, IsTakenBackAndDoneAgain) {
   std::ifstream batch(EVERY_COMMAND);
   Do("lab host add --name host2");
+  Do("lab host add --name host3");
   environment["KOREL_LAB_HOST"] = "host2";
   Do("korel cluster new");
   const std::string cluster = Ask("korel datastore list")["result"][0]["Cluster UUID"];
+  environment["KOREL_LAB_HOST"] = "host3";
+  Do("korel cluster join -u " + cluster);
   environment.erase("KOREL_LAB_HOST");
   int changes = 0;
   for (std::string line; std::getline(batch, line);) {
