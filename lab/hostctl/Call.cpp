@@ -12,7 +12,7 @@ void FailIfInjected(LabTransaction& transaction, OperationName operation) {
   transaction.BeginAgain(Access::Change);
   const auto message = TakeFault(transaction.GetStore(), operation.Get());
   if (!message) return;
-  transaction.Commit(std::string(operation.Get()) + " fails on purpose");
+  transaction.Commit([&] { return std::string(operation.Get()) + " fails on purpose"; });
   throw InjectedFailure(*message);
 }
 

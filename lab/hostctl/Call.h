@@ -49,7 +49,7 @@ std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation, co
     Store& store = transaction.GetStore();
     const Host host = CurrentHost(store);
     const auto commit = [&] {
-      transaction.Commit(OnlyReads(operation) ? "" : LoggedText(operation, arguments));
+      transaction.Commit([&] { return LoggedText(operation, arguments); });
       log.Write(operation, arguments, nullptr);
     };
     if constexpr (std::is_void_v<std::invoke_result_t<Work, Store&, const Host&>>) {
