@@ -7,6 +7,7 @@ import pathlib
 import re
 import resource
 import signal
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -77,6 +78,26 @@ with tempfile.TemporaryDirectory() as name:
     expect(1, "error: Unable to add datastore: .*\n", "korel datastore add -n ds1", limit=small)
     expect(0, "", "lab check")
 
+    # A program that knows nothing of turns has the file.
+    with sqlite3.connect(lab, isolation_level=None) as other:
+        other.execute("BEGIN EXCLUSIVE")
+        for line in ("korel faultdomain get", "lab resync set --rate 7"):
+            expect(1, "error: .* is in use by another process; waited 0 seconds in all; .*\n", line,
+                   KOREL_LAB_WAIT="0")
+        other.execute("ROLLBACK")
+
+    # All replace the same file that is no lab, and nothing is lost.
+    odd = folder / "odd"
+    odd.mkdir()
+    (odd / "lab.db").write_text("precious")
+    crowd = [subprocess.Popen([PROGRAM, "lab", "init", "--force"], stdout=subprocess.DEVNULL,
+                              env={**os.environ, "KOREL_LAB": str(odd / "lab.db")})
+             for _ in range(8)]
+    assert [process.wait() for process in crowd] == [0] * 8
+    assert sorted(os.listdir(odd)) == ["lab.db", "lab.db.old"]
+    assert (odd / "lab.db.old").read_text() == "precious"
+    expect(0, "", "lab check", KOREL_LAB=str(odd / "lab.db"))
+
     pipe = folder / "calls"
     os.mkfifo(pipe)
     for calls, reason in ((pipe, "nobody reads this pipe"), (folder, "Is a directory"),
@@ -89,4 +110,4 @@ with tempfile.TemporaryDirectory() as name:
     # Exported by mistake it is another process's.
     expect(0, "", "korel faultdomain set -n fd1", AUTOCLI_COMPLETING="1")
     assert sorted(os.listdir(folder)) == sorted(
-        ["calls", "lab.db", "relative", "temporary", *(f"pipe{n}" for n in (1, 2, 15))])
+        ["calls", "lab.db", "odd", "relative", "temporary", *(f"pipe{n}" for n in (1, 2, 15))])
