@@ -65,10 +65,13 @@ def fill(database, size):
                          ((i, uuid_of("cluster", i)) for i in clusters))
     hosts = [host for host, in database.execute("SELECT id FROM hosts WHERE name <> 'host1'")]
     insert = ("INSERT INTO memberships (host, cluster, nodeType, isActive, isPersisted) "
-              "VALUES (?, ?, 0, 1, 1)")
+              "VALUES (?, ?, ?, 1, 1)")
     half = len(hosts) // 2 + 1
-    database.executemany(insert, ((host, 1) for host in hosts[:half]))
-    database.executemany(insert, zip(hosts[half:], clusters[1:]))
+    witness, data = hosts[-1], hosts[half:-1]
+    database.executemany(insert, ((host, 1, 0) for host in hosts[:half]))
+    database.executemany(insert, ((host, i, 0) for host, i in zip(data, clusters[1:])))
+    # No cluster is without a host.
+    database.executemany(insert, ((witness, i, 1) for i in clusters[1 + len(data):]))
     # Two fault domains: with a witness, the large cluster is a stretched one.
     database.executemany("UPDATE hosts SET faultDomain = 'host3' WHERE id = ?",
                          ((host,) for host in hosts[1:half]))
