@@ -15,7 +15,7 @@ std::shared_ptr<MetaStruct> Shape() {
 
 LabFileList::LabFileList() {
   SetDescription(
-      "List the files of the host. They are kept in the lab, and are no files of the machine.");
+      "List the files of the host. They are kept in the lab and are not files of the machine.");
   Show(*this, *Shape(), "table");
   SetDefaultOutputParameter("units:LabFile.Size", "B");
   SetDefaultOutputParameter("completes:Path",

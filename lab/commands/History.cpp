@@ -9,44 +9,42 @@ namespace {
 
 constexpr std::int64_t kMostEntries = 1000;
 
-std::shared_ptr<MetaList> NoEntries() {
-  return ListOf(Structure("LabHistoryEntry", {{"Entry", MetaType::Int},
-                                              {"Time", MetaType::String},
-                                              {"Host", MetaType::String},
-                                              {"Command", MetaType::String},
-                                              {"Operation", MetaType::String},
-                                              {"Rows", MetaType::Int}}));
-}
+constexpr const char* kFields = "Time,Host,Command,Operation,Rows";
 
 std::shared_ptr<MetaStruct> Shape() {
-  auto shape = MetaStruct::New("LabHistory");
-  shape->SetField("Entries", NoEntries());
+  auto shape = Structure("LabHistory", {{"Entry", MetaType::Int},
+                                        {"Time", MetaType::String},
+                                        {"Host", MetaType::String},
+                                        {"Command", MetaType::String},
+                                        {"Operation", MetaType::String},
+                                        {"Rows", MetaType::Int}});
   shape->SetField("Changes", NoChanges());
   return shape;
 }
 
 std::shared_ptr<MetaStruct> Describe(Store& store, const Entry& entry) {
-  auto record = MetaStruct::New("LabHistoryEntry");
+  auto record = Shape();
   record->SetField("Entry", entry.number);
   record->SetField("Time", UtcTime(entry.time));
   record->SetField("Host", entry.host);
   record->SetField("Command", entry.line);
   record->SetField("Operation", entry.operation);
-  // What made the lab is not counted.
-  record->SetField("Rows",
-                   entry.changes ? MetaInt::New(CountRows(store, *entry.changes)) : MetaInt::New());
+  try {
+    // What made the lab is not counted.
+    if (entry.changes) record->SetField("Rows", CountRows(store, *entry.changes));
+  } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
+    // One that is damaged hides no other; 'lab check' names it.
+  }
   return record;
 }
 
-std::shared_ptr<MetaStruct> DescribeAll(Store& store, const std::vector<Entry>& entries) {
-  const auto list = NoEntries();
+std::shared_ptr<MetaList> DescribeAll(Store& store, const std::vector<Entry>& entries) {
+  const auto list = ListOf(Shape());
   for (const Entry& entry : entries) list->Add(Describe(store, entry));
-  auto record = Shape();
-  record->SetField("Entries", list);
-  return record;
+  return list;
 }
 
-std::shared_ptr<MetaStruct> DescribeOne(Store& store, std::int64_t number) {
+std::shared_ptr<MetaList> DescribeOne(Store& store, std::int64_t number) {
   std::vector<Entry> entries = EntriesAfter(store, number - 1);
   if (entries.empty() || entries.back().number != number) {
     Fail("the memory has no entry ", std::to_string(number));
@@ -57,12 +55,14 @@ std::shared_ptr<MetaStruct> DescribeOne(Store& store, std::int64_t number) {
   for (auto each = entries.rbegin(); each != entries.rend(); ++each) {
     if (each->changes) later.push_back(std::move(*each->changes));
   }
-  auto record = DescribeAll(store, {entry});
+  auto record = Describe(store, entry);
   if (entry.changes) {
     record->SetField("Changes",
                      ListOfChanges(InWords(store, *entry.changes, Combined(store, later))));
   }
-  return record;
+  const auto list = ListOf(Shape());
+  list->Add(record);
+  return list;
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ LabHistory::LabHistory() {
   SetDescription(
       "Show what changed the lab, the newest first, or row by row what one entry changed. The "
       "memory keeps the newest 1,000 entries or 8 MiB of them.");
-  Show(*this, *Shape(), "simple");
+  Show(*this, *Shape(), "simple", "Entry %Entry%");
 }
 
 std::shared_ptr<InputSpec> LabHistory::GetInputSpecInternal() {
@@ -86,7 +86,7 @@ std::shared_ptr<InputSpec> LabHistory::GetInputSpecInternal() {
                   .description = "Number of an entry, to show what it changed."}});
 }
 
-std::shared_ptr<OutputSpec> LabHistory::GetOutputSpecInternal() { return Answers(Shape()); }
+std::shared_ptr<OutputSpec> LabHistory::GetOutputSpecInternal() { return Answers(ListOf(Shape())); }
 
 void LabHistory::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   if (input->HasParameter("last") && input->HasParameter("entry")) {
@@ -94,7 +94,8 @@ void LabHistory::ExecuteInternal(const InputPtr& input, const OutputPtr& output)
   }
   Attempt(output, [&] {
     const bool isOne = input->HasParameter("entry");
-    SetDefaultOutputParameter("fields:LabHistory", isOne ? "Entries,Changes" : "Entries");
+    SetDefaultOutputParameter("fields:LabHistory",
+                              std::string(kFields) + (isOne ? ",Changes" : ""));
     const auto last = input->HasParameter("last") ? input->GetParameterInt("last") : kMostEntries;
     output->SetRootObject(ReadLab([&](Store& store) {
       return isOne ? DescribeOne(store, input->GetParameterInt("entry"))

@@ -4,6 +4,7 @@
 #include "lab/model/Faults.h"
 #include "lab/model/Features.h"
 #include "lab/model/Lab.h"
+#include "lab/model/TraceDaemon.h"
 
 namespace lab {
 namespace {
@@ -12,6 +13,9 @@ std::shared_ptr<MetaStruct> Shape() {
   return Structure("Lab", {{"File", MetaType::String},
                            {"Schema Version", MetaType::Int},
                            {"Host", MetaType::String},
+                           {"Daemon Running", MetaType::Bool},
+                           {"Daemon Status", MetaType::Int},
+                           {"Daemon Restart Status", MetaType::Int},
                            {"Hosts", MetaType::List},
                            {"Clusters", MetaType::List},
                            {"Features Off", MetaType::List},
@@ -37,6 +41,10 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
   record->SetField("File", store.GetPath());
   record->SetField("Schema Version", store.GetVersion());
   record->SetField("Host", host.name);
+  record->SetField("Daemon Running", IsTraceDaemonRunning(store, host));
+  const TraceAnswers answers = TraceAnswersOf(store, host);
+  record->SetField("Daemon Status", MetaInt::New(answers.status));
+  record->SetField("Daemon Restart Status", MetaInt::New(answers.restart));
   record->SetField("Hosts", Described(AllHosts(store), [](const Host& each) { return each.name; }));
   record->SetField("Clusters", Described(AllClusters(store), DescribeCluster));
   record->SetField("Features Off", Described(AllFeatures(store), [](const Feature& feature) {

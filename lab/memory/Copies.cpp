@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <memory>
 #include <optional>
+#include <stdexcept>
 
 #include "lab/common/Text.h"
 #include "lab/model/Check.h"
@@ -28,6 +28,7 @@ namespace lab {
 namespace {
 
 void CheckIsNotLab(const std::string& path) {
+  if (path.empty()) Fail("the name of the file is empty");
   const std::string lab = LabPath();
   if (IsSameFile(path, lab) || path == lab) Fail(Quoted(path), " is the lab itself");
 }
@@ -63,8 +64,7 @@ class OtherLab {
  public:
   explicit OtherLab(const std::string& path)
       // Nothing that begins as a name of another kind than a path's.
-      : path_(std::filesystem::absolute(path)) {
-    CheckIsNotLab(path);
+      : path_(std::filesystem::absolute(Checked(path))) {
     try {
       Open();
     } catch (...) {
@@ -73,9 +73,13 @@ class OtherLab {
   }
 
   const std::string& GetPath() const { return path_; }
-  Store& GetStore() { return *store_; }
 
  private:
+  static const std::string& Checked(const std::string& path) {
+    CheckIsNotLab(path);
+    return path;
+  }
+
   void Open() {
     const File file = OpenFile(path_, O_RDONLY);
     if (!file.IsOpen()) Fail("cannot read ", Quoted(path_), ": ", ErrorText(errno));
@@ -84,7 +88,7 @@ class OtherLab {
     reading_.emplace(*store_, Access::Read);
     if (!store_->IsCurrent()) {
       Fail(Quoted(path_), " is a lab of version ", std::to_string(store_->GetVersion()),
-           "; 'KOREL_LAB=FILE autocli lab show' brings it up to date");
+           "; 'KOREL_LAB=", path_, " autocli lab show' brings it up to date");
     }
     const auto problems = Problems(*store_);
     if (!problems.empty()) Fail(Quoted(path_), " is no sound lab: ", problems.front());
@@ -95,49 +99,58 @@ class OtherLab {
   std::optional<Transaction> reading_;
 };
 
-struct Finalize {
-  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using RawStatement = std::unique_ptr<sqlite3_stmt, Finalize>;
-
-RawStatement Prepare(Store& store, const std::string& sql) {
-  sqlite3_stmt* statement = nullptr;
-  CheckResult(
-      sqlite3_prepare_v2(store.GetDatabase().getHandle(), sql.c_str(), -1, &statement, nullptr));
-  return RawStatement(statement);
-}
-
-/// Copies the rows, value by value. One statement over both files would write to the other's too.
-void CopyRows(Store& from, Store& to, const std::string& table) {
-  const RawStatement rows = Prepare(from, "SELECT * FROM " + table);
-  const int columns = sqlite3_column_count(rows.get());
-  std::string places = "?";
-  for (int i = 1; i < columns; ++i) places += ", ?";
-  const RawStatement insert = Prepare(to, "INSERT INTO " + table + " VALUES (" + places + ")");
-  int result = SQLITE_ROW;
-  while ((result = sqlite3_step(rows.get())) == SQLITE_ROW) {
-    for (int i = 0; i < columns; ++i) {
-      CheckResult(sqlite3_bind_value(insert.get(), i + 1, sqlite3_column_value(rows.get(), i)));
-    }
-    CheckResult(sqlite3_step(insert.get()));
-    CheckResult(sqlite3_reset(insert.get()));
-  }
-  CheckResult(result);
-}
-
-/// Another lab in the schema "other", beside the process's own.
+/// Another lab in the schema "other", beside the process's own, for reading alone: a transaction
+/// that changes would lock it for writing, too.
 class Attached {
  public:
   Attached(Store& store, const std::string& path) : store_(store) {
-    Execute(store_, "ATTACH ? AS other", path);
+    Execute(store_, "ATTACH ? AS other", "file:" + Encoded(path) + "?mode=ro");
   }
   ~Attached() { store_.GetDatabase().tryExec("DETACH other"); }
   Attached(const Attached&) = delete;
   Attached& operator=(const Attached&) = delete;
 
  private:
+  static std::string Encoded(const std::string& path) {
+    std::string encoded;
+    for (const char c : path) {
+      if (c == '%' || c == '?' || c == '#') {
+        encoded += Tovrin::Misc::StrPrintf("%%%02X", static_cast<unsigned>(c));
+      } else {
+        encoded += c;
+      }
+    }
+    return encoded;
+  }
+
   Store& store_;
 };
+
+/// Within a transaction: what makes the lab of the attached one.
+Changeset FromOther(Store& store) {
+  sqlite3_session* session = BeginRecording(store);
+  for (const auto& [name, sql] : kTables) {
+    const int result = sqlite3session_diff(session, "other", name, nullptr);
+    if (result == SQLITE_OK) continue;
+    EndRecording(session);
+    CheckResult(result);
+  }
+  return EndRecording(session);
+}
+
+/// Runs `work(Store&)` in a transaction on the lab, with the other one attached.
+template <typename Work>
+auto WithOther(Access access, const std::string& path, const Work& work) {
+  try {
+    OtherLab other(path);
+    LabTransaction(Access::Read).Commit();  // makes it when it is not there
+    const Attached attached(Store::ForProcess(), other.GetPath());
+    LabTransaction transaction(access);
+    return work(transaction);
+  } catch (...) {
+    ThrowActionable();
+  }
+}
 
 }  // namespace
 
@@ -178,39 +191,18 @@ void SaveLab(const std::string& path, bool force) {
 }
 
 void LoadLab(const std::string& path) {
-  try {
-    OtherLab other(path);
-    LabTransaction transaction(Access::ChangeLoosely);
+  WithOther(Access::ChangeLoosely, path, [&](LabTransaction& transaction) {
     Store& store = transaction.GetStore();
-    for (const auto& [name, sql] : kTables) {
-      const std::string table = name;
-      Execute(store, ("DELETE FROM " + table).c_str());
-      CopyRows(other.GetStore(), store, table);
-    }
-    transaction.Commit([&] { return "load " + path; });
-  } catch (...) {
-    ThrowActionable();
-  }
+    const bool isApplied = Apply(store, Inverted(store, FromOther(store)));
+    if (!isApplied) throw std::logic_error("the difference of two labs is not theirs");
+    transaction.Commit([&] { return "loads " + path; });
+  });
 }
 
 std::vector<Change> DifferenceFrom(const std::string& path) {
-  try {
-    OtherLab other(path);
-    LabTransaction(Access::Read).Commit();
-    Store& store = Store::ForProcess();
-    const Attached attached(store, other.GetPath());
-    const LabTransaction transaction(Access::Read);
-    sqlite3_session* session = BeginRecording(store);
-    for (const auto& [name, sql] : kTables) {
-      const int result = sqlite3session_diff(session, "other", name, nullptr);
-      if (result == SQLITE_OK) continue;
-      EndRecording(session);
-      CheckResult(result);
-    }
-    return InWords(store, EndRecording(session));
-  } catch (...) {
-    ThrowActionable();
-  }
+  return WithOther(Access::Read, path, [](LabTransaction& transaction) {
+    return InWords(transaction.GetStore(), FromOther(transaction.GetStore()));
+  });
 }
 
 }  // namespace lab

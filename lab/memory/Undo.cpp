@@ -7,6 +7,7 @@
 #include "lab/model/Check.h"
 #include "lab/model/Lab.h"
 #include "lab/store/Memory.h"
+#include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 
 namespace lab {
@@ -27,22 +28,37 @@ void CheckReversible(const Entry& entry) {
 }
 
 /// What is wrong when the rows are not as the entry left them.
-[[noreturn]] void FailChangedSince(const Entry& entry, bool isAll) {
+[[noreturn]] void FailChangedSince(const Entry& entry, bool haveOthersComeBetween) {
   const std::string failure =
       NameOf(entry) + " cannot be taken back: what it changed is no longer as it left it";
-  if (isAll) Fail(failure, ", and no entry of the memory says why");
+  if (!haveOthersComeBetween) Fail(failure, ", and no entry of the memory says why");
   Fail(failure, "; 'autocli lab undo --to ", std::to_string(entry.number - 1),
        "' takes back all that came since as well");
 }
 
-void TakeBack(Store& store, const Entries& entries, bool isAll) {
+void ApplyInverses(Store& store, const Entries& entries) {
+  const std::int64_t span = entries.front().number - entries.back().number + 1;
   for (const Entry& entry : entries) {
     CheckReversible(entry);
-    if (!Apply(store, Inverted(store, *entry.changes))) FailChangedSince(entry, isAll);
+    if (!Apply(store, Inverted(store, *entry.changes))) {
+      FailChangedSince(entry, span != static_cast<std::int64_t>(entries.size()));
+    }
   }
-  const auto problems = Problems(store);
-  if (problems.empty()) return;
-  Fail(NameOf(entries.back()), " cannot be taken back: then ", problems.front());
+}
+
+/// A lab that is sound stays so; one that is not gets no new problem.
+void TakeBack(Store& store, const Entries& entries) {
+  Execute(store, "SAVEPOINT entries");
+  ApplyInverses(store, entries);
+  const auto after = Problems(store);
+  if (after.empty()) return;
+  Execute(store, "ROLLBACK TO entries");
+  const auto before = Problems(store);
+  for (const std::string& problem : after) {
+    if (std::find(before.begin(), before.end(), problem) != before.end()) continue;
+    Fail(NameOf(entries.back()), " cannot be taken back: then ", problem);
+  }
+  ApplyInverses(store, entries);
 }
 
 std::string Described(const Entries& entries) {
@@ -52,11 +68,11 @@ std::string Described(const Entries& entries) {
   return "takes back entries " + first + " to " + last;
 }
 
-void TakeBackChosen(bool isAll, const std::function<Entries(Store&)>& choose) {
+void TakeBackChosen(const std::function<Entries(Store&)>& choose) {
   try {
     LabTransaction transaction(Access::ChangeLoosely);
     const Entries entries = choose(transaction.GetStore());
-    TakeBack(transaction.GetStore(), entries, isAll);
+    TakeBack(transaction.GetStore(), entries);
     transaction.Commit([&] { return Described(entries); });
   } catch (...) {
     ThrowActionable();
@@ -91,10 +107,10 @@ Entries After(Store& store, std::int64_t number) {
 
 }  // namespace
 
-void UndoLastCommand() { TakeBackChosen(false, OfLastCommand); }
+void UndoLastCommand() { TakeBackChosen(OfLastCommand); }
 
 void UndoTo(std::int64_t entry) {
-  TakeBackChosen(true, [&](Store& store) { return After(store, entry); });
+  TakeBackChosen([&](Store& store) { return After(store, entry); });
 }
 
 }  // namespace lab

@@ -82,7 +82,7 @@ class RowTeller {
     const std::vector<std::string>& columns = ColumnsOf(row_.table);
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const bool isNamed = std::find(names_.begin(), names_.end(), columns[i]) != names_.end();
-      if (columns[i] == "id" || (IsWhole() && isNamed)) continue;
+      if (columns[i] == "id" || (IsWhole() ? isNamed : row_.isKey[i])) continue;
       const auto before = ValueAt(row_.before, i);
       const auto after = ValueAt(row_.after, i);
       if (columns[i] == "content") {

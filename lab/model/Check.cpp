@@ -44,7 +44,7 @@ class Findings {
   }
 
   std::vector<std::string> Take() {
-    if (unlisted_ > 0) problems_.push_back("and " + std::to_string(unlisted_) + " problems more");
+    if (unlisted_ > 0) problems_.push_back("and " + std::to_string(unlisted_) + " more problems");
     return std::move(problems_);
   }
 
@@ -146,7 +146,7 @@ void CheckTexts(Store& store, Findings& findings) {
 void CheckMemory(Store& store, Findings& findings) {
   for (const Entry& entry : EntriesAfter(store, 0)) {
     if (!entry.changes) continue;
-    findings.Try("entry " + std::to_string(entry.number) + " of the memory",
+    findings.Try("entry " + std::to_string(entry.number),
                  [&] { CountRows(store, *entry.changes); });
   }
 }

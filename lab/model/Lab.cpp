@@ -57,8 +57,13 @@ void Actionably(const Work& work) {
 bool IsUnusable() {
   Store::CloseForProcess();
   try {
-    Actionably([] { const LabTransaction transaction(Access::Read); });
-    return false;
+    bool isSound = false;
+    Actionably([&] {
+      LabTransaction transaction(Access::Read);
+      isSound = Exists(transaction.GetStore(),
+                       "SELECT 1 FROM pragma_integrity_check(1) WHERE integrity_check = 'ok'");
+    });
+    return !isSound;
   } catch (const UnusableLab&) {
     return true;
   }
@@ -80,7 +85,8 @@ void LabTransaction::BeginAgain(Access access) {
 void LabTransaction::Commit(const std::function<std::string()>& operation) {
   transaction_->Commit([&]() -> Origin {
     const auto host = FindCurrentHost(store_);
-    return {host ? host->name : "", operation()};
+    const char* named = Environment("KOREL_LAB_HOST");
+    return {host ? host->name : named == nullptr ? "" : named, operation()};
   });
 }
 

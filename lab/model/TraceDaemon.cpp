@@ -30,10 +30,6 @@ KORELTRACED_LSOM_VERBOSE_ROTATE_FILE_SIZE=45
 KORELTRACED_LAST_SELECTED_VOLUME="/var/log/koreltraces"
 )";
 
-bool IsRunning(Store& store, const Host& host) {
-  return Exists(store, "SELECT 1 FROM hosts WHERE id = ? AND isDaemonRunning", host.id);
-}
-
 /// The configuration with a note of the volume that the daemon took: the last one that is named,
 /// else its own.
 std::string WithVolumeTaken(const std::string& config) {
@@ -87,13 +83,17 @@ void SetAnswer(Store& store, const Host& host, const char* column,
 
 }  // namespace
 
+bool IsTraceDaemonRunning(Store& store, const Host& host) {
+  return Exists(store, "SELECT 1 FROM hosts WHERE id = ? AND isDaemonRunning", host.id);
+}
+
 void InstallTraceDaemon(Store& store, const Host& host) {
   PutFile(store, host, {kTraceConfigFile, kStandardConfig, false});
 }
 
 int RunTraceScript(Store& store, const Host& host, const std::string& argument) {
   const TraceAnswers answers = TraceAnswersOf(store, host);
-  const bool isRunning = IsRunning(store, host);
+  const bool isRunning = IsTraceDaemonRunning(store, host);
   if (argument == "status") return answers.status.value_or(isRunning ? 0 : kNotRunning);
   if (argument == "start") return isRunning ? 0 : Begin(store, host, "started");
   if (argument == "restart") {

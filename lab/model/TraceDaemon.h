@@ -38,6 +38,7 @@ struct TraceAnswers {
 void SetTraceAnswers(Store& store, const Host& host, const TraceAnswers& answers);
 TraceAnswers TraceAnswersOf(Store& store, const Host& host);
 
+bool IsTraceDaemonRunning(Store& store, const Host& host);
 void SetTraceDaemonRunning(Store& store, const Host& host, bool isRunning);
 
 /// The newest lines of a log, as many as the daemon keeps.

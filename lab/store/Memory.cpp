@@ -15,6 +15,7 @@ namespace {
 constexpr std::int64_t kMostEntries = 1000;
 constexpr std::int64_t kMostBytes = 8 << 20;
 constexpr std::size_t kMostText = 4096;
+constexpr std::int64_t kMostNumber = std::int64_t{1} << 53;
 
 int IsRecorded(void*, const char* table) {
   return std::any_of(kTables.begin(), kTables.end(),
@@ -98,6 +99,12 @@ Changeset EndRecording(sqlite3_session* session) {
 void Remember(Store& store, const Origin& origin, const Changeset* changes) {
   const CommandLine command = CurrentCommand();
   Newest newest = FindNewest(store);
+  if (newest.number < 0 || newest.number > kMostNumber || newest.total < 0 ||
+      newest.total > kMostNumber) {
+    // No lab wrote these. A memory that cannot go on begins again.
+    Execute(store, "DELETE FROM history");
+    newest = {};
+  }
   const std::int64_t number = ++newest.number;
   std::int64_t first = store.GetFirstEntry(command.number);
   if (first == 0) store.SetFirstEntry(command.number, first = number);

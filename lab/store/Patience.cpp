@@ -45,7 +45,7 @@ WaitingTime::~WaitingTime() { WaitedByCommand().time += std::chrono::steady_cloc
 void FailBusy(const std::string& path) {
   Fail("the lab ", Quoted(path), " is in use by another process; waited ",
        std::to_string(LimitInSeconds()),
-       " seconds in all; try again, or let KOREL_LAB_WAIT name more seconds");
+       " s in all; try again, or let KOREL_LAB_WAIT name more seconds");
 }
 
 }  // namespace lab

@@ -46,7 +46,7 @@ std::unique_ptr<Store>& ProcessStore() {
 int OpenFlags() {
   static const int configured = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
   static_cast<void>(configured);
-  return SQLITE_OPEN_NOMUTEX |
+  return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI |
          (MayChange() ? SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE : SQLite::OPEN_READONLY);
 }
 
@@ -89,6 +89,7 @@ std::string MissingPartOf(const std::string& path) {
 }  // namespace
 
 Store::Store(std::string path) : path_(std::move(path)), turnstile_(Prepared(path_)) {
+  PatienceLeft();  // refuses what KOREL_LAB_WAIT cannot say before it is needed
   HoldsLab(turnstile_.GetFile(), path_);
   database_ = std::make_unique<SQLite::Database>(path_, OpenFlags());
   sqlite3* handle = database_->getHandle();

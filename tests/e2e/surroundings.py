@@ -82,7 +82,7 @@ with tempfile.TemporaryDirectory() as name:
     with sqlite3.connect(lab, isolation_level=None) as other:
         other.execute("BEGIN EXCLUSIVE")
         for line in ("korel faultdomain get", "lab resync set --rate 7"):
-            expect(1, "error: .* is in use by another process; waited 0 seconds in all; .*\n", line,
+            expect(1, "error: .* is in use by another process; waited 0 s in all; .*\n", line,
                    KOREL_LAB_WAIT="0")
         other.execute("ROLLBACK")
 

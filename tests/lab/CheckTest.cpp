@@ -55,7 +55,10 @@ TEST_F(CheckTest, SaysWhatIsWrongWithARow) {
       {"DELETE FROM features WHERE name = 'client-mode'", "the features are not those of a lab"},
       {"INSERT INTO agents VALUES (1, 1, 'x', 0, 1, '10.0.0.1', 1, '', '', '')",
        "unicast agent '10.0.0.1': 'x' is not a UUID"},
-      {"UPDATE history SET changes = x'5401' WHERE number > 1", "of the memory: "},
+      {"UPDATE history SET changes = x'5401' WHERE number > 1",
+       "entry 2: the memory of the lab is damaged"},
+      {"UPDATE history SET number = 9223372036854775807 WHERE number = 3",
+       "entry '9223372036854775807' of the memory has a value out of its range"},
       {"DELETE FROM hosts; PRAGMA foreign_keys = ON; DELETE FROM hosts", "the lab has no host"},
   };
   for (const auto& [sql, problem] : cases) {
@@ -74,7 +77,7 @@ TEST_F(CheckTest, ListsAHundredProblemsAndCountsTheRest) {
   Sql("UPDATE devices SET isHealthy = 2 WHERE host <= 15");
   const auto problems = Problems();
   ASSERT_EQ(problems.size(), 101U);
-  EXPECT_EQ(problems.back(), "and 50 problems more");
+  EXPECT_EQ(problems.back(), "and 50 more problems");
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
   const auto lab = [this] { return std::make_unique<lab::Store>(LabFile()); };
   const auto [first, second, third] = std::tuple(lab(), lab(), lab());
   const std::string busy = "the lab '" + LabFile() +
-                           "' is in use by another process; waited 0 seconds in all; try again, or "
+                           "' is in use by another process; waited 0 s in all; try again, or "
                            "let KOREL_LAB_WAIT name more seconds";
   {
     const lab::Transaction reading(*first, lab::Access::Read);
