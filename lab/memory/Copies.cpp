@@ -143,9 +143,10 @@ template <typename Work>
 auto WithOther(Access access, const std::string& path, const Work& work) {
   try {
     OtherLab other(path);
-    LabTransaction(Access::Read).Commit();  // makes it when it is not there
-    const Attached attached(Store::ForProcess(), other.GetPath());
-    LabTransaction transaction(access);
+    Store& store = Store::ForProcess();
+    LabTransaction(Access::Read, store).Commit();  // makes it when it is not there
+    const Attached attached(store, other.GetPath());
+    LabTransaction transaction(access, store);
     return work(transaction);
   } catch (...) {
     ThrowActionable();

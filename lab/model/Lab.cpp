@@ -71,7 +71,7 @@ bool IsUnusable() {
 
 }  // namespace
 
-LabTransaction::LabTransaction(Access access) : store_(Store::ForProcess()) { BeginAgain(access); }
+LabTransaction::LabTransaction(Access access, Store& store) : store_(store) { BeginAgain(access); }
 
 void LabTransaction::BeginAgain(Access access) {
   transaction_.reset();

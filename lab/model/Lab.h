@@ -15,7 +15,7 @@ namespace lab {
 /// file is new, and brought up to date when it is of an older version.
 class LabTransaction {
  public:
-  explicit LabTransaction(Access access);
+  explicit LabTransaction(Access access, Store& store = Store::ForProcess());
 
   Store& GetStore() { return store_; }
   /// Gives up what was done, and waits for another turn.
