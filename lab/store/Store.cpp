@@ -99,7 +99,9 @@ Store::Store(std::string path) : path_(std::move(path)), turnstile_(Prepared(pat
                                        {SQLITE_DBCONFIG_DEFENSIVE, 1}}) {
     sqlite3_db_config(handle, setting, value, nullptr);
   }
-  database_->exec("PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON");
+  // A cache of 64 MB: a lab of ten thousand hosts changed as a whole does not spill.
+  database_->exec(
+      "PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON; PRAGMA cache_size = -65536");
 }
 
 Store::~Store() = default;
