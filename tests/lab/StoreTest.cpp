@@ -109,21 +109,22 @@ TEST_F(StoreTest, InitReplacesAnExistingLabOnlyByForce) {
 TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
   CountHosts();
   setenv("KOREL_LAB_WAIT", "0", 1);
-  const auto lab = [this] { return std::make_unique<lab::Store>(LabFile()); };
-  const auto [first, second, third] = std::tuple(lab(), lab(), lab());
+  lab::Store first(LabFile());
+  lab::Store second(LabFile());
+  lab::Store third(LabFile());
   const std::string busy = "the lab '" + LabFile() +
                            "' is in use by another process; waited 0 seconds in all; try again, or "
                            "let KOREL_LAB_WAIT name more seconds";
   {
-    const lab::Transaction reading(*first, lab::Access::Read);
-    const lab::Transaction readingToo(*second, lab::Access::Read);
-    EXPECT_EQ(Failure([&] { const lab::Transaction writing(*third, lab::Access::Change); }), busy);
+    const lab::Transaction reading(first, lab::Access::Read);
+    const lab::Transaction readingToo(second, lab::Access::Read);
+    EXPECT_EQ(Failure([&] { const lab::Transaction writing(third, lab::Access::Change); }), busy);
   }
-  const lab::Transaction writing(*third, lab::Access::Change);
-  EXPECT_EQ(Failure([&] { const lab::Transaction reading(*first, lab::Access::Read); }), busy);
+  const lab::Transaction writing(third, lab::Access::Change);
+  EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }), busy);
   for (const char* wrong : {"", "-1", "ten", "86401"}) {
     setenv("KOREL_LAB_WAIT", wrong, 1);
-    EXPECT_EQ(Failure([&] { const lab::Transaction reading(*first, lab::Access::Read); }),
+    EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }),
               std::string("KOREL_LAB_WAIT must be a number of seconds from 0 to 86400, got '") +
                   wrong + "'");
   }
