@@ -4,8 +4,7 @@
 
 A lab of N hosts has N clusters, N datastores in the largest of them, which half of the hosts are
 in, N agents of host1 and three claimed disks a host. A command that shows or changes something of
-all of these may grow with them, any other may not. KOREL_SCALE_SQL names a file of statements that
-each lab is to have run first, to try an index."""
+all of these may grow with them, any other may not."""
 
 import json
 import math
@@ -22,7 +21,6 @@ import uuid
 BIN = sys.argv[1]
 SIZES = [int(size) for size in sys.argv[2:]] or [10, 100, 1000, 10000]
 BATCH = pathlib.Path(__file__).parent.parent / "tests" / "e2e" / "every-command.batch"
-STATEMENTS = os.environ.get("KOREL_SCALE_SQL")
 RUNS = 7
 ENOUGH_SECONDS = 2  # of runs of one line
 FLOOR_MS = 1  # less counts as this: runs of one command differ by as much
@@ -32,7 +30,8 @@ IDLE = "lab fault list"
 # Lines that show or change something of all hosts, clusters, datastores or agents. A preferred fault
 # domain is one of those in which all data hosts of the cluster lie.
 GROWING = (
-    "lab show", "lab try", "lab host list", "lab cluster list", "lab cluster show", "lab init",
+    "lab show", "lab try", "lab undo", "lab save", "lab load", "lab diff", "lab check",
+    "lab host list", "lab cluster list", "lab cluster show", "lab init",
     "korel cluster get", "korel cluster list", "korel cluster leave", "korel datastore list",
     "korel datastore clear", "korel cluster unicastagent list", "korel cluster unicastagent clear",
     "korel cluster join -u CLUSTER --witness", "korel cluster preferredfaultdomain")
@@ -66,10 +65,13 @@ def fill(database, size):
                          ((i, uuid_of("cluster", i)) for i in clusters))
     hosts = [host for host, in database.execute("SELECT id FROM hosts WHERE name <> 'host1'")]
     insert = ("INSERT INTO memberships (host, cluster, nodeType, isActive, isPersisted) "
-              "VALUES (?, ?, 0, 1, 1)")
+              "VALUES (?, ?, ?, 1, 1)")
     half = len(hosts) // 2 + 1
-    database.executemany(insert, ((host, 1) for host in hosts[:half]))
-    database.executemany(insert, zip(hosts[half:], clusters[1:]))
+    witness, data = hosts[-1], hosts[half:-1]
+    database.executemany(insert, ((host, 1, 0) for host in hosts[:half]))
+    database.executemany(insert, ((host, i, 0) for host, i in zip(data, clusters[1:])))
+    # No cluster is without a host.
+    database.executemany(insert, ((witness, i, 1) for i in clusters[1 + len(data):]))
     # Two fault domains: with a witness, the large cluster is a stretched one.
     database.executemany("UPDATE hosts SET faultDomain = 'host3' WHERE id = ?",
                          ((host,) for host in hosts[1:half]))
@@ -98,6 +100,8 @@ class Lab:
 
     def __init__(self, folder, size):
         self.size = size
+        self.folder = folder / str(size)
+        self.folder.mkdir()
         self.file, self.kept = folder / f"{size}.db", folder / f"{size}.kept"
         self.inventory = folder / f"{size}.json"
         self.environment = {**os.environ, "KOREL_LAB": str(self.file), "KOREL_LAB_HOST": "host1"}
@@ -106,20 +110,11 @@ class Lab:
         self.run(f"lab init --inventory {self.inventory}")
         with sqlite3.connect(self.file) as database:
             database.execute("PRAGMA foreign_keys = ON")
-            database.executescript(pathlib.Path(STATEMENTS).read_text() if STATEMENTS else "")
             fill(database, size)
-        subprocess.run(["cp", "-a", f"{self.file}.root", f"{self.kept}.root"], check=True)
         self.keep()
 
     def keep(self):
         shutil.copyfile(self.file, self.kept)
-
-    def restore(self, line):
-        shutil.copyfile(self.kept, self.file)
-        shutil.rmtree(f"{self.file}.root/host4", ignore_errors=True)
-        if line.startswith("lab init"):  # removes the hosts' files
-            shutil.rmtree(f"{self.file}.root", ignore_errors=True)
-            subprocess.run(["cp", "-al", f"{self.kept}.root", f"{self.file}.root"], check=True)
 
     def run(self, line):
         """Runs the line; answers the processor time, of what it starts too, in ms."""
@@ -127,7 +122,8 @@ class Lab:
                  "FAR": uuid_of("default", self.size), "INVENTORY": str(self.inventory)}
         arguments = [words.get(word, word) for word in shlex.split(line)]
         process = subprocess.Popen([f"{BIN}/autocli", *arguments], env=self.environment,
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                                   cwd=self.folder)
         error = process.stderr.read()
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
@@ -140,7 +136,7 @@ class Lab:
         """The shortest of some runs, each from the same state."""
         times = []
         while len(times) < 3 or (len(times) < RUNS and sum(times) < ENOUGH_SECONDS * 1000):
-            self.restore(line)
+            shutil.copyfile(self.kept, self.file)
             times.append(self.run(line))
         return min(times)
 

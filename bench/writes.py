@@ -22,7 +22,8 @@ def rows(lab):
     """The rows of each table, by their primary key: {(table, key): row}."""
     found = {}
     with sqlite3.connect(lab) as database:
-        for table, in database.execute("SELECT name FROM sqlite_schema WHERE type = 'table'"):
+        for table, in database.execute("SELECT name FROM sqlite_schema WHERE type = 'table' "
+                                       "AND name <> 'history'"):
             columns = database.execute(f"PRAGMA table_info({table})").fetchall()
             keys = [column[0] for column in columns if column[5]]
             rowid = "" if keys else "rowid, "
@@ -37,6 +38,8 @@ def rows(lab):
 def literal(value):
     if value is None:
         return "NULL"
+    if isinstance(value, bytes):
+        return f"x'{value.hex()}'"
     return str(value) if isinstance(value, int) else "'" + value.replace("'", "''") + "'"
 
 
@@ -65,7 +68,7 @@ def main(folder):
 
     def run(text, host="host1"):
         subprocess.run([f"{BIN}/autocli", *shlex.split(text)], check=True, capture_output=True,
-                       env={**environment, "KOREL_LAB_HOST": host})
+                       env={**environment, "KOREL_LAB_HOST": host}, cwd=folder)
 
     for host in ("host2", "host3"):
         run(f"lab host add --name {host}")
@@ -88,7 +91,7 @@ def main(folder):
         done = subprocess.run(
             [f"{BENCH}/bench_pair", RUNS, "--restore", start, lab, f"{BIN}/autocli",
              *shlex.split(text), "--", f"{BENCH}/bench_bare_writer", lab, changes],
-            env=environment, capture_output=True, text=True, check=False)
+            env=environment, capture_output=True, text=True, check=False, cwd=folder)
         if done.returncode:
             print(f"  {line}: not measured: {done.stderr.strip()}")
         else:

@@ -39,7 +39,9 @@ void AppendRow(std::string& out, const View& view, const std::vector<std::size_t
     if (i > 0) out += "  ";
     const std::size_t start = out.size();
     appendCell(i);
-    Align(out, start, view.GetColumns()[i], widths[i]);
+    // Nothing follows the last column that would have to stand below its like.
+    const Column& column = view.GetColumns()[i];
+    if (i + 1 < widths.size() || column.isNumber) Align(out, start, column, widths[i]);
   }
   while (out.size() > row && out.back() == ' ') out.pop_back();
   out += '\n';

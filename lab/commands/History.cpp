@@ -83,7 +83,6 @@ std::shared_ptr<InputSpec> LabHistory::GetInputSpecInternal() {
                  {.name = "entry",
                   .shortName = "e",
                   .type = ParameterType::Int,
-                  .constraint = IntRange(1, INT64_MAX),
                   .description = "Number of an entry, to show what it changed."}});
 }
 

@@ -13,7 +13,6 @@ LabUndo::LabUndo() {
 std::shared_ptr<InputSpec> LabUndo::GetInputSpecInternal() {
   return Inputs({{.name = "to",
                   .type = ParameterType::Int,
-                  .constraint = IntRange(0, INT64_MAX),
                   .description = "Number of the entry after which everything is taken back; see "
                                  "'lab history'."}});
 }

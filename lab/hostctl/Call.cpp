@@ -12,21 +12,21 @@ void FailIfInjected(LabTransaction& transaction, OperationName operation) {
   transaction.BeginAgain(Access::Change);
   const auto message = TakeFault(transaction.GetStore(), operation.Get());
   if (!message) return;
-  transaction.Commit(std::string(operation.Get()) + " fails on purpose");
+  transaction.Commit([&] { return std::string(operation.Get()) + " fails on purpose"; });
   throw InjectedFailure(*message);
 }
 
-std::string LoggedText(OperationName operation, const Json& arguments) {
+std::string TextOf(OperationName operation, const Json& arguments) {
   return std::string(operation.Get()) + " " +
          arguments.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-void LogAndThrow(CallLog& log, OperationName operation, const Json& arguments) {
+void LogAndThrow(const std::function<void(const std::string& message)>& write) {
   try {
     ThrowActionable();
   } catch (const KorelCtlException& failure) {
     try {
-      log.Write(operation, arguments, &failure.GetMessage());
+      write(failure.GetMessage());
     } catch (const KorelCtlException&) {
       // The operation's own failure says more than that its line is missing.
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <type_traits>
@@ -29,18 +30,23 @@ constexpr bool OnlyReads(OperationName operation) {
 /// Throws the operation's injected failure, if there is one, counted down for all processes.
 void FailIfInjected(LabTransaction& transaction, OperationName operation);
 /// The operation and its arguments, for the memory.
-std::string LoggedText(OperationName operation, const Json& arguments);
-/// Within a catch block: logs what is being handled and throws it as a KorelCtlException.
-[[noreturn]] void LogAndThrow(CallLog& log, OperationName operation, const Json& arguments);
+std::string TextOf(OperationName operation, const Json& arguments);
+/// Within a catch block: throws what is being handled as a KorelCtlException. Logs it by
+/// `write(message)`, which may fail: the operation's own failure says more than that.
+[[noreturn]] void LogAndThrow(const std::function<void(const std::string& message)>& write);
 
 /// Runs one host control operation, `work(Store&, const Host&)`, and returns what it returns. Gives
 /// it a transaction, its line in the call log and its injected failure. Every exception leaves as a
-/// KorelCtlException. `arguments` are the operation's, in call order, for the log: UUIDs as text,
-/// enums as numbers, records as objects, out-parameters left out.
-template <typename Work>
-std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation, const Json& arguments,
+/// KorelCtlException. `arguments()` are the operation's, in call order: UUIDs as text, enums as
+/// numbers, records as objects, out-parameters left out.
+template <typename AskArguments, typename Work>
+std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation,
+                                                     const AskArguments& arguments,
                                                      const Work& work) {
   CallLog log;
+  const auto write = [&](const std::string* error) {
+    if (log.IsOpen()) log.Write(operation, arguments(), error);
+  };
   try {
     // Not in the operation's own transaction: what was written before it stays when it fails.
     TakeInHostFiles();
@@ -49,8 +55,8 @@ std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation, co
     Store& store = transaction.GetStore();
     const Host host = CurrentHost(store);
     const auto commit = [&] {
-      transaction.Commit(OnlyReads(operation) ? "" : LoggedText(operation, arguments));
-      log.Write(operation, arguments, nullptr);
+      transaction.Commit([&] { return TextOf(operation, arguments()); });
+      write(nullptr);
     };
     if constexpr (std::is_void_v<std::invoke_result_t<Work, Store&, const Host&>>) {
       work(store, host);
@@ -61,7 +67,7 @@ std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation, co
       return result;
     }
   } catch (...) {
-    LogAndThrow(log, operation, arguments);
+    LogAndThrow([&](const std::string& message) { write(&message); });
   }
 }
 

@@ -21,8 +21,9 @@ class CallLog {
   /// Throws KorelCtlException.
   CallLog();
 
-  /// Appends the line in one piece; `error` is null when the operation was done. Throws
-  /// KorelCtlException when it cannot be written.
+  bool IsOpen() const { return file_.IsOpen(); }
+  /// Appends the line in one piece to the open file; `error` is null when the operation was done.
+  /// Throws KorelCtlException when it cannot be written.
   void Write(OperationName operation, const Json& arguments, const std::string* error);
 
  private:

@@ -14,8 +14,7 @@ void LabKorelInfo::JoinCluster(const Uuid& clusterUuid, KorelNodeType nodeType,
                                const std::string& preferredFaultDomain, bool wait, int reserved1,
                                int reserved2) {
   Call("JoinCluster",
-       Arguments(Logged(clusterUuid), Number(nodeType), preferredFaultDomain, wait, reserved1,
-                 reserved2),
+       Arguments(clusterUuid, Number(nodeType), preferredFaultDomain, wait, reserved1, reserved2),
        [&](Store& store, const Host& host) {
          lab::JoinCluster(store, host, UuidText(clusterUuid), nodeType, preferredFaultDomain);
        });
@@ -33,7 +32,7 @@ void LabKorelInfo::JoinClientCluster(const std::string& clusterUuid, bool wait) 
 }
 
 void LabKorelInfo::LeaveCluster(const Uuid& clusterUuid, bool wait) {
-  Call("LeaveCluster", Arguments(Logged(clusterUuid), wait), [&](Store& store, const Host& host) {
+  Call("LeaveCluster", Arguments(clusterUuid, wait), [&](Store& store, const Host& host) {
     lab::LeaveCluster(store, host, UuidText(clusterUuid));
   });
 }

@@ -9,7 +9,7 @@ namespace lab {
 using Tovrin::Korel::KorelDatastore;
 
 void LabKorelInfo::AddDatastore(const KorelDatastore& datastore) {
-  Call("AddDatastore", Arguments(Logged(datastore)),
+  Call("AddDatastore", Arguments(datastore),
        [&](Store& store, const Host& host) { lab::AddDatastore(store, host, datastore); });
 }
 

@@ -13,11 +13,10 @@ using Tovrin::Korel::KorelDiskList;
 using Tovrin::Korel::Uuid;
 
 void LabKorelInfo::GetDiskInfo(const Uuid& disk, const KorelDiskList& disks, KorelDiskInfo& info) {
-  info = Call("GetDiskInfo", Arguments(Logged(disk), Logged(disks)),
-              [&](Store& store, const Host& host) {
-                CheckListed(disks, disk);
-                return DiskInfo(store, host, UuidText(disk));
-              });
+  info = Call("GetDiskInfo", Arguments(disk, disks), [&](Store& store, const Host& host) {
+    CheckListed(disks, disk);
+    return DiskInfo(store, host, UuidText(disk));
+  });
 }
 
 void LabKorelInfo::AddDisks(const std::string& cachingDevice,

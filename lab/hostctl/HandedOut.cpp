@@ -92,7 +92,7 @@ void TakeIn(HandedOut& out) {
   LabTransaction transaction(Access::Change);
   Store& store = transaction.GetStore();
   PutFile(store, HostNamed(store, out.host), out.file);
-  transaction.Commit("write " + out.file.path);
+  transaction.Commit([&] { return "write " + out.file.path; });
 }
 
 }  // namespace

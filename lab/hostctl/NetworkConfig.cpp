@@ -10,7 +10,7 @@ namespace lab {
 using namespace Tovrin::Korel;
 
 void LabKorelInfo::SetHsknicConfig(const KorelHskNicConfig2& config) {
-  Call("SetHsknicConfig", Arguments(Logged(config)),
+  Call("SetHsknicConfig", Arguments(config),
        [&](Store& store, const Host& host) { SetInterfaceConfig(store, host, config); });
 }
 

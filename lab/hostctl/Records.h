@@ -13,12 +13,22 @@ Json Logged(const Tovrin::Korel::KorelDatastore& datastore);
 Json Logged(const Tovrin::Korel::KorelHskNicConfig2& config);
 Json Logged(const Tovrin::Korel::KorelDiskList& disks);
 
-/// The arguments of an operation, in call order.
+/// Any other value.
+template <typename Plain>
+Json Logged(const Plain& value) {
+  return value;
+}
+
+/// The arguments of an operation, in call order. They are made into JSON where they are asked for,
+/// which has to be before the end of the expression: most calls are not logged, and a list of all
+/// disks is long.
 template <typename... Values>
-Json Arguments(const Values&... values) {
-  Json arguments = Json::array();
-  (arguments.push_back(Json(values)), ...);
-  return arguments;
+auto Arguments(const Values&... values) {
+  return [&values...] {
+    Json arguments = Json::array();
+    (arguments.push_back(Logged(values)), ...);
+    return arguments;
+  };
 }
 
 /// An enum as its number.

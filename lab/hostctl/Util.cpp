@@ -17,12 +17,13 @@
 using namespace Tovrin::Korel;
 using lab::Arguments;
 using lab::Call;
-using lab::Logged;
 using lab::Number;
 
 namespace {
 
-bool AskFeature(lab::OperationName operation, const lab::Json& arguments, std::string_view name) {
+template <typename AskArguments>
+bool AskFeature(lab::OperationName operation, const AskArguments& arguments,
+                std::string_view name) {
   return Call(operation, arguments, [&](lab::Store& store, const lab::Host&) {
     return lab::IsFeatureEnabled(store, name);
   });
@@ -89,7 +90,7 @@ void KorelUtil::GetKorelDisks(KorelDiskList& disks, KorelDiskTypes types) {
 
 void KorelUtil::FetchDiskUuids(const KorelDiskList& disks, std::vector<std::string>& uuids,
                                const std::string& deviceFilter, const std::string& uuidFilter) {
-  uuids = Call("FetchDiskUuids", Arguments(Logged(disks), deviceFilter, uuidFilter),
+  uuids = Call("FetchDiskUuids", Arguments(disks, deviceFilter, uuidFilter),
                [&](lab::Store&, const lab::Host&) {
                  const Uuid wanted = uuidFilter.empty() ? Uuid{} : lab::CheckedUuid(uuidFilter);
                  std::vector<std::string> found;
@@ -104,13 +105,13 @@ void KorelUtil::FetchDiskUuids(const KorelDiskList& disks, std::vector<std::stri
 
 void KorelUtil::FetchKorelDiskIdentifier(const KorelDiskList& disks, const std::string& name,
                                          std::string& identifier) {
-  identifier = Call("FetchKorelDiskIdentifier", Arguments(Logged(disks), name),
-                    [&](lab::Store&, const lab::Host&) {
-                      for (const auto& disk : disks) {
-                        if (disk->GetName() == name) return lab::UuidText(disk->GetUuid());
-                      }
-                      lab::Fail("the host has no device ", lab::Quoted(name));
-                    });
+  identifier =
+      Call("FetchKorelDiskIdentifier", Arguments(disks, name), [&](lab::Store&, const lab::Host&) {
+        for (const auto& disk : disks) {
+          if (disk->GetName() == name) return lab::UuidText(disk->GetUuid());
+        }
+        lab::Fail("the host has no device ", lab::Quoted(name));
+      });
 }
 
 std::string KorelUtil::GetFaultDomainId() {
@@ -139,7 +140,7 @@ int KorelUtil::KorelExec(const std::string& path, const std::string& arguments, 
 
 void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskList& disks,
                                             bool fromCluster, KorelStoragePoolDiskInfo& info) {
-  info = Call("GetKorelStoragePoolDiskInfo", Arguments(Logged(disk), Logged(disks), fromCluster),
+  info = Call("GetKorelStoragePoolDiskInfo", Arguments(disk, disks, fromCluster),
               [&](lab::Store& store, const lab::Host& host) {
                 lab::CheckListed(disks, disk);
                 return lab::PoolDiskInfo(store, host, lab::UuidText(disk), fromCluster);

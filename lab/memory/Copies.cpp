@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
+#include <optional>
 
 #include "lab/common/Text.h"
 #include "lab/model/Check.h"
@@ -56,40 +58,84 @@ void WriteWhole(const std::string& path, bool force, const std::function<void(in
   }
 }
 
-/// The lab of another file beside the process's own, for reading, in the schema "other".
+/// The lab of another file, for reading, once it was checked as any lab is.
 class OtherLab {
  public:
-  OtherLab(Store& store, const std::string& path) : store_(store) {
+  explicit OtherLab(const std::string& path)
+      // Nothing that begins as a name of another kind than a path's.
+      : path_(std::filesystem::absolute(path)) {
     CheckIsNotLab(path);
-    // Nothing that begins as a name of another kind than a path's.
-    const std::string place = std::filesystem::absolute(path);
     try {
-      CheckSound(place);
+      Open();
     } catch (...) {
-      ThrowActionable(std::current_exception(), place);
+      ThrowActionable(std::current_exception(), path_);
     }
-    Execute(store_, "ATTACH ? AS other", place);
   }
-  ~OtherLab() { store_.GetDatabase().tryExec("DETACH other"); }
-  OtherLab(const OtherLab&) = delete;
-  OtherLab& operator=(const OtherLab&) = delete;
+
+  const std::string& GetPath() const { return path_; }
+  Store& GetStore() { return *store_; }
 
  private:
-  /// As any lab is checked, in its own right.
-  static void CheckSound(const std::string& path) {
-    const File file = OpenFile(path, O_RDONLY);
-    if (!file.IsOpen()) Fail("cannot read ", Quoted(path), ": ", ErrorText(errno));
-    if (!HoldsLab(file, path)) Fail(Quoted(path), " is empty");
-    Store other(path);
-    const Transaction transaction(other, Access::Read);
-    if (!other.IsCurrent()) {
-      Fail(Quoted(path), " is a lab of version ", std::to_string(other.GetVersion()),
+  void Open() {
+    const File file = OpenFile(path_, O_RDONLY);
+    if (!file.IsOpen()) Fail("cannot read ", Quoted(path_), ": ", ErrorText(errno));
+    if (!HoldsLab(file, path_)) Fail(Quoted(path_), " is empty");
+    store_.emplace(path_);
+    reading_.emplace(*store_, Access::Read);
+    if (!store_->IsCurrent()) {
+      Fail(Quoted(path_), " is a lab of version ", std::to_string(store_->GetVersion()),
            "; 'KOREL_LAB=FILE autocli lab show' brings it up to date");
     }
-    const auto problems = Problems(other);
-    if (!problems.empty()) Fail(Quoted(path), " is no sound lab: ", problems.front());
+    const auto problems = Problems(*store_);
+    if (!problems.empty()) Fail(Quoted(path_), " is no sound lab: ", problems.front());
   }
 
+  std::string path_;
+  std::optional<Store> store_;
+  std::optional<Transaction> reading_;
+};
+
+struct Finalize {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using RawStatement = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+RawStatement Prepare(Store& store, const std::string& sql) {
+  sqlite3_stmt* statement = nullptr;
+  CheckResult(
+      sqlite3_prepare_v2(store.GetDatabase().getHandle(), sql.c_str(), -1, &statement, nullptr));
+  return RawStatement(statement);
+}
+
+/// Copies the rows, value by value. One statement over both files would write to the other's too.
+void CopyRows(Store& from, Store& to, const std::string& table) {
+  const RawStatement rows = Prepare(from, "SELECT * FROM " + table);
+  const int columns = sqlite3_column_count(rows.get());
+  std::string places = "?";
+  for (int i = 1; i < columns; ++i) places += ", ?";
+  const RawStatement insert = Prepare(to, "INSERT INTO " + table + " VALUES (" + places + ")");
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(rows.get())) == SQLITE_ROW) {
+    for (int i = 0; i < columns; ++i) {
+      CheckResult(sqlite3_bind_value(insert.get(), i + 1, sqlite3_column_value(rows.get(), i)));
+    }
+    CheckResult(sqlite3_step(insert.get()));
+    CheckResult(sqlite3_reset(insert.get()));
+  }
+  CheckResult(result);
+}
+
+/// Another lab in the schema "other", beside the process's own.
+class Attached {
+ public:
+  Attached(Store& store, const std::string& path) : store_(store) {
+    Execute(store_, "ATTACH ? AS other", path);
+  }
+  ~Attached() { store_.GetDatabase().tryExec("DETACH other"); }
+  Attached(const Attached&) = delete;
+  Attached& operator=(const Attached&) = delete;
+
+ private:
   Store& store_;
 };
 
@@ -133,16 +179,15 @@ void SaveLab(const std::string& path, bool force) {
 
 void LoadLab(const std::string& path) {
   try {
-    LabTransaction(Access::Read).Commit();
-    Store& store = Store::ForProcess();
-    const OtherLab other(store, path);
+    OtherLab other(path);
     LabTransaction transaction(Access::ChangeLoosely);
+    Store& store = transaction.GetStore();
     for (const auto& [name, sql] : kTables) {
       const std::string table = name;
-      Execute(store, ("DELETE FROM main." + table).c_str());
-      Execute(store, ("INSERT INTO main." + table + " SELECT * FROM other." + table).c_str());
+      Execute(store, ("DELETE FROM " + table).c_str());
+      CopyRows(other.GetStore(), store, table);
     }
-    transaction.Commit("loads " + path);
+    transaction.Commit([&] { return "load " + path; });
   } catch (...) {
     ThrowActionable();
   }
@@ -150,15 +195,16 @@ void LoadLab(const std::string& path) {
 
 std::vector<Change> DifferenceFrom(const std::string& path) {
   try {
+    OtherLab other(path);
     LabTransaction(Access::Read).Commit();
     Store& store = Store::ForProcess();
-    const OtherLab other(store, path);
-    LabTransaction transaction(Access::Read);
+    const Attached attached(store, other.GetPath());
+    const LabTransaction transaction(Access::Read);
     sqlite3_session* session = BeginRecording(store);
     for (const auto& [name, sql] : kTables) {
       const int result = sqlite3session_diff(session, "other", name, nullptr);
       if (result == SQLITE_OK) continue;
-      sqlite3session_delete(session);
+      EndRecording(session);
       CheckResult(result);
     }
     return InWords(store, EndRecording(session));

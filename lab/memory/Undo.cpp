@@ -57,7 +57,7 @@ void TakeBackChosen(bool isAll, const std::function<Entries(Store&)>& choose) {
     LabTransaction transaction(Access::ChangeLoosely);
     const Entries entries = choose(transaction.GetStore());
     TakeBack(transaction.GetStore(), entries, isAll);
-    transaction.Commit(Described(entries));
+    transaction.Commit([&] { return Described(entries); });
   } catch (...) {
     ThrowActionable();
   }

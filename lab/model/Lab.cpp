@@ -77,9 +77,11 @@ void LabTransaction::BeginAgain(Access access) {
   transaction_.emplace(store_, access);
 }
 
-void LabTransaction::Commit(const std::string& operation) {
-  const auto host = FindCurrentHost(store_);
-  transaction_->Commit({host ? host->name : "", operation});
+void LabTransaction::Commit(const std::function<std::string()>& operation) {
+  transaction_->Commit([&]() -> Origin {
+    const auto host = FindCurrentHost(store_);
+    return {host ? host->name : "", operation()};
+  });
 }
 
 void InitLab(const std::vector<HostInventory>& hosts, bool force) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -20,8 +21,8 @@ class LabTransaction {
   /// Gives up what was done, and waits for another turn.
   void BeginAgain(Access access);
   /// Keeps what was changed. In the memory stands the host that the process stands on, and the
-  /// operation when the command line does not say it all.
-  void Commit(const std::string& operation = "");
+  /// operation when the command line does not say it all; it is asked for when it is needed.
+  void Commit(const std::function<std::string()>& operation = [] { return std::string(); });
 
  private:
   Store& store_;

@@ -190,7 +190,7 @@ void Transaction::TakeDown() {
   if (isLoose_) SetReferencesChecked(true);
 }
 
-void Transaction::Commit(const Origin& origin) {
+void Transaction::Commit(const std::function<Origin()>& origin) {
   if (session_ == nullptr) {
     const int state = sqlite3_txn_state(store_.GetDatabase().getHandle(), nullptr);
     if (state == SQLITE_TXN_WRITE) throw std::logic_error("a transaction for reading has written");
@@ -199,7 +199,7 @@ void Transaction::Commit(const Origin& origin) {
   const Changeset changes = EndRecording(std::exchange(session_, nullptr));
   // Without a change a rollback is the same, and takes fewer of the file's locks.
   if (changes.empty()) return End("ROLLBACK");
-  Remember(store_, origin, &changes);
+  Remember(store_, origin(), &changes);
   End("COMMIT");
 }
 

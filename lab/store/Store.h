@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -77,9 +78,10 @@ class Transaction {
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
 
-  /// Keeps what was changed, with an entry in the memory. Without a change nothing is written.
-  void Commit(const Origin& origin);
-  /// The same with an entry that cannot be taken back: the making of a lab.
+  /// Keeps what was changed, with an entry in the memory. Without a change nothing is written, and
+  /// nobody asked where it comes from.
+  void Commit(const std::function<Origin()>& origin);
+  /// Keeps it with an entry that cannot be taken back: the making of a lab.
   void CommitFirst(const Origin& origin);
 
  private:

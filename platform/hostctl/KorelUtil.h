@@ -68,7 +68,7 @@ class KorelUtil {
   /// Number of characters (code points); a byte that is no part of valid UTF-8 counts as one.
   static std::size_t UTF8StringCharLength(const std::string& text);
 
-  /// Runs a host program by its absolute path and waits for it; `arguments` are cut at blanks.
+  /// Has the host run a program of its own by its absolute path; `arguments` are cut at blanks.
   /// `inShell` is false. With `wait` it waits for the end; with `showOutput` what the program
   /// prints goes on to the caller's own output, else it is dropped. Returns the exit status (0 when
   /// it was not waited for), negative when the program could not be run.

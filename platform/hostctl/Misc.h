@@ -9,7 +9,7 @@ namespace Tovrin::Misc {
 /// The text that printf would print. Throws KorelCtlException when the format cannot be rendered.
 [[gnu::format(printf, 1, 2)]] std::string StrPrintf(const char* format, ...);
 
-/// The pieces, one behind the other.
+/// The pieces, one after the other.
 template <typename... Pieces>
 std::string StrCat(const Pieces&... pieces) {
   std::string text;
@@ -17,9 +17,11 @@ std::string StrCat(const Pieces&... pieces) {
   return text;
 }
 
-/// Where a fixed host path ("/etc/...") is found: the path itself on a real host, a place under the
-/// host's own root directory on a host that lives beside others. Throws KorelCtlException when the
-/// path is not absolute or has a ".." in it.
+/// Where a fixed host path ("/etc/...") is found: the path itself on a real host, another one on a
+/// host that lives beside others, where the file of that name is opened with plain streams. Such a
+/// path is good for the present command in this process. What is written there may reach the host
+/// with the next operation, or when the process ends. Throws KorelCtlException when the path is not
+/// absolute or has a ".." in it.
 std::string HostPath(const std::string& path);
 
 }  // namespace Tovrin::Misc

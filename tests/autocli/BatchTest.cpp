@@ -1,4 +1,7 @@
+#include <unistd.h>
+
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 
 #include "autocli/batch/SplitLine.h"
@@ -52,6 +55,20 @@ class BatchTest : public testing::Test {
   std::string file_ =
       testing::TempDir() + "batch-" + testing::UnitTest::GetInstance()->current_test_info()->name();
 };
+
+TEST_F(BatchTest, TellsHostLibrariesWhichLineIsCarriedOut) {
+  Words told;
+  tree.grow->execute = [&](const InputPtr&, const OutputPtr& output) {
+    told.emplace_back(std::getenv("AUTOCLI_LINE"));
+    Declare::Succeed(output);
+  };
+  Run("disk grow --name a\n\ndisk grow  --name \"it's b\" # comment\n");
+  tree.Run("disk grow --name c");
+  const std::string process = std::to_string(getpid());
+  EXPECT_EQ(told, (Words{process + " 1 disk grow --name a",
+                         process + R"( 3 disk grow --name 'it'\''s b')",
+                         process + " 0 disk grow --name c"}));
+}
 
 TEST_F(BatchTest, AnswersEachLineAndStopsAtTheFirstFailure) {
   tree.grow->execute = [](const InputPtr& input, const OutputPtr& output) {

@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <thread>
 
 #include "tests/e2e/Program.h"
@@ -41,6 +42,58 @@ TEST_F(Lab, RefusesInPlainWordsAndChangesNothing) {
     EXPECT_LT(ended.err.size(), 1000U);
   }
   EXPECT_EQ(Ask("korel datastore list"), before);
+}
+
+TEST_F(Lab, BringsAboutEveryMessageOfTheTraceCommands) {
+  const std::string config = "--path /etc/ostrel/korel/koreltraced.conf";
+  const std::string checking = "Checking koreltraced status failed.";
+  const std::string set = "korel trace set -s 7";
+  const struct {
+    std::string preparation;
+    std::string line;
+    std::string message;
+  } cases[] = {
+      {"lab daemon set --status -1", "korel trace get",
+       checking + "Refer to /var/log/syslog.log for details."},
+      {"lab daemon set --status 3", "korel trace get", "Korel is not enabled on this host."},
+      {"lab file remove " + config, "korel trace get",
+       "Error opening Korel trace config file for reading."},
+      {"lab file remove " + config, set, "Error opening Korel Trace Config File for reading."},
+      {"lab file put --read-only --from /etc/passwd " + config, set,
+       "Error opening Korel Trace Config File for writing."},
+      {"lab daemon set --status -1", set,
+       "Failed to check koreltraced status. Refer /var/log/syslog.log for details."},
+      {"lab daemon set --restart-status 7", set,
+       "Failed to restart koreltraced: 7;  Refer /var/log/syslog.log for details."},
+  };
+  for (const auto& [preparation, line, message] : cases) {
+    Do("lab init --force");
+    Do(preparation);
+    Fails(line, message);
+  }
+  Do("lab init --force");
+  Do("lab daemon set --status 3");
+  Do(set);
+  const Ended lines = Run("lab file get " + config);
+  EXPECT_NE(lines.out.find("KORELTRACED_ROTATE_FILE_SIZE=7\n"), std::string::npos);
+}
+
+TEST_F(Lab, KeepsAFileOfAHostByteForByte) {
+  std::string bytes("\0\xff\r\nlast", 8);
+  std::ofstream(folder + "/from", std::ios::binary) << bytes;
+  Do("lab file put --path /etc/odd --from " + folder + "/from");
+  Do("lab file get --path /etc/odd --to " + folder + "/to");
+  std::ostringstream got;
+  got << std::ifstream(folder + "/to", std::ios::binary).rdbuf();
+  EXPECT_EQ(got.str(), bytes);
+  const std::string there = "'" + folder + "/to' is there already; --force replaces it";
+  Fails("lab file get --path /etc/odd --to " + folder + "/to", there);
+  Do("lab file get --path /etc/odd --force --to " + folder + "/to");
+  std::ofstream(folder + "/from") << std::string((64 << 10) + 1, 'x');
+  Fails("lab file put --path /etc/odd --from " + folder + "/from",
+        "a host's file holds at most 64 KiB, '/etc/odd' would hold 65537 bytes");
+  Fails("lab file get --path /etc/none",
+        "host1 has no file '/etc/none'; 'autocli lab file list' shows those it has");
 }
 
 TEST_F(Lab, IsMadeOnceWhenManyComeFirst) {

@@ -57,6 +57,7 @@ def misnamed(path, command, options):
 
 with tempfile.TemporaryDirectory() as folder:
     os.environ["KOREL_LAB"] = folder + "/lab.db"
+    os.chdir(folder)
     for host in ("host2", "host3"):
         run("lab", "host", "add", "--name", host)
     run("korel", "cluster", "new", host="host2")

@@ -17,7 +17,7 @@ int main(int, char** words) {
     const int rate = std::stoi(lab::Texts(store, "SELECT resyncRate FROM hosts").front());
     usleep(1000);  // Time enough for somebody else.
     lab::Execute(store, "UPDATE hosts SET resyncRate = ?", rate + 1);
-    if (transaction) transaction->Commit({"crowd", "counts"});
+    if (transaction) transaction->Commit([]() -> lab::Origin { return {"crowd", "counts"}; });
     transaction.reset();
     usleep(1000);  // A command would be starting.
   }

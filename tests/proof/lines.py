@@ -29,7 +29,7 @@ def run(folder, text, seed=0, host="host1", **strike):
         "PROOF_COUNTS": f"{folder}/counts", "PROOF_SEED": str(seed)}
     environment |= {f"PROOF_{name.upper()}": str(value) for name, value in strike.items()}
     done = subprocess.run([f"{BIN}/autocli", *shlex.split(text)], env=environment, text=True,
-                          capture_output=True, check=False, start_new_session=True)
+                          capture_output=True, check=False, start_new_session=True, cwd=folder)
     done.stdout = done.stdout.replace(str(folder), "FOLDER")
     return done, memoryview((folder / "counts").read_bytes()).cast("q").tolist()
 
@@ -60,6 +60,8 @@ class Line:
         """A folder with the lab that the line begins with."""
         with tempfile.TemporaryDirectory(dir=folder) as place:
             shutil.copytree(self.lab, place + "/lab")
+            if self.text.endswith("--file saved.db"):
+                shutil.copy(folder / "saved.db", place)
             yield pathlib.Path(place)
 
 

@@ -56,6 +56,12 @@ TEST_F(Traced, GetReadsLinesByTheirRules) {
        Shown(none, Rest("13", "45", "true"))},
       {"KORELTRACED_ROTATE_MAX_FILES=twelve\nKORELTRACED_ROTATE_FILE_SIZE=9x\n",
        Shown(none, Rest("0", "9", "true"))},
+      {"KORELTRACED_ROTATE_MAX_FILES=\nKORELTRACED_ROTATE_FILE_SIZE=7\n"
+       "KORELTRACED_ROTATE_FILE_SIZE= \t\r\nKORELTRACED_LOG_URGENT_TO_SYSLOG=",
+       Shown(none, Rest("8", "7", "true"))},
+      {"KORELTRACED_ROTATE_MAX_FILES=99999999999999999999\n"
+       "KORELTRACED_LAST_SELECTED_VOLUME=\"/v\"\nKORELTRACED_LAST_SELECTED_VOLUME=",
+       Shown("", Rest("9223372036854775807", "45", "true"))},
       {"KORELTRACED_ROTATE_FILE_SIZE=7\r\nKORELTRACED_LOG_URGENT_TO_SYSLOG=0\r\n",
        Shown(none, Rest("8", "7", "false"))},
       {"KORELTRACED_LAST_SELECTED_VOLUME=\"/a \"b=c\"\nKORELTRACED_VOLUME=\"/other\"",
@@ -149,13 +155,23 @@ TEST_F(Traced, SetRefusesAndReportsFailures) {
             "error: Failed to check koreltraced status." + details);
 }
 
-TEST_F(Traced, SetLeavesTheOldFileWhenTheNewOneCannotBeWritten) {
-  Write("KORELTRACED_ROTATE_FILE_SIZE=7\n");
-  // The new content goes into a file beside; a directory in its place stops that for root too.
-  std::filesystem::create_directory(file + ".new");
+TEST_F(Traced, SetWritesTheVeryFile) {
+  namespace fs = std::filesystem;
+  const std::string target = host.root + "/target";
+  std::ofstream(target) << "KORELTRACED_ROTATE_FILE_SIZE=7\n";
+  fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink(target, file);
+  EXPECT_EQ(RunLine("korel trace set -s 1"), "true");
+  EXPECT_TRUE(fs::is_symlink(file));
+  EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_NE(Content().find("KORELTRACED_ROTATE_FILE_SIZE=1\n"), std::string::npos);
+}
+
+TEST_F(Traced, SetReportsAFileThatCannotBeWritten) {
+  // Which root cannot write either.
+  std::filesystem::create_symlink("/proc/version", file);
   EXPECT_EQ(RunLine("korel trace set -s 1"),
             "error: Error opening Korel Trace Config File for writing. | none");
-  EXPECT_EQ(Content(), "KORELTRACED_ROTATE_FILE_SIZE=7\n");
   EXPECT_EQ(host.calls.size(), 1U);
 }
 

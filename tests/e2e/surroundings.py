@@ -1,0 +1,113 @@
+"""What comes to a lab from around it: signals, limits, variables that name odd files.
+
+  surroundings.py BIN"""
+
+import os
+import pathlib
+import re
+import resource
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+
+PROGRAM = sys.argv[1] + "/autocli"
+
+
+def run(line, **settings):
+    limit = settings.pop("limit", None)
+    done = subprocess.run([PROGRAM, *line.split()], env={**os.environ, **settings}, text=True,
+                          capture_output=True, check=False, preexec_fn=limit)
+    return done.returncode, done.stderr
+
+
+def expect(status, message, line, **settings):
+    got = run(line, **settings)
+    assert got[0] == status and re.fullmatch(message, got[1]), (line, settings, got)
+
+
+def waits_for(condition):
+    while not condition():
+        time.sleep(0.01)
+
+
+def running(word):
+    """The processes that have the word on their command line."""
+    found = []
+    for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
+        try:
+            if word.encode() in entry.read_bytes():
+                found.append(entry.parent.name)
+        except OSError:
+            pass
+    return found
+
+
+def interrupted(folder, number):
+    """A command that is tried waits for a pipe that nobody writes; the signal comes."""
+    pipe, temporary = folder / f"pipe{number}", folder / "temporary"
+    os.mkfifo(pipe)
+    temporary.mkdir(exist_ok=True)
+    words = [PROGRAM, "lab", "try", "lab", "init", "--force", "--inventory", pipe]
+    trying = subprocess.Popen(words, env={**os.environ, "TMPDIR": str(temporary)})
+    waits_for(lambda: len(running(str(pipe))) == 2)
+    trying.send_signal(number)
+    assert trying.wait() == -number
+    waits_for(lambda: not running(str(pipe)))
+    assert not list(temporary.iterdir())
+
+
+with tempfile.TemporaryDirectory() as name:
+    folder = pathlib.Path(name)
+    lab = folder / "lab.db"
+    os.environ |= {"KOREL_LAB": str(lab), "HOME": name}
+    os.chdir(folder)
+    expect(0, "", "korel cluster new")
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        interrupted(folder, number)
+    (folder / "relative").mkdir()
+    for temporary in ("", "relative"):
+        expect(0, "", "lab try korel trace get", TMPDIR=temporary)
+    expect(1, "error: cannot make a directory .*/none/autocli-try-.*': No such file or "
+              "directory\n", "lab try korel trace get", TMPDIR="none")
+
+    def small():
+        resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
+    expect(1, "error: Unable to add datastore: .*\n", "korel datastore add -n ds1", limit=small)
+    expect(0, "", "lab check")
+
+    # A program that knows nothing of turns has the file.
+    with sqlite3.connect(lab, isolation_level=None) as other:
+        other.execute("BEGIN EXCLUSIVE")
+        for line in ("korel faultdomain get", "lab resync set --rate 7"):
+            expect(1, "error: .* is in use by another process; waited 0 seconds in all; .*\n", line,
+                   KOREL_LAB_WAIT="0")
+        other.execute("ROLLBACK")
+
+    # All replace the same file that is no lab, and nothing is lost.
+    odd = folder / "odd"
+    odd.mkdir()
+    (odd / "lab.db").write_text("precious")
+    crowd = [subprocess.Popen([PROGRAM, "lab", "init", "--force"], stdout=subprocess.DEVNULL,
+                              env={**os.environ, "KOREL_LAB": str(odd / "lab.db")})
+             for _ in range(8)]
+    assert [process.wait() for process in crowd] == [0] * 8
+    assert sorted(os.listdir(odd)) == ["lab.db", "lab.db.old"]
+    assert (odd / "lab.db.old").read_text() == "precious"
+    expect(0, "", "lab check", KOREL_LAB=str(odd / "lab.db"))
+
+    pipe = folder / "calls"
+    os.mkfifo(pipe)
+    for calls, reason in ((pipe, "nobody reads this pipe"), (folder, "Is a directory"),
+                          (lab, "it is the lab itself"), (f"{lab}-journal", "it is the lab itself"),
+                          ("relative/../lab.db", "it is the lab itself")):
+        message = f"error: .*KOREL_LAB_CALLS names a file that cannot be written, .*: {reason}\n"
+        expect(1, message, "korel datastore list", KOREL_LAB_CALLS=str(calls))
+    expect(0, "", "lab check")
+
+    # Exported by mistake it is another process's.
+    expect(0, "", "korel faultdomain set -n fd1", AUTOCLI_COMPLETING="1")
+    assert sorted(os.listdir(folder)) == sorted(
+        ["calls", "lab.db", "odd", "relative", "temporary", *(f"pipe{n}" for n in (1, 2, 15))])
