@@ -88,6 +88,9 @@ inline constexpr auto kRules = std::to_array<Rule>({
      "is none of a lab's"},
     {"SELECT path FROM files WHERE isReadOnly NOT IN (0, 1) OR length(content) > 65536", "file",
      "is larger than 64 KiB, or has a value out of its range"},
+    {"SELECT number FROM history WHERE number < 1 OR command NOT BETWEEN 1 AND number "
+     "OR size < 0 OR total < size OR max(number, total) > 1000000000000000",
+     "entry of the memory", "has a value out of its range"},
     {"SELECT operation FROM faults WHERE remaining < 1", "the injected failure of",
      "has a value out of its range"},
 });

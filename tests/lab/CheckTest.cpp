@@ -56,6 +56,8 @@ TEST_F(CheckTest, SaysWhatIsWrongWithARow) {
       {"INSERT INTO agents VALUES (1, 1, 'x', 0, 1, '10.0.0.1', 1, '', '', '')",
        "unicast agent '10.0.0.1': 'x' is not a UUID"},
       {"UPDATE history SET changes = x'5401' WHERE number > 1", "of the memory: "},
+      {"UPDATE history SET number = 0x7fffffffffffffff WHERE number = 1",
+       "entry of the memory '9223372036854775807' has a value out of its range"},
       {"DELETE FROM hosts; PRAGMA foreign_keys = ON; DELETE FROM hosts", "the lab has no host"},
   };
   for (const auto& [sql, problem] : cases) {
