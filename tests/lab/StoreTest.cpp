@@ -50,6 +50,8 @@ TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
        lab + " was cut: it has 8192 of its SIZE bytes"},
       {[&] { std::filesystem::resize_file(LabFile(), 8191); },
        lab + " was cut: it has 8191 of its SIZE bytes"},
+      {sql("PRAGMA journal_mode = WAL"),
+       "'" + LabFile() + "' has a write-ahead log, which no lab has"},
       {sql("PRAGMA user_version = 77"),
        lab + " is of version 77, newer than this program knows (4)"},
       {sql("PRAGMA user_version = -9"), lab + " is of the unknown version -9"},
@@ -84,13 +86,33 @@ TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
   }
 }
 
-TEST_F(StoreTest, BeginsAgainWhereTheFirstTransactionLostPower) {
+/// The beginning of a journal, which leaves an empty file: sectors of 512 bytes, pages of 4,096.
+std::string Journal() {
   std::string journal = "\xd9\xd5\x05\xf9\x20\xa1\x63\xd7" + std::string(504, '\0');
-  journal[22] = 2;   // sectors of 512 bytes
-  journal[26] = 16;  // pages of 4,096 bytes
+  journal[22] = 2;
+  journal[26] = 16;
+  return journal;
+}
+
+TEST_F(StoreTest, BeginsAgainWhereTheFirstTransactionLostPower) {
   WriteFile(LabFile(), std::string(8192, '\0'));
-  WriteFile(LabFile() + "-journal", journal);
+  WriteFile(LabFile() + "-journal", Journal());
   EXPECT_EQ(CountHosts(), 1U);
+}
+
+TEST_F(StoreTest, DeletesNoFileThatAJournalNames) {
+  const std::string name = Path("victim");
+  WriteFile(name, "");
+  const auto number = [](std::size_t value) {
+    return std::string{0, 0, static_cast<char>(value / 256), static_cast<char>(value % 256)};
+  };
+  std::size_t sum = 0;
+  for (const char c : name) sum += static_cast<unsigned char>(c);
+  WriteFile(LabFile(), std::string(8192, '\0'));
+  WriteFile(LabFile() + "-journal",
+            Journal() + name + number(name.size()) + number(sum) + Journal().substr(0, 8));
+  EXPECT_THAT(Open(), testing::HasSubstr("the journal of '" + LabFile() + "' is of another"));
+  EXPECT_TRUE(std::filesystem::exists(name));
 }
 
 TEST_F(StoreTest, InitReplacesAnExistingLabOnlyByForce) {
