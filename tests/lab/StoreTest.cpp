@@ -102,7 +102,7 @@ TEST_F(StoreTest, BeginsAgainWhereTheFirstTransactionLostPower) {
 
 TEST_F(StoreTest, DeletesNoFileThatAJournalNames) {
   const std::string name = Path("victim");
-  WriteFile(name, "");
+  WriteFile(name, "somebody's");
   const auto number = [](std::size_t value) {
     return std::string{0, 0, static_cast<char>(value / 256), static_cast<char>(value % 256)};
   };
