@@ -1,6 +1,7 @@
 // A command line, quoted as in a batch, against the whole tree of commands. Those of the plug-in
 // act on a host that answers out of memory, those of the lab on a fresh lab; neither starts a
-// program. What stands behind a last " #" says how the host is: see Prepare().
+// program, nor writes a file that the line names. What stands behind a last " #" says how the host
+// is: see Prepare().
 //
 // - Whatever is typed, no sanitizer speaks, and the exit status is 0, 1 or 2: no line breaks a
 //   command (4), and there is no plug-in to fail (3).
@@ -16,6 +17,7 @@
 // - A word, quoted, is split off as the word that it was.
 
 #include <SQLiteCpp/Database.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -30,6 +32,7 @@
 #include "fuzz/Support.h"
 #include "korel/frame/Tree.h"
 #include "lab/commands/Tree.h"
+#include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 #include "lab/model/Operations.h"
 #include "platform/autocli/Declare.h"
@@ -85,20 +88,34 @@ void Prepare(test::RecordingHost& host, const std::string& state) {
   host.failures[std::string(lab::kOperations[operation % lab::kOperations.size()])] = state;
 }
 
-/// How often the lab's file was written to.
+/// How often the lab's file was written to since it was opened.
 int LabChanges() { return lab::Store::ForProcess().GetDatabase().getTotalChanges(); }
 
-/// Makes the lab and the host's files anew where a line has changed them. Returns LabChanges().
-int Restore() {
+/// A lab whose memory has two commands, of which one can be taken back, and a file that is no text.
+std::string FreshLab(const std::string& path) {
+  setenv("KOREL_LAB", path.c_str(), 1);
+  lab::InitLab({lab::StandardHost("host1")}, true);
+  lab::Store::CloseForProcess();
+  lab::ChangeLab([](lab::Store& store) {
+    lab::AddHost(store, lab::StandardHost("host2"));
+    lab::PutFile(store, lab::HostNamed(store, "host1"), {"/odd", "\x1b[2J=\xff\n\xc2\x9b", true});
+  });
+  lab::Store::CloseForProcess();
+  return fuzz::ReadFile(path);
+}
+
+/// Makes the lab and the host's files as they were where a line has changed them.
+void Restore() {
   static const std::string config = fuzz::Folder() + "/etc/ostrel/korel/koreltraced.conf";
-  static int changes = [] {
-    setenv("KOREL_LAB", (fuzz::Folder() + "/lab.db").c_str(), 1);
+  static const std::string path = fuzz::Folder() + "/lab.db";
+  static const std::string lab = [] {
     std::filesystem::create_directories(std::filesystem::path(config).parent_path());
-    return -1;
+    return FreshLab(path);
   }();
   fuzz::WriteFile(config, "KORELTRACED_ROTATE_MAX_FILES=9\n");
-  if (changes != LabChanges()) lab::InitLab({lab::StandardHost("host1")}, true);
-  return changes = LabChanges();
+  if (LabChanges() == 0) return;
+  lab::Store::CloseForProcess();
+  fuzz::WriteFile(path, lab);
 }
 
 struct Outcome {
@@ -112,14 +129,14 @@ struct Outcome {
 /// Runs on a host in that state.
 template <typename Work>
 Outcome RunOn(const std::string& state, const Work& work) {
-  const int changes = Restore();
+  Restore();
   test::RecordingHost host;
   Prepare(host, state);
   fuzz::MemorySink out;
   fuzz::MemorySink err;
   const int status = work(out, err);
   fuzz::Require(status >= 0 && status <= 2, "the exit status is 0, 1 or 2", out.Text());
-  return {status, out.Text(), err.Text(), host.calls, LabChanges() != changes};
+  return {status, out.Text(), err.Text(), host.calls, LabChanges() > 0};
 }
 
 /// How the words are understood on a host in that state.
@@ -177,7 +194,7 @@ void RequireSplitsAgain(const Words& words) {
 
 void RequireCompletes(const Words& words, const std::string& state) {
   const Outcome outcome = RunOn(state, [&](auto& out, auto&) {
-    setenv("AUTOCLI_COMPLETING", "1", 1);
+    setenv("AUTOCLI_COMPLETING", std::to_string(getpid()).c_str(), 1);
     for (const auto& [value, description] : autocli::Complete(Root(), words)) {
       fuzz::Require((value + description).find('\n') == std::string::npos, "a candidate is a line");
       out.Buffer() += value + description;

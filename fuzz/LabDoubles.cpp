@@ -1,17 +1,23 @@
 #include "fuzz/Support.h"
-#include "lab/hostctl/Program.h"
+#include "lab/common/Text.h"
+#include "lab/memory/Copies.h"
 #include "lab/trial/Trial.h"
 
-// What the lab does in processes of their own is not done at all: these take the place of the lab's
-// own functions when the target is linked.
+// What the lab does in processes of their own, and with files that the line names, is not done at
+// all: these take the place of the lab's own functions when the target is linked.
 namespace lab {
+namespace {
 
-int RunProgram(const std::string&, const std::string&, bool, bool) {
-  fuzz::Require(false, "no program is started");
-  return -1;
+/// Half of the files cannot be used.
+void Use(const std::string& path) {
+  if (path.size() % 2 == 1) Fail("cannot use ", Quoted(path));
 }
 
-void RunTraceDaemon(const std::string&) {}
+std::vector<Change> ChangesOf(const std::string& text) {
+  return {{"changed", text, text, std::nullopt, "after"}, {"added", text, {}, {}, {}}};
+}
+
+}  // namespace
 
 Trial TryCommand(const std::vector<std::string>& words) {
   Trial trial;
@@ -19,10 +25,26 @@ Trial TryCommand(const std::vector<std::string>& words) {
   trial.output = words;
   trial.errors = {"error: " + words.front(), words.back()};
   trial.calls = {{"Operation", words.front(), words.back()}};
-  trial.changes = {{"changed", words.front(), words.back(), std::nullopt, "after"}};
+  trial.changes = ChangesOf(words.back());
   return trial;
 }
 
 void RefuseInTrial(const char*, const char*) {}
+
+void WriteFile(const std::string& path, const std::string&, bool) { Use(path); }
+
+std::string ReadSmallFile(const std::string& path) {
+  Use(path);
+  return path;
+}
+
+void SaveLab(const std::string& path, bool) { Use(path); }
+
+void LoadLab(const std::string& path) { Use(path); }
+
+std::vector<Change> DifferenceFrom(const std::string& path) {
+  Use(path);
+  return ChangesOf(path);
+}
 
 }  // namespace lab

@@ -49,9 +49,15 @@ Json Run(std::vector<std::string> words) {
   return answer["result"];
 }
 
-void RequireSameValues(const std::string& before, const std::string& after) {
-  const TraceValues old = ParseTraceConfig(before);
-  const TraceValues now = ParseTraceConfig(after);
+TraceValues Values() {
+  test::RecordingHost host;
+  host.root = fuzz::Folder();
+  const auto values = ReadTraceConfig();
+  fuzz::Require(values.has_value(), "the file is read");
+  return *values;
+}
+
+void RequireSameValues(const TraceValues& old, const TraceValues& now) {
   for (const TraceNumber& number : kTraceNumbers) {
     fuzz::Require(TraceValue(old, number) == TraceValue(now, number), "a number is kept",
                   number.key);
@@ -63,14 +69,14 @@ void RequireSameValues(const std::string& before, const std::string& after) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string before = fuzz::AsText(data, size);
-  fuzz::WriteFile(ConfigFile(), before);
+  fuzz::WriteFile(ConfigFile(), fuzz::AsText(data, size));
+  const TraceValues before = Values();
   Json shown = Run({"get"});
   const bool isUrgentLogged = shown["Log Urgent Traces To Syslog"] == true;
   const std::vector<std::string> rewrite = {"set", "--logtosyslog", isUrgentLogged ? "on" : "off"};
   Run(rewrite);
   const std::string after = fuzz::ReadFile(ConfigFile());
-  RequireSameValues(before, after);
+  RequireSameValues(before, Values());
   Run(rewrite);
   fuzz::Require(fuzz::ReadFile(ConfigFile()) == after, "a second rewriting changes nothing", after);
   Json shownAgain = Run({"get"});

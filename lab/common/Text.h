@@ -12,7 +12,7 @@
 
 namespace lab {
 
-/// Throws KorelCtlException with the pieces, one behind the other.
+/// Throws KorelCtlException with the pieces, one after the other.
 template <typename... Pieces>
 [[noreturn]] void Fail(const Pieces&... pieces) {
   throw Tovrin::Lib::Korel::KorelCtlException(Tovrin::Misc::StrCat(pieces...));

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <string_view>
+#include <unordered_map>
 
 #include "lab/common/Text.h"
 #include "lab/memory/TextOfColumn.h"
@@ -48,24 +49,33 @@ struct Line {
   std::string text;
 };
 
-std::vector<Line> LinesOf(const std::string& content) {
-  std::vector<Line> lines;
-  for (const std::string& text : Lines(content)) {
-    const std::size_t equals = text.find('=');
-    if (equals == std::string::npos) {
-      lines.push_back({"line " + std::to_string(lines.size() + 1), text});
-    } else {
-      lines.push_back({text.substr(0, equals), text.substr(equals + 1)});
+/// The lines of a file, of which there may be as many as bytes: each is found by its title.
+class LinesOf {
+ public:
+  explicit LinesOf(const std::string& content) {
+    std::unordered_map<std::string, int> counts;
+    for (const std::string& line : Lines(content)) {
+      const std::size_t equals = line.find('=');
+      const bool isSetting = equals != std::string::npos;
+      std::string title =
+          isSetting ? line.substr(0, equals) : "line " + std::to_string(lines_.size() + 1);
+      if (const int count = ++counts[title]; count > 1) title += " (" + std::to_string(count) + ")";
+      lines_.push_back({std::move(title), isSetting ? line.substr(equals + 1) : line});
     }
+    for (const Line& line : lines_) texts_.emplace(line.title, line.text);
   }
-  return lines;
-}
 
-std::optional<std::string> TextOf(const std::vector<Line>& lines, const std::string& title) {
-  const auto line = std::find_if(lines.begin(), lines.end(),
-                                 [&](const Line& each) { return each.title == title; });
-  return line == lines.end() ? std::nullopt : std::optional(line->text);
-}
+  const std::vector<Line>& GetAll() const { return lines_; }
+
+  std::optional<std::string> TextOf(const std::string& title) const {
+    const auto line = texts_.find(title);
+    return line == texts_.end() ? std::nullopt : std::optional(std::string(line->second));
+  }
+
+ private:
+  std::vector<Line> lines_;
+  std::unordered_map<std::string_view, std::string_view> texts_;
+};
 
 /// Tells the changes of one row.
 class RowTeller {
@@ -82,6 +92,7 @@ class RowTeller {
     const std::vector<std::string>& columns = ColumnsOf(row_.table);
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const bool isNamed = std::find(names_.begin(), names_.end(), columns[i]) != names_.end();
+      // The key of a changed row stands on one side alone.
       if (columns[i] == "id" || (IsWhole() ? isNamed : row_.isKey[i])) continue;
       const auto before = ValueAt(row_.before, i);
       const auto after = ValueAt(row_.after, i);
@@ -123,11 +134,11 @@ class RowTeller {
 
   void TellLines(const std::optional<std::string>& before,
                  const std::optional<std::string>& after) {
-    const auto old = LinesOf(before.value_or(""));
-    const auto now = LinesOf(after.value_or(""));
-    for (const auto& [title, text] : old) Add(title, text, TextOf(now, title));
-    for (const auto& [title, text] : now) {
-      if (!TextOf(old, title)) Add(title, std::nullopt, text);
+    const LinesOf old(before.value_or(""));
+    const LinesOf now(after.value_or(""));
+    for (const auto& [title, text] : old.GetAll()) Add(title, text, now.TextOf(title));
+    for (const auto& [title, text] : now.GetAll()) {
+      if (!old.TextOf(title)) Add(title, std::nullopt, text);
     }
   }
 

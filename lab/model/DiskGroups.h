@@ -50,7 +50,7 @@ struct Rebuild {
   bool force = false;  ///< leave out unhealthy disks
 };
 
-/// Formats the disks of a group anew, after an evacuation: empty, of the newest format, mounted.
+/// Formats the disks of a group again, after an evacuation: empty, of the newest format, mounted.
 /// Returns the unhealthy disks that were left as they are, in the order of the inventory; the
 /// caching device is never one of them.
 std::vector<std::string> RebuildGroup(Store& store, const Host& host,

@@ -14,7 +14,7 @@ class InventoryFaults {
   /// `place` is where in the inventory ("hosts[0].name").
   void Add(const std::string& place, const std::string& what);
   bool IsEmpty() const { return listed_.empty(); }
-  /// The messages, behind them "and 23 more faults" when there are more than 100.
+  /// The messages, then "and 23 more faults" when there are more than 100.
   std::vector<std::string> Messages() const;
 
  private:

@@ -22,6 +22,8 @@ constexpr std::string_view kJournalMagic{"\xd9\xd5\x05\xf9\x20\xa1\x63\xd7", 8};
 constexpr std::size_t kPagesBeforePlace = 16;
 constexpr std::size_t kHeaderSize = 100;
 constexpr std::size_t kPageSizePlace = 16;
+constexpr std::size_t kJournalModePlace = 18;
+constexpr std::uint32_t kRollbackJournal = 0x0101;  // to write it, and to read it
 constexpr std::size_t kPageCountPlace = 28;
 constexpr std::size_t kEncodingPlace = 56;
 constexpr std::uint32_t kUtf8 = 1;  // 0 as long as there is no table
@@ -53,6 +55,17 @@ bool IsUnfinished(const std::string& path) {
              static_cast<ssize_t>(header.size()) &&
          std::string_view(header.data(), kJournalMagic.size()) == kJournalMagic &&
          BigEndian(header.data() + kPagesBeforePlace) == 0;
+}
+
+/// A transaction on several databases ends its journal with the name of another file, which SQLite
+/// deletes when nothing refers to it any more. A lab has no such transactions.
+bool HasForeignJournal(const std::string& path) {
+  const File journal = OpenFile(path + "-journal", O_RDONLY);
+  std::array<char, kJournalMagic.size()> end{};
+  const off_t place = lseek(journal.Get(), -static_cast<off_t>(end.size()), SEEK_END);
+  return place >= 0 &&
+         pread(journal.Get(), end.data(), end.size(), place) == static_cast<ssize_t>(end.size()) &&
+         std::string_view(end.data(), end.size()) == kJournalMagic;
 }
 
 bool Exists(const std::string& path) {
@@ -164,6 +177,9 @@ bool HoldsLab(const File& file, const std::string& path) {
   struct stat status {};
   if (fstat(file.Get(), &status) != 0) Fail("cannot read ", Quoted(path), ": ", ErrorText(errno));
   if (!S_ISREG(status.st_mode)) FailNoFile(path);
+  if (HasForeignJournal(path)) {
+    throw UnusableLab(path, "the journal of " + Quoted(path) + " is of another program");
+  }
   if (status.st_size == 0) return false;
   std::array<char, kHeaderSize> header{};
   const ssize_t size = pread(file.Get(), header.data(), header.size(), 0);
@@ -175,6 +191,9 @@ bool HoldsLab(const File& file, const std::string& path) {
   if (BigEndian(header.data() + kApplicationIdPlace) != kApplicationId ||
       BigEndian(header.data() + kEncodingPlace) > kUtf8) {
     throw UnusableLab(path, Quoted(path) + " is a database of another program");
+  }
+  if (BigEndian(header.data() + kJournalModePlace, 2) != kRollbackJournal) {
+    throw UnusableLab(path, Quoted(path) + " has a write-ahead log, which no lab has");
   }
   return true;
 }

@@ -16,7 +16,7 @@
 namespace lab {
 
 /// A statement in use. Its rows come one by one: executeStep() goes to the next, the first
-/// included, and is false behind the last.
+/// included, and is false after the last.
 class Rows {
  public:
   template <typename... Values>

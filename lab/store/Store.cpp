@@ -153,6 +153,8 @@ bool Store::IsCurrent() {
   rows.executeStep();
   const int schema = rows.getColumn(0).getInt();
   if (schema == checkedSchema_) return true;
+  // Again: what a journal brought back counts.
+  HoldsLab(turnstile_.GetFile(), path_);
   CheckSchema(*this, CurrentSchema());
   if (const std::string missing = MissingPart(turnstile_.GetFile()); !missing.empty()) {
     throw UnusableLab(path_, "the lab " + Quoted(path_) + " was cut: it " + missing);

@@ -128,6 +128,22 @@ TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {
   EXPECT_EQ(Entries().size(), 5U) << "what changes nothing leaves no entry";
 }
 
+TEST_F(MemoryTest, FilesAreToldLineByLine) {
+  std::int64_t number = 1;
+  const auto told = [&](const std::string& content) {
+    lab::ChangeLab([&](lab::Store& store) {
+      lab::PutFile(store, lab::CurrentHost(store), {"/x", content, false});
+    });
+    return Told(++number);
+  };
+  told("A=1\nA=3\nb\nB=5\n");
+  EXPECT_THAT(told("A=1\nA=4\nb\nc\n"), ElementsAre("changed file /x of host1: A (2) 3 > 4",
+                                                    "changed file /x of host1: B 5 > -",
+                                                    "changed file /x of host1: line 4 - > c"));
+  EXPECT_EQ(told(std::string(lab::kMostFileBytes, '\n')).size(), std::size_t{65536} + 2);
+  told(std::string(lab::kMostFileBytes / 2, '\n'));
+}
+
 TEST_F(MemoryTest, KeepsTheNewestThousandEntriesAndEightMebibytes) {
   for (int i = 1; i <= 1003; ++i) SetThrottle(1 + i % 2);
   auto entries = Entries();

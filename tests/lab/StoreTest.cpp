@@ -50,6 +50,8 @@ TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
        lab + " was cut: it has 8192 of its SIZE bytes"},
       {[&] { std::filesystem::resize_file(LabFile(), 8191); },
        lab + " was cut: it has 8191 of its SIZE bytes"},
+      {sql("PRAGMA journal_mode = WAL"),
+       "'" + LabFile() + "' has a write-ahead log, which no lab has"},
       {sql("PRAGMA user_version = 77"),
        lab + " is of version 77, newer than this program knows (4)"},
       {sql("PRAGMA user_version = -9"), lab + " is of the unknown version -9"},
@@ -84,13 +86,33 @@ TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
   }
 }
 
-TEST_F(StoreTest, BeginsAgainWhereTheFirstTransactionLostPower) {
+/// The beginning of a journal, which leaves an empty file: sectors of 512 bytes, pages of 4,096.
+std::string Journal() {
   std::string journal = "\xd9\xd5\x05\xf9\x20\xa1\x63\xd7" + std::string(504, '\0');
-  journal[22] = 2;   // sectors of 512 bytes
-  journal[26] = 16;  // pages of 4,096 bytes
+  journal[22] = 2;
+  journal[26] = 16;
+  return journal;
+}
+
+TEST_F(StoreTest, BeginsAgainWhereTheFirstTransactionLostPower) {
   WriteFile(LabFile(), std::string(8192, '\0'));
-  WriteFile(LabFile() + "-journal", journal);
+  WriteFile(LabFile() + "-journal", Journal());
   EXPECT_EQ(CountHosts(), 1U);
+}
+
+TEST_F(StoreTest, DeletesNoFileThatAJournalNames) {
+  const std::string name = Path("victim");
+  WriteFile(name, "somebody's");
+  const auto number = [](std::size_t value) {
+    return std::string{0, 0, static_cast<char>(value / 256), static_cast<char>(value % 256)};
+  };
+  std::size_t sum = 0;
+  for (const char c : name) sum += static_cast<unsigned char>(c);
+  WriteFile(LabFile(), std::string(8192, '\0'));
+  WriteFile(LabFile() + "-journal",
+            Journal() + name + number(name.size()) + number(sum) + Journal().substr(0, 8));
+  EXPECT_THAT(Open(), testing::HasSubstr("the journal of '" + LabFile() + "' is of another"));
+  EXPECT_TRUE(std::filesystem::exists(name));
 }
 
 TEST_F(StoreTest, InitReplacesAnExistingLabOnlyByForce) {
@@ -109,21 +131,22 @@ TEST_F(StoreTest, InitReplacesAnExistingLabOnlyByForce) {
 TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
   CountHosts();
   setenv("KOREL_LAB_WAIT", "0", 1);
-  const auto lab = [this] { return std::make_unique<lab::Store>(LabFile()); };
-  const auto [first, second, third] = std::tuple(lab(), lab(), lab());
+  lab::Store first(LabFile());
+  lab::Store second(LabFile());
+  lab::Store third(LabFile());
   const std::string busy = "the lab '" + LabFile() +
                            "' is in use by another process; waited 0 s in all; try again, or "
                            "let KOREL_LAB_WAIT name more seconds";
   {
-    const lab::Transaction reading(*first, lab::Access::Read);
-    const lab::Transaction readingToo(*second, lab::Access::Read);
-    EXPECT_EQ(Failure([&] { const lab::Transaction writing(*third, lab::Access::Change); }), busy);
+    const lab::Transaction reading(first, lab::Access::Read);
+    const lab::Transaction readingToo(second, lab::Access::Read);
+    EXPECT_EQ(Failure([&] { const lab::Transaction writing(third, lab::Access::Change); }), busy);
   }
-  const lab::Transaction writing(*third, lab::Access::Change);
-  EXPECT_EQ(Failure([&] { const lab::Transaction reading(*first, lab::Access::Read); }), busy);
+  const lab::Transaction writing(third, lab::Access::Change);
+  EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }), busy);
   for (const char* wrong : {"", "-1", "ten", "86401"}) {
     setenv("KOREL_LAB_WAIT", wrong, 1);
-    EXPECT_EQ(Failure([&] { const lab::Transaction reading(*first, lab::Access::Read); }),
+    EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }),
               std::string("KOREL_LAB_WAIT must be a number of seconds from 0 to 86400, got '") +
                   wrong + "'");
   }
