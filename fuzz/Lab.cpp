@@ -274,7 +274,9 @@ void RequireRefused(const fuzz::LabFiles& files) {
 void Look() {
   const auto problems = Check();
   for (const char* line : kLooks) Run(line);
-  fuzz::Require(Check() == problems, "a check says the same twice", Joined(problems));
+  const auto again = Check();
+  fuzz::Require(again == problems, "a check says the same twice",
+                Joined(problems) + "and then\n" + Joined(again));
 }
 
 void Act(const std::vector<std::size_t>& acts) {
