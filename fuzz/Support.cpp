@@ -49,8 +49,8 @@ void RequirePrintable(std::string_view text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     const bool isC1 = byte == 0xc2 && static_cast<unsigned char>(text[i + 1]) < 0xa0;
-    Require(byte == '\n' || (byte >= 0x20 && byte != 0x7f && !isC1),
-            "text has no control characters", std::string(text));
+    if (byte == '\n' || (byte >= 0x20 && byte != 0x7f && !isC1)) continue;
+    Require(false, "text has no control characters", std::string(text));
   }
 }
 

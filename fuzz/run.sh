@@ -10,8 +10,8 @@ target=${2:-}
 limit=${3:-300}
 # Of a thousand runs in all: what runs fast runs most, and none takes much longer than the others.
 # What takes longest is begun first.
-declare -A share=([agent]=600 [plugin]=250 [inventory]=120 [format]=15 [argv]=10 [trace]=5)
-all=(agent plugin argv inventory format trace)
+declare -A share=([agent]=600 [plugin]=250 [inventory]=120 [format]=15 [argv]=10 [trace]=4 [lab]=1)
+all=(agent plugin lab argv inventory format trace)
 
 # Old allocations are kept for a while, so that their use is noticed; less of it is faster.
 export ASAN_OPTIONS=quarantine_size_mb=32:malloc_context_size=8 UBSAN_OPTIONS=print_stacktrace=1

@@ -43,6 +43,8 @@ class Findings {
     }
   }
 
+  bool IsEmpty() const { return problems_.empty(); }
+
   std::vector<std::string> Take() {
     if (unlisted_ > 0) problems_.push_back("and " + std::to_string(unlisted_) + " more problems");
     return std::move(problems_);
@@ -57,6 +59,9 @@ void CheckStructure(Store& store, Findings& findings) {
   for (const std::string& line : Texts(store, "PRAGMA integrity_check")) {
     if (line != "ok") findings.Add("the file is damaged: " + line);
   }
+}
+
+void CheckReferences(Store& store, Findings& findings) {
   Rows rows = Query(store, "PRAGMA foreign_key_check");
   while (rows.executeStep()) {
     findings.Add("a row of " + rows.getColumn(0).getString() + " refers to one of " +
@@ -155,8 +160,11 @@ void CheckMemory(Store& store, Findings& findings) {
 
 std::vector<std::string> Problems(Store& store) {
   Findings findings;
-  for (const auto check :
-       {CheckStructure, CheckRules, CheckHosts, CheckAgents, CheckNames, CheckTexts, CheckMemory}) {
+  CheckStructure(store, findings);
+  // Rows of a damaged file may be read or not, as SQLite has its pages at hand.
+  if (!findings.IsEmpty()) return findings.Take();
+  for (const auto check : {CheckReferences, CheckRules, CheckHosts, CheckAgents, CheckNames,
+                           CheckTexts, CheckMemory}) {
     check(store, findings);
   }
   return findings.Take();

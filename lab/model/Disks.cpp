@@ -124,9 +124,14 @@ const Device& FindByUuid(const Devices& devices, const std::string& uuid) {
 }
 
 const Device& GroupOf(const Devices& devices, const Device& device) {
-  return *std::find_if(devices.begin(), devices.end(), [&](const Device& known) {
+  const auto group = std::find_if(devices.begin(), devices.end(), [&](const Device& known) {
     return known.id == device.claim->cachingDevice;
   });
+  // A lab that other programs wrote to may say anything.
+  if (group == devices.end()) {
+    Fail("device ", Quoted(device.name), " is in a disk group that the host does not have");
+  }
+  return *group;
 }
 
 void CheckUnclaimed(const Devices& devices, const Device& device) {

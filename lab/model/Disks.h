@@ -56,7 +56,8 @@ Devices DeviceAndItsGroup(Store& store, const Host& host, const std::string& uui
 const Device& FindByName(const Devices& devices, const std::string& name);
 /// Throws KorelCtlException when none of them has the UUID, or the text is no UUID.
 const Device& FindByUuid(const Devices& devices, const std::string& uuid);
-/// The caching device of the group that the device, one in a disk group, is in.
+/// The caching device of the group that the device, one in a disk group, is in. Throws
+/// KorelCtlException when that is none of the host's, as in a lab that is not sound.
 const Device& GroupOf(const Devices& devices, const Device& device);
 
 /// Throws KorelCtlException when the device is claimed, saying for what.

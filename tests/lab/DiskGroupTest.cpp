@@ -75,5 +75,12 @@ TEST_F(DiskGroupTest, UnhealthyDisksAreLeftOutOnlyByForce) {
                 "the caching device 'c2' is not healthy, and its disk group cannot do without it");
 }
 
+TEST_F(DiskGroupTest, AGroupThatIsNotThereIsNoOperationsEnd) {
+  Sql("UPDATE claims SET cachingDevice = 999 WHERE device <> cachingDevice");
+  const std::string problem = "device 's1' is in a disk group that the host does not have";
+  ExpectRefusals({{Act(&Host::UnmountDisk, "s1", true), problem},
+                  {Act(&Host::RemoveStoragePoolDisk, "s1", "NoAction"), problem}});
+}
+
 }  // namespace
 }  // namespace lab_test
