@@ -1,8 +1,9 @@
 #include "korel/trace/TraceConfig.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
-#include <fstream>
+#include <memory>
 
 #include "platform/hostctl/Misc.h"
 
@@ -28,6 +29,16 @@ void ReadLine(const std::string& line, TraceValues& values) {
   const std::string key = line.substr(begin, equals - begin);
   const std::string value = line.substr(equals + 1);
   if (!LeavesNumberAlone(key, value)) values[key] = value;
+}
+
+struct CloseStream {
+  void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+/// C's streams: those of C++ bring locales along, which each start would pay for.
+using Stream = std::unique_ptr<std::FILE, CloseStream>;
+
+Stream Open(const char* mode) {
+  return Stream(std::fopen(Tovrin::Misc::HostPath(kFile).c_str(), mode));
 }
 
 }  // namespace
@@ -58,19 +69,29 @@ std::int64_t TraceValue(const TraceValues& values, const char* key) {
 }
 
 std::optional<TraceValues> ReadTraceConfig() {
-  std::ifstream file(Tovrin::Misc::HostPath(kFile), std::ios::binary);
+  const Stream file = Open("re");
   if (!file) return std::nullopt;
   TraceValues values;
-  for (std::string line; std::getline(file, line);) ReadLine(line, values);
-  if (file.bad()) return std::nullopt;
+  std::string line;
+  int c = 0;
+  while ((c = std::getc(file.get())) != EOF) {
+    if (c != '\n') {
+      line += static_cast<char>(c);
+      continue;
+    }
+    ReadLine(line, values);
+    line.clear();
+  }
+  if (std::ferror(file.get()) != 0) return std::nullopt;
+  ReadLine(line, values);
   return values;
 }
 
 bool WriteTraceConfig(const std::string& text) {
-  std::ofstream file(Tovrin::Misc::HostPath(kFile), std::ios::binary);
-  file << text;
-  file.close();
-  return file.good();
+  Stream file = Open("we");
+  if (!file) return false;
+  const bool isWritten = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
+  return std::fclose(file.release()) == 0 && isWritten;
 }
 
 }  // namespace OstrelCli::KorelNamespace
