@@ -267,6 +267,7 @@ void RequireRefused(const fuzz::LabFiles& files) {
     fuzz::Require(!Run(line).empty(), "what is refused once is refused again", line);
   }
   fuzz::Require(!isWhole || fuzz::ReadFile(Place().lab) == files.lab, "a refused file stays");
+  GoTo(Place().lab);
   if (!Run("lab init --force").empty()) return;
   fuzz::Require(!isWhole || fuzz::ReadFile(Place().lab + ".old") == files.lab,
                 "what is replaced is set aside");
