@@ -31,11 +31,18 @@ bool MakeReady(Store& store, const std::vector<HostInventory>& hosts) {
   return true;
 }
 
+/// Throws UnusableLab when the file is damaged where nobody need have looked yet.
+void CheckWhole(Store& store) {
+  if (Texts(store, "PRAGMA quick_check(1)") == std::vector<std::string>{"ok"}) return;
+  throw UnusableLab(store.GetPath(), "the lab " + Quoted(store.GetPath()) + " is damaged");
+}
+
 void Replace(const std::vector<HostInventory>& hosts, bool force) {
   if (MakeReady(Store::ForProcess(), hosts)) return;
   LabTransaction transaction(Access::Change);
   Store& store = transaction.GetStore();
   if (!force) Fail("there is a lab at ", Quoted(store.GetPath()), " already; --force replaces it");
+  CheckWhole(store);
   // What refers to a row goes before it.
   for (auto table = kTables.rbegin(); table != kTables.rend(); ++table) {
     Execute(store, (std::string("DELETE FROM ") + table->name).c_str());
@@ -57,13 +64,11 @@ void Actionably(const Work& work) {
 bool IsUnusable() {
   Store::CloseForProcess();
   try {
-    bool isSound = false;
-    Actionably([&] {
+    Actionably([] {
       LabTransaction transaction(Access::Read);
-      isSound = Exists(transaction.GetStore(),
-                       "SELECT 1 FROM pragma_integrity_check(1) WHERE integrity_check = 'ok'");
+      CheckWhole(transaction.GetStore());
     });
-    return !isSound;
+    return false;
   } catch (const UnusableLab&) {
     return true;
   }

@@ -128,6 +128,18 @@ TEST_F(StoreTest, InitReplacesAnExistingLabOnlyByForce) {
   EXPECT_EQ(CountHosts(), 1U) << "one that was deleted under an open process is made again";
 }
 
+TEST_F(StoreTest, InitSetsAsideWhatIsDamagedInItsRows) {
+  AddHostsUpTo(3);
+  lab::Store::CloseForProcess();
+  std::string file = ReadFile(LabFile());
+  // The number of cells of the page that holds it.
+  file[file.find("Capacity flash") / 4096 * 4096 + 3] = '\x7f';
+  WriteFile(LabFile(), file);
+  EXPECT_EQ(Init(true), "");
+  EXPECT_EQ(ReadFile(LabFile() + ".old"), file);
+  EXPECT_EQ(CountHosts(), 1U);
+}
+
 TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
   CountHosts();
   setenv("KOREL_LAB_WAIT", "0", 1);
