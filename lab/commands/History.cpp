@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::int64_t kMostEntries = 1000;
 
-constexpr const char* kFields = "Time,Host,Command,Operation,Rows";
+constexpr const char* kFields = "Entry,Time,Host,Command,Operation,Rows";
 
 std::shared_ptr<MetaStruct> Shape() {
   auto shape = Structure("LabHistory", {{"Entry", MetaType::Int},

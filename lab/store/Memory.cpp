@@ -107,7 +107,9 @@ void Remember(Store& store, const Origin& origin, const Changeset* changes) {
   }
   const std::int64_t number = ++newest.number;
   std::int64_t first = store.GetFirstEntry(command.number);
-  if (first == 0) store.SetFirstEntry(command.number, first = number);
+  if (first == 0) first = number;
+  // What made the lab is no part of the command that came first: that one can be taken back.
+  if (changes != nullptr) store.SetFirstEntry(command.number, first);
   const std::string line = Kept(command.text);
   const std::string operation = Kept(origin.operation);
   const auto size = static_cast<std::int64_t>(line.size() + operation.size() +

@@ -41,6 +41,13 @@ class MemoryTest : public LabTest {
   static std::int64_t Throttle() { return HostControl()->GetResyncThrottle(); }
 };
 
+TEST_F(MemoryTest, TheFirstCommandIsTakenBackWithoutTheMakingOfTheLab) {
+  HostControl()->CreateCluster(kClusterA, true, false);
+  lab::UndoLastCommand();
+  EXPECT_EQ(HostControl()->GetClusterUuid(), kZeros);
+  EXPECT_EQ(Entries().back().operation, "makes the lab");
+}
+
 TEST_F(MemoryTest, UndoTakesBackTheLastCommandWholeAndTwiceChangesNothing) {
   AddHostsUpTo(2);
   const std::string first = State();
