@@ -88,11 +88,11 @@ std::string ContentOf(const HandedOut& out) {
 void TakeIn(HandedOut& out) {
   std::string content = ContentOf(out);
   if (content == out.file.content) return;
-  out.file.content = std::move(content);
   LabTransaction transaction(Access::Change);
   Store& store = transaction.GetStore();
-  PutFile(store, HostNamed(store, out.host), out.file);
+  SetContent(store, HostNamed(store, out.host), out.file.path, content);
   transaction.Commit([&] { return "writes " + out.file.path; });
+  out.file.content = std::move(content);
 }
 
 }  // namespace
@@ -128,6 +128,7 @@ void TakeInHostFiles() {
 }
 
 void TryToTakeInHostFiles() noexcept {
+  if (!MayChange()) return;
   try {
     for (HandedOut& out : HeldByProcess().files) TakeIn(out);
   } catch (const std::exception&) {

@@ -6,6 +6,7 @@ namespace lab {
 
 /// Files of a lab host in the hands of this process. Each is a file in memory, of this process
 /// alone: plain streams open, read, truncate and write it by a path, and nothing of it is on disk.
+/// They are taken in when the process ends, too, so the lab's static objects are never taken down.
 
 /// The path of such a file with what the host's file holds now; a path that does not exist when the
 /// host has no file of that name. Until the process takes it in, the lab does not see what is

@@ -55,6 +55,12 @@ void PutFile(Store& store, const Host& host, const HostFile& file) {
           host.id, file.path, file.isReadOnly ? 1 : 0, file.content);
 }
 
+void SetContent(Store& store, const Host& host, const std::string& path,
+                const std::string& content) {
+  Execute(store, "UPDATE files SET content = CAST(? AS BLOB) WHERE host = ? AND path = ?", content,
+          host.id, path);
+}
+
 void RemoveFile(Store& store, const Host& host, const std::string& path) {
   CheckHostPath(path);
   if (Execute(store, "DELETE FROM files WHERE host = ? AND path = ?", host.id, path) == 0) {

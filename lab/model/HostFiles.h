@@ -30,6 +30,10 @@ std::optional<HostFile> FindFile(Store& store, const Host& host, const std::stri
 /// Makes the file, or another one of it. Throws KorelCtlException when the path is not one for a
 /// host's file or the content is too large.
 void PutFile(Store& store, const Host& host, const HostFile& file);
+/// Gives a file that the host has another content, of at most kMostFileBytes; one that it has no
+/// longer stays away, as a file does that is removed while it is open.
+void SetContent(Store& store, const Host& host, const std::string& path,
+                const std::string& content);
 /// Throws KorelCtlException when the host has no file of that path.
 void RemoveFile(Store& store, const Host& host, const std::string& path);
 

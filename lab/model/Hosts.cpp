@@ -19,14 +19,14 @@ Host ReadHost(Rows& rows) {
 }
 
 std::optional<Host> FindHost(Store& store, const std::string& name) {
-  static const std::string sql = std::string(kSelectHosts) + "WHERE name = ?";
+  static const auto& sql = *new std::string(std::string(kSelectHosts) + "WHERE name = ?");
   Rows rows = Query(store, sql.c_str(), name);
   if (!rows.executeStep()) return std::nullopt;
   return ReadHost(rows);
 }
 
 std::optional<Host> FirstHost(Store& store) {
-  static const std::string sql = std::string(kSelectHosts) + "ORDER BY id LIMIT 1";
+  static const auto& sql = *new std::string(std::string(kSelectHosts) + "ORDER BY id LIMIT 1");
   Rows rows = Query(store, sql.c_str());
   if (!rows.executeStep()) return std::nullopt;
   return ReadHost(rows);

@@ -127,12 +127,13 @@ void Remember(Store& store, const Origin& origin, const Changeset* changes) {
 }
 
 std::vector<Entry> NewestEntries(Store& store, std::int64_t most) {
-  static const std::string sql = std::string(kSelect) + "ORDER BY number DESC LIMIT ?";
+  static const auto& sql = *new std::string(std::string(kSelect) + "ORDER BY number DESC LIMIT ?");
   return ReadEntries(store, sql, most);
 }
 
 std::vector<Entry> EntriesAfter(Store& store, std::int64_t number) {
-  static const std::string sql = std::string(kSelect) + "WHERE number > ? ORDER BY number DESC";
+  static const auto& sql =
+      *new std::string(std::string(kSelect) + "WHERE number > ? ORDER BY number DESC");
   return ReadEntries(store, sql, number);
 }
 

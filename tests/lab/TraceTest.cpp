@@ -142,6 +142,21 @@ TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
   WriteFile(ConfigFile(), "C=3\n");
   HostControl().reset();
   EXPECT_EQ(Kept(), "C=3\n") << "with the end of a KorelInfo";
+  lab::Store::CloseForProcess();
+  EXPECT_EXIT(
+      {
+        WriteFile(ConfigFile(), "D=4\n");
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+  EXPECT_EQ(Kept(), "D=4\n") << "with the end of the process";
+  WriteFile(ConfigFile(), "E=5\n");
+  Change([](lab::Store& store, const lab::Host& host) {
+    lab::RemoveFile(store, host, lab::kTraceConfigFile);
+  });
+  EXPECT_EQ(Daemon("status"), 0);
+  EXPECT_EQ(Kept(), std::nullopt) << "removed while it was open";
+  Put({lab::kTraceConfigFile, "F=6\n", false});
   const std::string large(lab::kMostFileBytes + 1, 'x');
   WriteFile(ConfigFile(), large);
   ExpectRefused([] { Daemon("restart"); },
