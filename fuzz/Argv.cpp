@@ -30,28 +30,16 @@
 #include "autocli/driver/Driver.h"
 #include "autocli/program/Program.h"
 #include "fuzz/Support.h"
-#include "korel/frame/Tree.h"
-#include "lab/commands/Tree.h"
+#include "fuzz/WholeTree.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 #include "lab/model/Operations.h"
-#include "platform/autocli/Declare.h"
 #include "tests/support/RecordingHost.h"
 
 namespace {
 
 using Json = nlohmann::ordered_json;
 using Words = std::vector<std::string>;
-
-const std::shared_ptr<Corvex::AutoCli::Namespace>& Root() {
-  static const auto root = [] {
-    auto space = Corvex::AutoCli::Namespace::New();
-    Corvex::Declare::RegisterTop(*space, OstrelCli::KorelNamespace::Tree());
-    Corvex::Declare::RegisterTop(*space, lab::Tree());
-    return space;
-  }();
-  return root;
-}
 
 /// Each letter turns a switch of the host, a number makes one of its operations fail; the text is
 /// what its datastores, disks and interfaces are called.
@@ -143,7 +131,7 @@ Outcome RunOn(const std::string& state, const Work& work) {
 autocli::Call Understood(const std::string& state, const Words& words) {
   test::RecordingHost host;
   Prepare(host, state);
-  return autocli::ReadCall(Root(), words);
+  return autocli::ReadCall(fuzz::WholeTree(), words);
 }
 
 bool HasDoneNothing(const Outcome& outcome) {
@@ -195,7 +183,7 @@ void RequireSplitsAgain(const Words& words) {
 void RequireCompletes(const Words& words, const std::string& state) {
   const Outcome outcome = RunOn(state, [&](auto& out, auto&) {
     setenv("AUTOCLI_COMPLETING", std::to_string(getpid()).c_str(), 1);
-    for (const auto& [value, description] : autocli::Complete(Root(), words)) {
+    for (const auto& [value, description] : autocli::Complete(fuzz::WholeTree(), words)) {
       fuzz::Require((value + description).find('\n') == std::string::npos, "a candidate is a line");
       out.Buffer() += value + description;
     }
@@ -210,8 +198,9 @@ void RequireCompletes(const Words& words, const std::string& state) {
 void RunAsTyped(const Words& words, const std::string& state, const Outcome& inJson) {
   Words arguments = words;
   arguments.insert(arguments.begin(), "autocli");
-  const Outcome typed = RunOn(
-      state, [&](auto& out, auto& err) { return autocli::Run(arguments, Root(), {}, out, err); });
+  const Outcome typed = RunOn(state, [&](auto& out, auto& err) {
+    return autocli::Run(arguments, fuzz::WholeTree(), {}, out, err);
+  });
   const bool isColored = std::ranges::any_of(
       words, [](const std::string& word) { return word.starts_with("--color"); });
   for (const std::string& text : {typed.out, typed.err}) {
@@ -238,12 +227,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const std::size_t mark = line.rfind(" #");
   const std::string state = mark == std::string::npos ? "" : line.substr(mark + 2);
-  RequireDocument(
-      RunOn(state, [&](auto& out, auto&) { return autocli::RunBatchLine(words, 1, Root(), out); }));
+  RequireDocument(RunOn(state, [&](auto& out, auto&) {
+    return autocli::RunBatchLine(words, 1, fuzz::WholeTree(), out);
+  }));
   Words inJson = words;
   inJson.insert(inJson.begin(), {"--formatter", "json"});
-  const Outcome outcome = RunOn(
-      state, [&](auto& out, auto& err) { return autocli::RunLine(inJson, Root(), {}, out, err); });
+  const Outcome outcome = RunOn(state, [&](auto& out, auto& err) {
+    return autocli::RunLine(inJson, fuzz::WholeTree(), {}, out, err);
+  });
   const auto call = Understood(state, inJson);
   const bool isTree = outcome.status == 0 && call.globals->HasParameter("describe");
   if (isTree) {

@@ -23,11 +23,9 @@
 #include "autocli/driver/Driver.h"
 #include "fuzz/LabMutation.h"
 #include "fuzz/Support.h"
-#include "korel/frame/Tree.h"
-#include "lab/commands/Tree.h"
+#include "fuzz/WholeTree.h"
 #include "lab/hostctl/HandedOut.h"
 #include "lab/model/HostFiles.h"
-#include "platform/autocli/Declare.h"
 #include "platform/hostctl/KorelUtil.h"
 
 namespace {
@@ -134,16 +132,6 @@ double SecondsUsed() {
   return seconds(used.ru_utime) + seconds(used.ru_stime);
 }
 
-const std::shared_ptr<Corvex::AutoCli::Namespace>& Root() {
-  static const auto root = [] {
-    auto space = Corvex::AutoCli::Namespace::New();
-    Corvex::Declare::RegisterTop(*space, OstrelCli::KorelNamespace::Tree());
-    Corvex::Declare::RegisterTop(*space, lab::Tree());
-    return space;
-  }();
-  return root;
-}
-
 /// The messages of the line's errors; none when it succeeded.
 std::vector<std::string> Run(std::string line) {
   static std::size_t number = 0;
@@ -154,7 +142,7 @@ std::vector<std::string> Run(std::string line) {
   const auto words = autocli::SplitLine(line, problem);
   fuzz::MemorySink out;
   const double start = SecondsUsed();
-  const int status = autocli::RunBatchLine(words, ++number, Root(), out);
+  const int status = autocli::RunBatchLine(words, ++number, fuzz::WholeTree(), out);
   fuzz::Require(SecondsUsed() - start < 1, "a command ends within a second", line);
   const Json answer = Json::parse(out.Text(), nullptr, false);
   fuzz::Require(answer.is_object() && status <= 1, "a command answers or fails", line + out.Text());

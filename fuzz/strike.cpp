@@ -3,12 +3,12 @@
 // allocations that autocli makes from main() on.
 //   PROOF_FOLDER   the folder; calls on other files are neither counted nor touched
 //   PROOF_COUNTS   a file of numbers of 64 bits: how many calls there were, how many steps were
-//                  completed, and how many calls there had been behind each of the steps. A step is
-//                  an operation that has its line in the call log, or a file in place of another.
+//                  completed, and how many calls there had been after each of the steps. A step is
+//                  an operation that has its line in the call log.
 //   PROOF_MEMORY   1: allocations are counted and struck, in place of the calls
 //   PROOF_AT       the number of the call to strike at, from 1; 0: none
 //   PROOF_ERROR    the errno value to fail it with; 0: kill
-//   PROOF_ONWARD   1: all calls behind it fail too
+//   PROOF_ONWARD   1: all calls after it fail too
 //   PROOF_TORN     1: a write that is struck writes half of its bytes first
 //   PROOF_TRACE    a file that gets a record of each call that changed something: a line with what
 //                  was done, to which path, at which place in it and with how many bytes; then the
@@ -118,8 +118,7 @@ Result Change(const char* call, const std::string& path, Args... args) {
   }
   Result result{};
   if constexpr (sizeof...(args) > 0) result = Real<Result>(call, args...);
-  const bool isPlaced = std::string(call).starts_with("rename") && path.ends_with(".conf");
-  if (path == plan.calls || isPlaced) plan.counts[1 + ++plan.counts[1]] = +plan.counts[0];
+  if (path == plan.calls) plan.counts[1 + ++plan.counts[1]] = +plan.counts[0];
   return result;
 }
 

@@ -32,7 +32,7 @@ class LineReader {
   LineReader(const LineReader&) = delete;
   LineReader& operator=(const LineReader&) = delete;
 
-  /// Reads the next line, without its end; false behind the last, or when reading fails.
+  /// Reads the next line, without its end; false after the last, or when reading fails.
   bool Next(std::string& line) {
     errno = 0;
     const ssize_t size = getline(&line_, &capacity_, file_);

@@ -32,7 +32,7 @@ constexpr const char* kCommandLine = "command";
 /// What a list has room for: the first line, made harmless.
 std::string Brief(const std::string& text) { return Escaped(text.substr(0, text.find('\n'))); }
 
-/// Completes the word under the cursor behind the line that was read so far.
+/// Completes the word under the cursor after the line that was read so far.
 class Completer {
  public:
   Completer(const std::shared_ptr<Namespace>& root, Call call, std::string word)
@@ -165,7 +165,7 @@ class Completer {
     if (!value.value.empty()) Offer(head + value.value, value.description);
   }
 
-  /// The fields that are not picked yet, behind the last comma.
+  /// The fields that are not picked yet, after the last comma.
   void OfferFields(const std::string& head) {
     if (!call_.specs.output) return;
     const std::string picked = word_.substr(head.size());
