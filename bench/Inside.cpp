@@ -1,10 +1,10 @@
 // What happens inside a process, piece by piece.
 #include <benchmark/benchmark.h>
 
-#include "autocli/driver/Call.h"
-#include "autocli/driver/Driver.h"
-#include "autocli/format/Formatter.h"
-#include "korel/frame/Tree.h"
+#include "autocli/line/Line.h"
+#include "autocli/run/Driver.h"
+#include "autocli/render/Formatter.h"
+#include "korel/Tree.h"
 #include "tests/support/RecordingHost.h"
 
 extern "C" void AutoCli_RegisterNamespaces(std::shared_ptr<Corvex::AutoCli::Namespace>& root);
@@ -41,8 +41,8 @@ void ParseLine(benchmark::State& state) {
   const std::vector<std::string> words = {"korel", "network",   "ip", "add",       "-i", "hsk1",
                                           "-d",    "239.1.2.3", "-u", "239.1.2.4", "-p", "2345"};
   for (auto _ : state) {
-    const autocli::Call call = autocli::ReadCall(root, words);
-    if (!call.faults.empty()) state.SkipWithError(call.faults.front().message.c_str());
+    const autocli::Line line = autocli::ReadLine({root}, words);
+    if (!line.faults.empty()) state.SkipWithError(line.faults.front().message.c_str());
   }
 }
 BENCHMARK(ParseLine)->Unit(benchmark::kMicrosecond);
@@ -52,7 +52,7 @@ void ExecuteLine(benchmark::State& state) {
   const auto root = KorelRoot();
   CountingSink out;
   for (auto _ : state) {
-    const int status = autocli::RunLine({"korel", "datastore", "list"}, root, {}, out, out);
+    const int status = autocli::RunLine({"korel", "datastore", "list"}, {root}, {}, out, out);
     if (status != 0) state.SkipWithError("the line failed");
     host.calls.clear();
   }
@@ -69,10 +69,10 @@ const Records& HundredThousand() {
   static const Records records = [] {
     auto root = Namespace::New();
     AutoCli_RegisterNamespaces(root);
-    const autocli::Call call = autocli::ReadCall(root, {"records", "list", "--count", "100000"});
+    const autocli::Line line = autocli::ReadLine({root}, {"records", "list", "--count", "100000"});
     const auto output = Corvex::CallSpec::Output::New();
-    call.GetCommand()->GetDispatcher()->Execute(call.input, output);
-    return Records{call.GetCommand()->GetThis(), output->GetRootObject()};
+    line.GetCommand()->GetDispatcher()->Execute(line.input, output);
+    return Records{line.GetCommand()->GetThis(), output->GetRootObject()};
   }();
   return records;
 }

@@ -10,9 +10,9 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "autocli/driver/Driver.h"
+#include "autocli/run/Driver.h"
 #include "fuzz/Support.h"
-#include "korel/frame/Tree.h"
+#include "korel/Tree.h"
 #include "korel/trace/TraceConfig.h"
 #include "platform/autocli/Declare.h"
 #include "tests/support/RecordingHost.h"
@@ -42,7 +42,7 @@ Json Run(std::vector<std::string> words) {
   words.insert(words.begin(), {"--formatter", "json", "korel", "trace"});
   fuzz::MemorySink out;
   fuzz::MemorySink err;
-  const int status = autocli::RunLine(words, root, {}, out, err);
+  const int status = autocli::RunLine(words, {root}, {}, out, err);
   const Json answer = Json::parse(out.Text(), nullptr, false);
   fuzz::Require(status == 0 && answer.is_object() && answer["ok"] == true, "the command succeeds",
                 out.Text());

@@ -2,21 +2,22 @@
 
 #include <memory>
 
-#include "korel/frame/Tree.h"
+#include "autocli/program/Tools.h"
+#include "korel/Tree.h"
 #include "lab/commands/Tree.h"
 #include "platform/autocli/Declare.h"
 
 namespace fuzz {
 
-/// The commands of both plug-ins, as the program has them.
-inline const std::shared_ptr<Corvex::AutoCli::Namespace>& WholeTree() {
-  static const auto root = [] {
+/// The commands of both plug-ins and the tools, as the program has them.
+inline const autocli::Vocabulary& WholeTree() {
+  static const autocli::Vocabulary vocabulary = [] {
     auto space = Corvex::AutoCli::Namespace::New();
     Corvex::Declare::RegisterTop(*space, OstrelCli::KorelNamespace::Tree());
     Corvex::Declare::RegisterTop(*space, lab::Tree());
-    return space;
+    return autocli::Vocabulary{space, autocli::Tools()};
   }();
-  return root;
+  return vocabulary;
 }
 
 }  // namespace fuzz

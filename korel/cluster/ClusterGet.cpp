@@ -12,8 +12,6 @@ std::shared_ptr<MetaStruct> ClusterGet::GetOutputStructure() {
   return ClusterInformation("ClusterInformation");
 }
 
-std::shared_ptr<InputSpec> ClusterGet::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> ClusterGet::GetOutputSpecInternal() {
   return Answers(GetOutputStructure());
 }

@@ -110,10 +110,6 @@ std::shared_ptr<InputSpec> ClusterJoin::GetInputSpecInternal() {
         .description = StrCat("Join Korel client cluster with given UUID, ", kUuidForm)}});
 }
 
-std::shared_ptr<OutputSpec> ClusterJoin::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void ClusterJoin::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const bool done = Attempt(output, [&] {
     Request request;

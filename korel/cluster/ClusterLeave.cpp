@@ -37,10 +37,6 @@ std::shared_ptr<InputSpec> ClusterLeave::GetInputSpecInternal() {
             "witness host and this parameter is not specified.")}});
 }
 
-std::shared_ptr<OutputSpec> ClusterLeave::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void ClusterLeave::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
     const HostControl host;

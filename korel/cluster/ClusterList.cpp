@@ -20,8 +20,6 @@ std::shared_ptr<MetaStruct> ClusterList::GetOutputStructure() {
   return ClusterInformation("ClusterInformationList");
 }
 
-std::shared_ptr<InputSpec> ClusterList::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> ClusterList::GetOutputSpecInternal() {
   return Answers(ListOf(GetOutputStructure()));
 }

@@ -19,8 +19,6 @@ std::shared_ptr<InputSpec> ClusterNew::GetInputSpecInternal() {
                        "cluster without enabling Korel."}});
 }
 
-std::shared_ptr<OutputSpec> ClusterNew::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
 void ClusterNew::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const bool done = Attempt(output, "Unable to create the new Korel cluster: ", [&] {
     const HostControl host;

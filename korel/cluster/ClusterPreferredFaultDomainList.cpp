@@ -14,10 +14,6 @@ std::shared_ptr<MetaStruct> ClusterPreferredFaultDomainList::GetOutputStructure(
                                                 {"ID", MetaType::String}});
 }
 
-std::shared_ptr<InputSpec> ClusterPreferredFaultDomainList::GetInputSpecInternal() {
-  return Inputs();
-}
-
 std::shared_ptr<OutputSpec> ClusterPreferredFaultDomainList::GetOutputSpecInternal() {
   return Answers(ListOf(GetOutputStructure()));
 }

@@ -20,10 +20,6 @@ std::shared_ptr<InputSpec> ClusterPreferredFaultDomainSet::GetInputSpecInternal(
                               "host.")}});
 }
 
-std::shared_ptr<OutputSpec> ClusterPreferredFaultDomainSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void ClusterPreferredFaultDomainSet::ExecuteInternal(const InputPtr& input,
                                                      const OutputPtr& output) {
   Attempt(output, "Unable to set preferred fault domain name: ", [&] {

@@ -94,10 +94,6 @@ std::shared_ptr<InputSpec> ClusterUnicastAgentAdd::GetInputSpecInternal() {
                        "Or cluster UUID for host to be added on a shared witness node."}});
 }
 
-std::shared_ptr<OutputSpec> ClusterUnicastAgentAdd::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void ClusterUnicastAgentAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
     const HostControl host;

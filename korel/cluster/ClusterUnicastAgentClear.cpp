@@ -37,12 +37,6 @@ ClusterUnicastAgentClear::ClusterUnicastAgentClear() {
   SetDescription("Removes all unicast agents in the Korel cluster configuration.");
 }
 
-std::shared_ptr<InputSpec> ClusterUnicastAgentClear::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> ClusterUnicastAgentClear::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void ClusterUnicastAgentClear::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, "Unable to remove unicast agents: ", [&] {
     const HostControl host;

@@ -19,8 +19,6 @@ std::shared_ptr<MetaStruct> ClusterUnicastAgentList::GetOutputStructure() {
                                         {"SubClusterUuid", MetaType::String}});
 }
 
-std::shared_ptr<InputSpec> ClusterUnicastAgentList::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> ClusterUnicastAgentList::GetOutputSpecInternal() {
   return Answers(ListOf(GetOutputStructure()));
 }

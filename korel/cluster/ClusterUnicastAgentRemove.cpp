@@ -41,10 +41,6 @@ std::shared_ptr<InputSpec> ClusterUnicastAgentRemove::GetInputSpecInternal() {
         .description = "Type of the unicast agent (One of %ENUM%, default is node)."}});
 }
 
-std::shared_ptr<OutputSpec> ClusterUnicastAgentRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void ClusterUnicastAgentRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, "Unable to remove the unicast agent: ", [&] {
     const HostControl host;

@@ -6,41 +6,25 @@
 namespace OstrelCli::KorelNamespace {
 
 /// Puts the host into a cluster that exists.
-class ClusterJoin : public virtual Command {
- public:
-  static std::shared_ptr<ClusterJoin> New() {
-    return std::shared_ptr<ClusterJoin>(new ClusterJoin);
-  }
-
- private:
+class ClusterJoin : public VirtualCommand<ClusterJoin> {
+  friend CommandClass;
   ClusterJoin();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Takes the host out of one or all of its clusters.
-class ClusterLeave : public virtual Command {
- public:
-  static std::shared_ptr<ClusterLeave> New() {
-    return std::shared_ptr<ClusterLeave>(new ClusterLeave);
-  }
-
- private:
+class ClusterLeave : public VirtualCommand<ClusterLeave> {
+  friend CommandClass;
   ClusterLeave();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the host's own cluster.
-class ClusterGet : public virtual Command {
- public:
-  static std::shared_ptr<ClusterGet> New() { return std::shared_ptr<ClusterGet>(new ClusterGet); }
-
- private:
+class ClusterGet : public VirtualCommand<ClusterGet> {
+  friend CommandClass;
   ClusterGet();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 
@@ -64,41 +48,25 @@ class ClusterRestore : public virtual Command {
 };
 
 /// Creates a cluster with a random UUID and puts the host into it.
-class ClusterNew : public virtual Command {
- public:
-  static std::shared_ptr<ClusterNew> New() { return std::shared_ptr<ClusterNew>(new ClusterNew); }
-
- private:
+class ClusterNew : public VirtualCommand<ClusterNew> {
+  friend CommandClass;
   ClusterNew();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Switches the Korel Max role of the host.
-class KorelMaxSet : public Command {
- public:
-  static std::shared_ptr<KorelMaxSet> New() {
-    return std::shared_ptr<KorelMaxSet>(new KorelMaxSet);
-  }
-
- private:
+class KorelMaxSet : public PlainCommand<KorelMaxSet> {
+  friend CommandClass;
   KorelMaxSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows every cluster of the host.
-class ClusterList : public Command {
- public:
-  static std::shared_ptr<ClusterList> New() {
-    return std::shared_ptr<ClusterList>(new ClusterList);
-  }
-
- private:
+class ClusterList : public PlainCommand<ClusterList> {
+  friend CommandClass;
   ClusterList();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 
@@ -107,43 +75,25 @@ class ClusterList : public Command {
 };
 
 /// Adds one unicast agent.
-class ClusterUnicastAgentAdd : public virtual Command {
- public:
-  static std::shared_ptr<ClusterUnicastAgentAdd> New() {
-    return std::shared_ptr<ClusterUnicastAgentAdd>(new ClusterUnicastAgentAdd);
-  }
-
- private:
+class ClusterUnicastAgentAdd : public VirtualCommand<ClusterUnicastAgentAdd> {
+  friend CommandClass;
   ClusterUnicastAgentAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Removes one unicast agent.
-class ClusterUnicastAgentRemove : public virtual Command {
- public:
-  static std::shared_ptr<ClusterUnicastAgentRemove> New() {
-    return std::shared_ptr<ClusterUnicastAgentRemove>(new ClusterUnicastAgentRemove);
-  }
-
- private:
+class ClusterUnicastAgentRemove : public VirtualCommand<ClusterUnicastAgentRemove> {
+  friend CommandClass;
   ClusterUnicastAgentRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Lists the unicast agents.
-class ClusterUnicastAgentList : public virtual Command {
- public:
-  static std::shared_ptr<ClusterUnicastAgentList> New() {
-    return std::shared_ptr<ClusterUnicastAgentList>(new ClusterUnicastAgentList);
-  }
-
- private:
+class ClusterUnicastAgentList : public VirtualCommand<ClusterUnicastAgentList> {
+  friend CommandClass;
   ClusterUnicastAgentList();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 
@@ -152,27 +102,15 @@ class ClusterUnicastAgentList : public virtual Command {
 };
 
 /// Removes all unicast agents.
-class ClusterUnicastAgentClear : public virtual Command {
- public:
-  static std::shared_ptr<ClusterUnicastAgentClear> New() {
-    return std::shared_ptr<ClusterUnicastAgentClear>(new ClusterUnicastAgentClear);
-  }
-
- private:
+class ClusterUnicastAgentClear : public VirtualCommand<ClusterUnicastAgentClear> {
+  friend CommandClass;
   ClusterUnicastAgentClear();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the preferred fault domain of one cluster.
-class ClusterPreferredFaultDomainGet : public virtual Command {
- public:
-  static std::shared_ptr<ClusterPreferredFaultDomainGet> New() {
-    return std::shared_ptr<ClusterPreferredFaultDomainGet>(new ClusterPreferredFaultDomainGet);
-  }
-
- private:
+class ClusterPreferredFaultDomainGet : public VirtualCommand<ClusterPreferredFaultDomainGet> {
+  friend CommandClass;
   ClusterPreferredFaultDomainGet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -183,29 +121,17 @@ class ClusterPreferredFaultDomainGet : public virtual Command {
 };
 
 /// Sets the preferred fault domain of a stretched cluster.
-class ClusterPreferredFaultDomainSet : public virtual Command {
- public:
-  static std::shared_ptr<ClusterPreferredFaultDomainSet> New() {
-    return std::shared_ptr<ClusterPreferredFaultDomainSet>(new ClusterPreferredFaultDomainSet);
-  }
-
- private:
+class ClusterPreferredFaultDomainSet : public VirtualCommand<ClusterPreferredFaultDomainSet> {
+  friend CommandClass;
   ClusterPreferredFaultDomainSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the preferred fault domain of every cluster.
-class ClusterPreferredFaultDomainList : public Command {
- public:
-  static std::shared_ptr<ClusterPreferredFaultDomainList> New() {
-    return std::shared_ptr<ClusterPreferredFaultDomainList>(new ClusterPreferredFaultDomainList);
-  }
-
- private:
+class ClusterPreferredFaultDomainList : public PlainCommand<ClusterPreferredFaultDomainList> {
+  friend CommandClass;
   ClusterPreferredFaultDomainList();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 

@@ -12,10 +12,6 @@ std::shared_ptr<InputSpec> KorelMaxSet::GetInputSpecInternal() {
                   .description = "Enable/Disable Korel Max on the current host."}});
 }
 
-std::shared_ptr<OutputSpec> KorelMaxSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void KorelMaxSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, "Failed to enable Korel Max on the cluster: ", [&] {
     const HostControl host;

@@ -6,43 +6,25 @@
 namespace OstrelCli::KorelNamespace {
 
 /// Adds a local datastore, or mounts one that another cluster exports.
-class DatastoreAdd : public Command {
- public:
-  static std::shared_ptr<DatastoreAdd> New() {
-    return std::shared_ptr<DatastoreAdd>(new DatastoreAdd);
-  }
-
- private:
+class DatastoreAdd : public PlainCommand<DatastoreAdd> {
+  friend CommandClass;
   DatastoreAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Removes one datastore.
-class DatastoreRemove : public virtual Command {
- public:
-  static std::shared_ptr<DatastoreRemove> New() {
-    return std::shared_ptr<DatastoreRemove>(new DatastoreRemove);
-  }
-
- private:
+class DatastoreRemove : public VirtualCommand<DatastoreRemove> {
+  friend CommandClass;
   DatastoreRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Lists the datastores that the host knows.
-class DatastoreList : public virtual Command {
- public:
-  static std::shared_ptr<DatastoreList> New() {
-    return std::shared_ptr<DatastoreList>(new DatastoreList);
-  }
-
- private:
+class DatastoreList : public VirtualCommand<DatastoreList> {
+  friend CommandClass;
   DatastoreList();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 
@@ -51,27 +33,15 @@ class DatastoreList : public virtual Command {
 };
 
 /// Removes all datastores but the default one.
-class DatastoreClear : public Command {
- public:
-  static std::shared_ptr<DatastoreClear> New() {
-    return std::shared_ptr<DatastoreClear>(new DatastoreClear);
-  }
-
- private:
+class DatastoreClear : public PlainCommand<DatastoreClear> {
+  friend CommandClass;
   DatastoreClear();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the name of one datastore.
-class DatastoreNameGet : public virtual Command {
- public:
-  static std::shared_ptr<DatastoreNameGet> New() {
-    return std::shared_ptr<DatastoreNameGet>(new DatastoreNameGet);
-  }
-
- private:
+class DatastoreNameGet : public VirtualCommand<DatastoreNameGet> {
+  friend CommandClass;
   DatastoreNameGet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -82,16 +52,10 @@ class DatastoreNameGet : public virtual Command {
 };
 
 /// Renames one datastore.
-class DatastoreNameSet : public virtual Command {
- public:
-  static std::shared_ptr<DatastoreNameSet> New() {
-    return std::shared_ptr<DatastoreNameSet>(new DatastoreNameSet);
-  }
-
- private:
+class DatastoreNameSet : public VirtualCommand<DatastoreNameSet> {
+  friend CommandClass;
   DatastoreNameSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 

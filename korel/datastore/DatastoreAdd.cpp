@@ -33,10 +33,6 @@ std::shared_ptr<InputSpec> DatastoreAdd::GetInputSpecInternal() {
                        "and datastore UUID must be specified together with this field."}});
 }
 
-std::shared_ptr<OutputSpec> DatastoreAdd::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void DatastoreAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   std::string uuid = input->GetParameter("uuid");
   const std::string name = input->GetParameter("name");

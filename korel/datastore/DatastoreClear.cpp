@@ -10,12 +10,6 @@ DatastoreClear::DatastoreClear() {
       "Korel cluster Korel datastores should be in sync.");
 }
 
-std::shared_ptr<InputSpec> DatastoreClear::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> DatastoreClear::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void DatastoreClear::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, "Unable to clear datastore: ", [&] {
     const HostControl host;

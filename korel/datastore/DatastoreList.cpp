@@ -18,8 +18,6 @@ std::shared_ptr<MetaStruct> DatastoreList::GetOutputStructure() {
                                           {"Cluster UUID", MetaType::String}});
 }
 
-std::shared_ptr<InputSpec> DatastoreList::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> DatastoreList::GetOutputSpecInternal() {
   return Answers(ListOf(GetOutputStructure()));
 }

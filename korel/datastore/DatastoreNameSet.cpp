@@ -17,10 +17,6 @@ std::shared_ptr<InputSpec> DatastoreNameSet::GetInputSpecInternal() {
                   .description = "New name of the datastore."}});
 }
 
-std::shared_ptr<OutputSpec> DatastoreNameSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void DatastoreNameSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const std::string uuid = input->GetParameter("uuid");
   const std::string newName = input->GetParameter("newname");

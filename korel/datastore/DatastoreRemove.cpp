@@ -18,10 +18,6 @@ std::shared_ptr<InputSpec> DatastoreRemove::GetInputSpecInternal() {
                   .description = StrCat("UUID of the datastore to be removed, ", kUuidForm)}});
 }
 
-std::shared_ptr<OutputSpec> DatastoreRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void DatastoreRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const std::string uuid = input->GetParameter("uuid");
   Attempt(output, "Unable to remove datastore: ", [&] {

@@ -6,15 +6,9 @@
 namespace OstrelCli::KorelNamespace {
 
 /// Shows the fault domain of the host.
-class FaultDomainGet : public virtual Command {
- public:
-  static std::shared_ptr<FaultDomainGet> New() {
-    return std::shared_ptr<FaultDomainGet>(new FaultDomainGet);
-  }
-
- private:
+class FaultDomainGet : public VirtualCommand<FaultDomainGet> {
+  friend CommandClass;
   FaultDomainGet();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 
@@ -23,30 +17,17 @@ class FaultDomainGet : public virtual Command {
 };
 
 /// Sets the fault domain of the host.
-class FaultDomainSet : public virtual Command {
- public:
-  static std::shared_ptr<FaultDomainSet> New() {
-    return std::shared_ptr<FaultDomainSet>(new FaultDomainSet);
-  }
-
- private:
+class FaultDomainSet : public VirtualCommand<FaultDomainSet> {
+  friend CommandClass;
   FaultDomainSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Resets the fault domain of the host.
-class FaultDomainReset : public virtual Command {
- public:
-  static std::shared_ptr<FaultDomainReset> New() {
-    return std::shared_ptr<FaultDomainReset>(new FaultDomainReset);
-  }
-
- private:
+class FaultDomainReset : public VirtualCommand<FaultDomainReset> {
+  friend CommandClass;
   FaultDomainReset();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 

@@ -12,8 +12,6 @@ std::shared_ptr<MetaStruct> FaultDomainGet::GetOutputStructure() {
                    {{"faultDomainName", MetaType::String}, {"faultDomainId", MetaType::String}});
 }
 
-std::shared_ptr<InputSpec> FaultDomainGet::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> FaultDomainGet::GetOutputSpecInternal() {
   return Answers(GetOutputStructure());
 }

@@ -4,12 +4,6 @@ namespace OstrelCli::KorelNamespace {
 
 FaultDomainReset::FaultDomainReset() { SetDescription("Reset Host fault domain to default value"); }
 
-std::shared_ptr<InputSpec> FaultDomainReset::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> FaultDomainReset::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void FaultDomainReset::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   const auto failure = FailureOf([&] {
     const HostControl host;

@@ -18,10 +18,6 @@ std::shared_ptr<InputSpec> FaultDomainSet::GetInputSpecInternal() {
                                  "to default."}});
 }
 
-std::shared_ptr<OutputSpec> FaultDomainSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void FaultDomainSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, "Unable to set fault domain name: ", [&] {
     const std::string name = input->GetParameter("fdname");

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "korel/frame/CommandClass.h"
 #include "korel/frame/Constants.h"
 #include "platform/autocli/Declare.h"
 #include "platform/hostctl/KorelInfo.h"
@@ -15,7 +16,6 @@
 namespace OstrelCli::KorelNamespace {
 
 using namespace Corvex::Declare;
-using Corvex::AutoCli::Command;
 using HskCtl::Korel::KorelUtil;
 using Tovrin::Korel::KorelInfo;
 using Tovrin::Korel::KorelNodeType;

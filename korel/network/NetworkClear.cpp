@@ -4,12 +4,6 @@ namespace OstrelCli::KorelNamespace {
 
 NetworkClear::NetworkClear() { SetDescription("Clear the Korel network configuration."); }
 
-std::shared_ptr<InputSpec> NetworkClear::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> NetworkClear::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void NetworkClear::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   const bool done = Attempt(output, [&] {
     const HostControl host;

@@ -152,10 +152,6 @@ std::shared_ptr<InputSpec> NetworkIpAdd::GetInputSpecCommon() {
             "this option is not specified."}});
 }
 
-std::shared_ptr<OutputSpec> NetworkIpAdd::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void NetworkIpAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   ExecuteCommon(input, output, false);
 }

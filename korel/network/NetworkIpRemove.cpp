@@ -9,10 +9,6 @@ NetworkIpRemove::NetworkIpRemove() {
 
 std::shared_ptr<InputSpec> NetworkIpRemove::GetInputSpecInternal() { return RemovalInputs(); }
 
-std::shared_ptr<OutputSpec> NetworkIpRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void NetworkIpRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   RemoveInterface(input, output);
 }

@@ -10,10 +10,6 @@ std::shared_ptr<InputSpec> NetworkIpSet::GetInputSpecInternal() {
   return NetworkIpAdd::GetInputSpecCommon();
 }
 
-std::shared_ptr<OutputSpec> NetworkIpSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void NetworkIpSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   NetworkIpAdd::ExecuteCommon(input, output, true);
 }

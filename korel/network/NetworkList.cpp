@@ -72,8 +72,6 @@ std::shared_ptr<MetaStruct> NetworkList::GetOutputStructure() {
                     {"Traffic Type", MetaType::String}});
 }
 
-std::shared_ptr<InputSpec> NetworkList::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> NetworkList::GetOutputSpecInternal() {
   return Answers(ListOf(GetOutputStructure()));
 }

@@ -9,10 +9,6 @@ NetworkRemove::NetworkRemove() {
 
 std::shared_ptr<InputSpec> NetworkRemove::GetInputSpecInternal() { return RemovalInputs(); }
 
-std::shared_ptr<OutputSpec> NetworkRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void NetworkRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   RemoveInterface(input, output);
 }

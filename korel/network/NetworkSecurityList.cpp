@@ -12,8 +12,6 @@ std::shared_ptr<MetaStruct> NetworkSecurityList::GetListType() {
   return SecurityRecord("KorelNetworkSecurityList");
 }
 
-std::shared_ptr<InputSpec> NetworkSecurityList::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> NetworkSecurityList::GetOutputSpecInternal() {
   return Answers(ListOf(GetListType()));
 }

@@ -58,10 +58,6 @@ std::shared_ptr<InputSpec> NetworkSecuritySet::GetInputSpecInternal() {
                    kUuidForm)}});
 }
 
-std::shared_ptr<OutputSpec> NetworkSecuritySet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void NetworkSecuritySet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, "Unable to config data in transit encryption: ", [&] {
     const HostControl host;

@@ -6,13 +6,8 @@
 namespace OstrelCli::KorelNamespace {
 
 /// Shows the default policies.
-class PolicyGetDefault : public virtual Command {
- public:
-  static std::shared_ptr<PolicyGetDefault> New() {
-    return std::shared_ptr<PolicyGetDefault>(new PolicyGetDefault);
-  }
-
- private:
+class PolicyGetDefault : public VirtualCommand<PolicyGetDefault> {
+  friend CommandClass;
   PolicyGetDefault();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -23,30 +18,17 @@ class PolicyGetDefault : public virtual Command {
 };
 
 /// Sets the default policy of one class.
-class PolicySetDefault : public virtual Command {
- public:
-  static std::shared_ptr<PolicySetDefault> New() {
-    return std::shared_ptr<PolicySetDefault>(new PolicySetDefault);
-  }
-
- private:
+class PolicySetDefault : public VirtualCommand<PolicySetDefault> {
+  friend CommandClass;
   PolicySetDefault();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Resets all default policies.
-class PolicyClearDefault : public virtual Command {
- public:
-  static std::shared_ptr<PolicyClearDefault> New() {
-    return std::shared_ptr<PolicyClearDefault>(new PolicyClearDefault);
-  }
-
- private:
+class PolicyClearDefault : public VirtualCommand<PolicyClearDefault> {
+  friend CommandClass;
   PolicyClearDefault();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 

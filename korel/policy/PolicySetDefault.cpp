@@ -20,10 +20,6 @@ std::shared_ptr<InputSpec> PolicySetDefault::GetInputSpecInternal() {
         .description = "New default policy value, for objects that are made from now on."}});
 }
 
-std::shared_ptr<OutputSpec> PolicySetDefault::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void PolicySetDefault::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, "Unable to set default policy: ", [&] {
     const auto policyClass =

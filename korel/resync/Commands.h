@@ -6,29 +6,17 @@
 namespace OstrelCli::KorelNamespace {
 
 /// Sets the resync throttle.
-class ResyncThrottleSet : public virtual Command {
- public:
-  static std::shared_ptr<ResyncThrottleSet> New() {
-    return std::shared_ptr<ResyncThrottleSet>(new ResyncThrottleSet);
-  }
-
- private:
+class ResyncThrottleSet : public VirtualCommand<ResyncThrottleSet> {
+  friend CommandClass;
   ResyncThrottleSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the resync throttle.
-class ResyncThrottleGet : public virtual Command {
- public:
-  static std::shared_ptr<ResyncThrottleGet> New() {
-    return std::shared_ptr<ResyncThrottleGet>(new ResyncThrottleGet);
-  }
-
- private:
+class ResyncThrottleGet : public VirtualCommand<ResyncThrottleGet> {
+  friend CommandClass;
   ResyncThrottleGet();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 
@@ -37,15 +25,9 @@ class ResyncThrottleGet : public virtual Command {
 };
 
 /// Shows the resync bandwidth.
-class ResyncBandwidthGet : public Command {
- public:
-  static std::shared_ptr<ResyncBandwidthGet> New() {
-    return std::shared_ptr<ResyncBandwidthGet>(new ResyncBandwidthGet);
-  }
-
- private:
+class ResyncBandwidthGet : public PlainCommand<ResyncBandwidthGet> {
+  friend CommandClass;
   ResyncBandwidthGet();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 

@@ -14,8 +14,6 @@ std::shared_ptr<MetaStruct> ResyncBandwidthGet::GetOutputStructure() {
   return Structure("ResyncBandwidth", {{"Rate", MetaType::Int}});
 }
 
-std::shared_ptr<InputSpec> ResyncBandwidthGet::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> ResyncBandwidthGet::GetOutputSpecInternal() {
   return Answers(GetOutputStructure());
 }

@@ -12,8 +12,6 @@ std::shared_ptr<MetaStruct> ResyncThrottleGet::GetOutputStructure() const {
   return Structure("ResyncThrottle", {{"Level", MetaType::Int}});
 }
 
-std::shared_ptr<InputSpec> ResyncThrottleGet::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> ResyncThrottleGet::GetOutputSpecInternal() {
   return Answers(GetOutputStructure());
 }

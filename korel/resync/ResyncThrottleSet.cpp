@@ -13,10 +13,6 @@ std::shared_ptr<InputSpec> ResyncThrottleSet::GetInputSpecInternal() {
                                  "throttling)"}});
 }
 
-std::shared_ptr<OutputSpec> ResyncThrottleSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void ResyncThrottleSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, [&] {
     const std::int64_t level = input->GetParameterInt("level");

@@ -34,8 +34,6 @@ std::shared_ptr<InputSpec> StorageAdd::GetInputSpecInternal() {
             "provided using format -d device1 -d device2 -d device3"}});
 }
 
-std::shared_ptr<OutputSpec> StorageAdd::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
 void StorageAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const std::string cachingDevice = input->GetParameter("ssd");
   std::vector<std::string> capacityDevices;

@@ -11,8 +11,6 @@ std::shared_ptr<MetaStruct> StorageAutoModeGet::GetOutputStructure() {
   return Structure("AutoMode", {{"Enabled", MetaType::Bool}});
 }
 
-std::shared_ptr<InputSpec> StorageAutoModeGet::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> StorageAutoModeGet::GetOutputSpecInternal() {
   return Answers(GetOutputStructure());
 }

@@ -16,10 +16,6 @@ std::shared_ptr<InputSpec> StorageAutoModeSet::GetInputSpecInternal() {
             "hot-plug. Set to false to disable storage auto claim mode."}});
 }
 
-std::shared_ptr<OutputSpec> StorageAutoModeSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StorageAutoModeSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   if (input->GetParameterBool("enabled")) {
     Refuse(output,

@@ -22,10 +22,6 @@ std::shared_ptr<InputSpec> StorageDiskgroupMount::GetInputSpecInternal() {
                        "Korel.e.g.: 5291022a-ad03-df90-dd0f-b9f980cc005e"}});
 }
 
-std::shared_ptr<OutputSpec> StorageDiskgroupMount::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StorageDiskgroupMount::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   if (CountTargets(input) > 1) {
     return Refuse(output, "Specify only one of --ssd, --disk or --uuid.");

@@ -34,10 +34,6 @@ std::shared_ptr<InputSpec> StorageDiskgroupUmount::GetInputSpecInternal() {
             "NoAction).\n%FULLENUM%Only valid with --ssd specified."}});
 }
 
-std::shared_ptr<OutputSpec> StorageDiskgroupUmount::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StorageDiskgroupUmount::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   if (CountTargets(input) > 1) {
     return Refuse(output, "Specify only one of --ssd, --disk or --uuid.");

@@ -22,10 +22,6 @@ std::shared_ptr<InputSpec> StorageRemove::GetInputSpecInternal() {
        RemovalModeParameter()});
 }
 
-std::shared_ptr<OutputSpec> StorageRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StorageRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   Attempt(output, "Unable to remove device: ", [&] {
     const HostControl host;

@@ -10,10 +10,6 @@ std::shared_ptr<InputSpec> StorageTagAdd::GetInputSpecInternal() {
                    "Name of the disk to which the tag should be added.");
 }
 
-std::shared_ptr<OutputSpec> StorageTagAdd::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StorageTagAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   ApplyTag(input, output, "Unable to add tag to disk: ", &KorelInfo::AddKorelDirectTag,
            &KorelInfo::AddCapacityFlashTag);

@@ -10,10 +10,6 @@ std::shared_ptr<InputSpec> StorageTagRemove::GetInputSpecInternal() {
                    "Name of the disk from which the tag should be removed.");
 }
 
-std::shared_ptr<OutputSpec> StorageTagRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StorageTagRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   ApplyTag(input, output, "Unable to remove tag for disk: ", &KorelInfo::RemoveKorelDirectTag,
            &KorelInfo::RemoveCapacityFlashTag);

@@ -6,41 +6,24 @@
 namespace OstrelCli::KorelNamespace {
 
 /// Claims disks for the storage pool.
-class StoragePoolAdd : public virtual Command {
- public:
-  static std::shared_ptr<StoragePoolAdd> New() {
-    return std::shared_ptr<StoragePoolAdd>(new StoragePoolAdd);
-  }
-
- private:
+class StoragePoolAdd : public VirtualCommand<StoragePoolAdd> {
+  friend CommandClass;
   StoragePoolAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Gives a disk of the storage pool back.
-class StoragePoolRemove : public Command {
- public:
-  static std::shared_ptr<StoragePoolRemove> New() {
-    return std::shared_ptr<StoragePoolRemove>(new StoragePoolRemove);
-  }
-
- private:
+class StoragePoolRemove : public PlainCommand<StoragePoolRemove> {
+  friend CommandClass;
   StoragePoolRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Lists the disks of the storage pool.
-class StoragePoolList : public Command {
- public:
-  static std::shared_ptr<StoragePoolList> New() {
-    return std::shared_ptr<StoragePoolList>(new StoragePoolList);
-  }
-
- private:
+class StoragePoolList : public PlainCommand<StoragePoolList> {
+  friend CommandClass;
   StoragePoolList();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;

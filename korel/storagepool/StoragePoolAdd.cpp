@@ -17,10 +17,6 @@ std::shared_ptr<InputSpec> StoragePoolAdd::GetInputSpecInternal() {
                        "provided using format -d disk1 -d disk2."}});
 }
 
-std::shared_ptr<OutputSpec> StoragePoolAdd::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StoragePoolAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   std::vector<std::string> disks;
   input->GetParameterList("disk", disks);

@@ -17,10 +17,6 @@ std::shared_ptr<InputSpec> StoragePoolRemove::GetInputSpecInternal() {
                  RemovalModeParameter()});
 }
 
-std::shared_ptr<OutputSpec> StoragePoolRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void StoragePoolRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const bool hasDisk = input->HasParameter("disk");
   if (hasDisk == input->HasParameter("uuid")) {

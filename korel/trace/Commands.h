@@ -6,29 +6,17 @@
 namespace OstrelCli::KorelNamespace {
 
 /// Changes the trace daemon's settings.
-class KorelTraceSet : public virtual Command {
- public:
-  static std::shared_ptr<KorelTraceSet> New() {
-    return std::shared_ptr<KorelTraceSet>(new KorelTraceSet);
-  }
-
- private:
+class KorelTraceSet : public VirtualCommand<KorelTraceSet> {
+  friend CommandClass;
   KorelTraceSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the trace daemon's settings.
-class KorelTraceGet : public virtual Command {
- public:
-  static std::shared_ptr<KorelTraceGet> New() {
-    return std::shared_ptr<KorelTraceGet>(new KorelTraceGet);
-  }
-
- private:
+class KorelTraceGet : public VirtualCommand<KorelTraceGet> {
+  friend CommandClass;
   KorelTraceGet();
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 

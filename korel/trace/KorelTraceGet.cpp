@@ -16,8 +16,6 @@ std::shared_ptr<MetaStruct> KorelTraceGet::GetOutputStructure() {
                                      {"Log Urgent Traces To Syslog", MetaType::Bool}});
 }
 
-std::shared_ptr<InputSpec> KorelTraceGet::GetInputSpecInternal() { return Inputs(); }
-
 std::shared_ptr<OutputSpec> KorelTraceGet::GetOutputSpecInternal() {
   return Answers(GetOutputStructure());
 }

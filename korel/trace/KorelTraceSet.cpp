@@ -96,10 +96,6 @@ std::shared_ptr<InputSpec> KorelTraceSet::GetInputSpecInternal() {
         .description = "When set to true, reset defaults for Korel trace files."}});
 }
 
-std::shared_ptr<OutputSpec> KorelTraceSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
 void KorelTraceSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const bool hasReset = input->HasParameter("reset");
   const bool hasSetting = HasAnySetting(input);

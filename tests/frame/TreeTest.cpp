@@ -1,8 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "korel/Tree.h"
 #include "korel/cluster/Commands.h"
 #include "korel/datastore/Commands.h"
-#include "korel/frame/Tree.h"
+#include "korel/network/Commands.h"
+#include "korel/resync/Commands.h"
+#include "korel/storage/Commands.h"
+#include "korel/storagepool/Commands.h"
+#include "korel/trace/Commands.h"
 
 namespace OstrelCli::KorelNamespace {
 namespace {
@@ -39,8 +44,21 @@ template <typename Class>
 constexpr bool kIsPlain = requires(Command* command) {
   static_cast<Class*>(command);
 };
-static_assert(kIsPlain<DatastoreAdd> && kIsPlain<DatastoreClear>);
-static_assert(!kIsPlain<ClusterJoin> && !kIsPlain<DatastoreRemove>);
+template <typename... Classes>
+constexpr bool kArePlain = (kIsPlain<Classes> && ...);
+static_assert(
+    kArePlain<DatastoreAdd, DatastoreClear, StoragePoolRemove, StoragePoolList, NetworkSecurityList,
+              KorelMaxSet, ClusterList, ClusterPreferredFaultDomainList, ResyncBandwidthGet>);
+template <typename... Classes>
+constexpr bool kAreVirtual = !(kIsPlain<Classes> || ...);
+static_assert(kAreVirtual<ClusterJoin, ClusterRestore, ClusterGet, ClusterPreferredFaultDomainGet,
+                          DatastoreRemove, DatastoreList, StoragePoolAdd, NetworkIpAdd, NetworkList,
+                          NetworkSecurityGet, ResyncThrottleGet, StorageList, KorelTraceSet>);
+
+template <typename Class>
+constexpr bool kIsMadeByNewAlone = !std::is_default_constructible_v<Class>;
+static_assert(kIsMadeByNewAlone<DatastoreAdd> && kIsMadeByNewAlone<ClusterJoin> &&
+              !std::is_constructible_v<ClusterRestore, bool>);
 
 }  // namespace
 }  // namespace OstrelCli::KorelNamespace

@@ -1,6 +1,6 @@
-#include "autocli/batch/SplitLine.h"
-#include "autocli/parse/ParseOptions.h"
-#include "korel/frame/Tree.h"
+#include "autocli/line/ParseOptions.h"
+#include "autocli/tools/SplitLine.h"
+#include "korel/Tree.h"
 #include "tests/support/RecordingHost.h"
 
 namespace test {

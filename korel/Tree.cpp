@@ -1,4 +1,4 @@
-#include "korel/frame/Tree.h"
+#include "korel/Tree.h"
 
 #include "korel/cluster/Commands.h"
 #include "korel/datastore/Commands.h"
