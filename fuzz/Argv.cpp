@@ -24,10 +24,10 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "autocli/batch/SplitLine.h"
-#include "autocli/complete/Complete.h"
-#include "autocli/driver/Call.h"
-#include "autocli/driver/Driver.h"
+#include "autocli/tools/SplitLine.h"
+#include "autocli/tools/Complete.h"
+#include "autocli/line/Line.h"
+#include "autocli/run/Driver.h"
 #include "autocli/program/Program.h"
 #include "fuzz/Support.h"
 #include "fuzz/WholeTree.h"
@@ -128,10 +128,10 @@ Outcome RunOn(const std::string& state, const Work& work) {
 }
 
 /// How the words are understood on a host in that state.
-autocli::Call Understood(const std::string& state, const Words& words) {
+autocli::Line Understood(const std::string& state, const Words& words) {
   test::RecordingHost host;
   Prepare(host, state);
-  return autocli::ReadCall(fuzz::WholeTree(), words);
+  return autocli::ReadLine(fuzz::WholeTree(), words);
 }
 
 bool HasDoneNothing(const Outcome& outcome) {
@@ -199,14 +199,14 @@ void RunAsTyped(const Words& words, const std::string& state, const Outcome& inJ
   Words arguments = words;
   arguments.insert(arguments.begin(), "autocli");
   const Outcome typed = RunOn(state, [&](auto& out, auto& err) {
-    return autocli::Run(arguments, fuzz::WholeTree(), {}, out, err);
+    return autocli::Run(arguments, fuzz::WholeTree().root, {}, out, err);
   });
   const bool isColored = std::ranges::any_of(
       words, [](const std::string& word) { return word.starts_with("--color"); });
   for (const std::string& text : {typed.out, typed.err}) {
     fuzz::RequirePrintable(isColored ? WithoutColours(text) : text);
   }
-  const bool isTool = !words.empty() && autocli::FindTool(words[0]) != nullptr;
+  const bool isTool = !words.empty() && fuzz::WholeTree().FindTool(words[0]) != nullptr;
   const auto call = Understood(state, words);
   if (isTool || call.globals->HasParameter("formatter")) return;
   fuzz::Require(typed.status == inJson.status, "every format has the same exit status", typed.err);

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "autocli/text/Sink.h"
+#include "autocli/base/Sink.h"
 
 /// What the fuzz targets share. Each has LLVMFuzzerTestOneInput() and asserts its properties by
 /// Require().

@@ -4,8 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "autocli/spec/Specs.h"
-#include "autocli/tree/Shape.h"
+#include "autocli/contract/Shape.h"
+#include "autocli/contract/Specs.h"
 
 namespace autocli {
 

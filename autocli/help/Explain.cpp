@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <functional>
 
-#include "autocli/driver/Fault.h"
+#include "autocli/base/Fault.h"
+#include "autocli/contract/Shape.h"
 #include "autocli/help/Placeholders.h"
-#include "autocli/tree/Shape.h"
 
 namespace autocli {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "autocli/text/Escape.h"
+#include "autocli/base/Escape.h"
 
 namespace autocli {
 
@@ -102,7 +102,7 @@ std::string OptionSection(const char* title, const std::vector<OptionText>& opti
   return Section(title, entries, style);
 }
 
-std::string ToolSection(const std::vector<Tool>& tools, const Style& style) {
+std::string ToolSection(std::span<const Tool> tools, const Style& style) {
   std::vector<Entry> entries;
   for (const Tool& tool : tools) {
     if (tool.description == nullptr) continue;
@@ -143,12 +143,13 @@ std::string More(const std::string& line, const char* text, const Style& style) 
 
 }  // namespace
 
-std::string RootHelp(const Namespace& root, const InputSpec& globalOptions,
-                     const std::vector<Tool>& tools, const Style& style) {
+std::string RootHelp(const Vocabulary& vocabulary, const InputSpec& globalOptions,
+                     const Style& style) {
+  const Namespace& root = *vocabulary.root;
   std::vector<Entry> statuses;
   for (const auto& [word, text] : ExitStatuses()) statuses.push_back({word, "", text});
   return Described(root.GetDescription(), style) + Usage("", NamespacePieces(""), style) + "\n" +
-         Children(root, style) + ToolSection(tools, style) +
+         Children(root, style) + ToolSection(vocabulary.tools, style) +
          OptionSection("global options, also taken behind the path:", Explained(globalOptions),
                        style) +
          Section("exit status, the highest that applies:", statuses, style) +

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "autocli/base/Style.h"
 #include "autocli/help/Explain.h"
-#include "autocli/program/Tools.h"
-#include "autocli/text/Style.h"
+#include "autocli/line/Vocabulary.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
@@ -15,9 +15,8 @@ inline constexpr const char* kProgram = "autocli";
 
 /// What help says of the program: the top-level namespaces, the tools that have a description, the
 /// global options, the exit statuses.
-std::string RootHelp(const Corvex::AutoCli::Namespace& root,
-                     const Corvex::CallSpec::InputSpec& globalOptions,
-                     const std::vector<Tool>& tools, const Style& style);
+std::string RootHelp(const Vocabulary& vocabulary, const Corvex::CallSpec::InputSpec& globalOptions,
+                     const Style& style);
 
 /// What help says of the namespace at `path`, words joined by blanks.
 std::string NamespaceHelp(const Corvex::AutoCli::Namespace& space, const std::string& path,
@@ -33,7 +32,7 @@ std::string ToolHelp(const Tool& tool, const Style& style);
 /// namespace; `path` is empty for the root.
 std::string UsageLine(const std::string& path, const Specs& specs);
 
-/// The words of a tool's line behind the program's name, as a usage line shows them.
+/// The words of a tool's line after the program's name, as a usage line shows them.
 std::string ToolUsage(const Tool& tool);
 
 }  // namespace autocli

@@ -12,9 +12,9 @@
 #include <cerrno>
 #include <cstring>
 
+#include "autocli/base/Guard.h"
 #include "autocli/plugin/Elf.h"
-#include "autocli/plugin/Guard.h"
-#include "autocli/plugin/Restart.h"
+#include "autocli/plugin/Watch.h"
 
 namespace autocli {
 
@@ -52,17 +52,20 @@ std::string FileProblem(int folder, const std::string& name) {
 }
 
 /// Loads the file and calls its entry point. Returns why that failed; empty when it did not.
-std::string Load(const std::string& path, std::shared_ptr<Namespace> root, Restart& restart) {
+std::string Load(const std::string& path, std::shared_ptr<Namespace> root, Watch& watch) {
+  watch.Blame(path);
   // By a pointer, for it is declared to throw nothing, and static initialisers may.
   void* (*const volatile load)(const char*, int) = dlopen;
   // Never unloaded: the nodes that it registers hold its code.
   void* library = nullptr;
   const auto thrown = Guarded([&] { library = load(path.c_str(), RTLD_NOW | RTLD_LOCAL); });
-  if (thrown) restart.LeaveOut(*thrown);
+  if (thrown) watch.End(*thrown);
   if (library == nullptr) return dlerror();
   auto* entryPoint = reinterpret_cast<EntryPoint*>(dlsym(library, kEntryPoint));
   if (entryPoint == nullptr) return fmt::format("no entry point {}", kEntryPoint);
-  return Guarded([&] { entryPoint(root); }).value_or("");
+  auto problem = Guarded([&] { entryPoint(root); }).value_or("");
+  watch.Blame("");
+  return problem;
 }
 
 /// Lists the plug-ins of the open folder, in byte order.
@@ -91,8 +94,7 @@ std::string PluginFolder() {
   return folder.empty() ? "" : folder.substr(0, folder.rfind('/')) + "/lib/autocli/plugins";
 }
 
-std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root,
-                                char** arguments) {
+std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root) {
   const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (file < 0) {
     if (errno == ENOENT) return {};
@@ -109,27 +111,23 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
     return {{folder, "", "cannot be listed"}};
   }
   std::vector<Plugin> plugins;
-  Restart restart(arguments);
+  Watch watch;
   for (const std::string& name : PluginsIn(directory)) {
     Plugin plugin{fmt::format("{}/{}", folder, name), name, FileProblem(file, name)};
-    if (plugin.problem.empty()) plugin.problem = restart.ProblemOf(name);
-    if (plugin.problem.empty()) {
-      restart.Blame(name);
-      plugin.problem = Load(plugin.path, root, restart);
-      restart.Blame("");
-    }
+    if (plugin.problem.empty()) plugin.problem = Load(plugin.path, root, watch);
     plugins.push_back(std::move(plugin));
   }
   closedir(directory);
   return plugins;
 }
 
-std::vector<std::string> FaultsOf(const std::vector<Plugin>& plugins) {
-  std::vector<std::string> faults;
+std::vector<Fault> FaultsOf(const std::vector<Plugin>& plugins) {
+  std::vector<Fault> faults;
   for (const auto& [path, name, problem] : plugins) {
     if (problem.empty()) continue;
-    faults.push_back(name.empty() ? fmt::format("plug-in folder \"{}\": {}", path, problem)
-                                  : fmt::format("plug-in \"{}\": {}", name, problem));
+    faults.push_back(
+        {FaultKind::Plugin, name.empty() ? fmt::format("plug-in folder \"{}\": {}", path, problem)
+                                         : fmt::format("plug-in \"{}\": {}", name, problem)});
   }
   return faults;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "autocli/base/Fault.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
@@ -26,13 +27,11 @@ struct Plugin {
 /// Loads the plug-ins (*.so) of `folder` in byte order of their names and lets each register its
 /// nodes below `root`; what one registered before it threw stays. No folder means no plug-ins. A
 /// folder or a plug-in that somebody other than root or the user could have written is not touched.
-/// One that ends the program while it is loaded makes it start anew, without that one, if
-/// `arguments` are there, those of main().
+/// One that ends the process while it is loaded is named on standard error, with status 3.
 std::vector<Plugin> LoadPlugins(const std::string& folder,
-                                const std::shared_ptr<Corvex::AutoCli::Namespace>& root,
-                                char** arguments = nullptr);
+                                const std::shared_ptr<Corvex::AutoCli::Namespace>& root);
 
-/// One message for each that was refused.
-std::vector<std::string> FaultsOf(const std::vector<Plugin>& plugins);
+/// One for each that was refused.
+std::vector<Fault> FaultsOf(const std::vector<Plugin>& plugins);
 
 }  // namespace autocli

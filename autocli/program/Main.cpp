@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "autocli/driver/Call.h"
-#include "autocli/driver/Fault.h"
+#include "autocli/base/Fault.h"
+#include "autocli/line/Line.h"
 #include "autocli/plugin/Loader.h"
 #include "autocli/program/Program.h"
 
@@ -28,7 +28,7 @@ void KeepStandardStreamsTaken() {
   }
 }
 
-int RunWithPlugins(char** argv, const std::vector<std::string>& arguments) {
+int RunWithPlugins(const std::vector<std::string>& arguments) {
   FileSink out(STDOUT_FILENO);
   FileSink err(STDERR_FILENO);
   // Never taken down, node by node: the process ends and takes it along.
@@ -36,7 +36,7 @@ int RunWithPlugins(char** argv, const std::vector<std::string>& arguments) {
   const bool hasWords = arguments.size() > 1;
   std::vector<Plugin> plugins;
   if (!hasWords || !AsksForVersionFirst({arguments.begin() + 1, arguments.end()})) {
-    plugins = LoadPlugins(PluginFolder(), root, argv);
+    plugins = LoadPlugins(PluginFolder(), root);
   }
   return Run(arguments, root, plugins, out, err);
 }
@@ -55,7 +55,7 @@ int Main(int argc, char** argv) {
   // A file that may not grow any more is then an error of whoever writes it.
   signal(SIGXFSZ, SIG_IGN);
   try {
-    return RunWithPlugins(argv, {argv, argv + argc});
+    return RunWithPlugins({argv, argv + argc});
   } catch (const std::bad_alloc&) {
     return Fail("error: out of memory\n");
   } catch (...) {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "autocli/base/Sink.h"
 #include "autocli/plugin/Loader.h"
-#include "autocli/text/Sink.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "autocli/batch/SplitLine.h"
+#include "autocli/tools/SplitLine.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "autocli/complete/Scripts.h"
+#include "autocli/tools/Scripts.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

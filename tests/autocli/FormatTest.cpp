@@ -1,6 +1,6 @@
 #include <nlohmann/json.hpp>
 
-#include "autocli/format/Formatter.h"
+#include "autocli/render/Formatter.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

@@ -1,8 +1,8 @@
 #include <nlohmann/json.hpp>
 
+#include "autocli/base/Escape.h"
 #include "autocli/help/Help.h"
 #include "autocli/help/Placeholders.h"
-#include "autocli/text/Escape.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

@@ -1,5 +1,5 @@
-#include "autocli/parse/ParseOptions.h"
-#include "autocli/parse/Suggest.h"
+#include "autocli/line/ParseOptions.h"
+#include "autocli/line/Suggest.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

@@ -6,8 +6,8 @@
 #include <sstream>
 #include <utility>
 
+#include "autocli/base/Sink.h"
 #include "autocli/program/Program.h"
-#include "autocli/text/Sink.h"
 #include "platform/autocli/Declare.h"
 
 namespace autocli::test {

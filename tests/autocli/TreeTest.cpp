@@ -1,4 +1,4 @@
-#include "autocli/tree/Shape.h"
+#include "autocli/contract/Shape.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+
+#include "platform/autocli/AutoCli.h"
+
+namespace autocli {
+
+struct ToolCall;
+
+/// What the program does itself, named by the first word of the line.
+struct Tool {
+  const char* word;
+  const char* arguments;             ///< as a usage line shows them; may be empty
+  const char* description;           ///< a line for help; null for a tool that nobody types
+  int (*run)(const ToolCall& call);  ///< returns the exit status
+};
+
+/// The tool that a line may name anywhere in its path.
+inline constexpr const char* kHelpTool = "help";
+
+/// All that a line can name.
+struct Vocabulary {
+  std::shared_ptr<Corvex::AutoCli::Namespace> root;  ///< what plug-ins brought; never null
+  std::span<const Tool> tools = {};                  ///< in the order of help
+
+  /// The tool that the first word of a line names; null without one, and when a top-level namespace
+  /// has taken the name.
+  const Tool* FindTool(const std::string& word) const;
+};
+
+}  // namespace autocli

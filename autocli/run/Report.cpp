@@ -1,0 +1,82 @@
+#include "autocli/run/Report.h"
+
+#include <algorithm>
+
+#include "autocli/base/Escape.h"
+#include "autocli/render/Formatter.h"
+#include "autocli/render/JsonText.h"
+
+namespace autocli {
+
+using Corvex::MetaObj::MetaString;
+
+namespace {
+
+/// The document grows piece by piece, so that a large result is never held twice.
+void WriteJson(const Report& report, Sink& out) {
+  std::string& text = out.Buffer();
+  text += '{';
+  if (report.batchLine != 0) text += "\"line\":" + std::to_string(report.batchLine) + ',';
+  text += "\"command\":";
+  AppendJsonString(text, report.path);
+  text += report.faults.empty() ? ",\"ok\":true,\"result\":" : ",\"ok\":false,\"result\":";
+  if (report.result) {
+    JsonFormatter().Write(*report.result, report.view, out);
+  } else {
+    text += "null";
+  }
+  text += ",\"errors\":[";
+  const char* separator = "";
+  for (const auto& [kind, message] : report.faults) {
+    text += separator;
+    text += "{\"kind\":\"";
+    text += MeaningOf(kind).name;
+    text += "\",\"message\":";
+    AppendJsonString(text, message);
+    text += '}';
+    separator = ",";
+  }
+  text += "]}\n";
+}
+
+}  // namespace
+
+int StatusOf(const std::vector<Fault>& faults) {
+  int status = 0;
+  for (const Fault& fault : faults) status = std::max(status, MeaningOf(fault.kind).status);
+  return status;
+}
+
+int WriteFaults(const std::vector<Fault>& faults, Sink& err) {
+  if (faults.empty()) return 0;
+  const std::string start = Painted(Ink::Error, "error:", err.IsColored()) + " ";
+  for (const Fault& fault : faults) {
+    err.Buffer() += start;
+    AppendEscaped(err.Buffer(), fault.message);
+    err.Buffer() += '\n';
+  }
+  return StatusOf(faults);
+}
+
+int WriteReport(const Report& report, Sink& out, Sink& err) {
+  if (report.formatter == kJson) {
+    WriteJson(report, out);
+  } else {
+    if (report.result) {
+      FormatterNamed(report.formatter).Write(*report.result, report.view, out);
+    }
+    WriteFaults(report.faults, err);
+  }
+  return StatusOf(report.faults);
+}
+
+int WriteAnswer(const std::string& text, Report report, Sink& out, Sink& err) {
+  if (report.formatter == kJson) {
+    report.result = MetaString::New(text);
+  } else {
+    out.Buffer() += text;
+  }
+  return WriteReport(report, out, err);
+}
+
+}  // namespace autocli
