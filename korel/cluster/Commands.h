@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Puts the host into a cluster that exists.
 class ClusterJoin : public VirtualCommand<ClusterJoin> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterJoin();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -15,7 +15,7 @@ class ClusterJoin : public VirtualCommand<ClusterJoin> {
 
 /// Takes the host out of one or all of its clusters.
 class ClusterLeave : public VirtualCommand<ClusterLeave> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterLeave();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -23,7 +23,7 @@ class ClusterLeave : public VirtualCommand<ClusterLeave> {
 
 /// Shows the host's own cluster.
 class ClusterGet : public VirtualCommand<ClusterGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterGet();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -49,7 +49,7 @@ class ClusterRestore : public virtual Command {
 
 /// Creates a cluster with a random UUID and puts the host into it.
 class ClusterNew : public VirtualCommand<ClusterNew> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterNew();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -57,7 +57,7 @@ class ClusterNew : public VirtualCommand<ClusterNew> {
 
 /// Switches the Korel Max role of the host.
 class KorelMaxSet : public PlainCommand<KorelMaxSet> {
-  friend CommandClass;
+  friend PlainCommand;
   KorelMaxSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -65,7 +65,7 @@ class KorelMaxSet : public PlainCommand<KorelMaxSet> {
 
 /// Shows every cluster of the host.
 class ClusterList : public PlainCommand<ClusterList> {
-  friend CommandClass;
+  friend PlainCommand;
   ClusterList();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -76,7 +76,7 @@ class ClusterList : public PlainCommand<ClusterList> {
 
 /// Adds one unicast agent.
 class ClusterUnicastAgentAdd : public VirtualCommand<ClusterUnicastAgentAdd> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterUnicastAgentAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -84,7 +84,7 @@ class ClusterUnicastAgentAdd : public VirtualCommand<ClusterUnicastAgentAdd> {
 
 /// Removes one unicast agent.
 class ClusterUnicastAgentRemove : public VirtualCommand<ClusterUnicastAgentRemove> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterUnicastAgentRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -92,7 +92,7 @@ class ClusterUnicastAgentRemove : public VirtualCommand<ClusterUnicastAgentRemov
 
 /// Lists the unicast agents.
 class ClusterUnicastAgentList : public VirtualCommand<ClusterUnicastAgentList> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterUnicastAgentList();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -103,14 +103,14 @@ class ClusterUnicastAgentList : public VirtualCommand<ClusterUnicastAgentList> {
 
 /// Removes all unicast agents.
 class ClusterUnicastAgentClear : public VirtualCommand<ClusterUnicastAgentClear> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterUnicastAgentClear();
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the preferred fault domain of one cluster.
 class ClusterPreferredFaultDomainGet : public VirtualCommand<ClusterPreferredFaultDomainGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterPreferredFaultDomainGet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -122,7 +122,7 @@ class ClusterPreferredFaultDomainGet : public VirtualCommand<ClusterPreferredFau
 
 /// Sets the preferred fault domain of a stretched cluster.
 class ClusterPreferredFaultDomainSet : public VirtualCommand<ClusterPreferredFaultDomainSet> {
-  friend CommandClass;
+  friend VirtualCommand;
   ClusterPreferredFaultDomainSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -130,7 +130,7 @@ class ClusterPreferredFaultDomainSet : public VirtualCommand<ClusterPreferredFau
 
 /// Shows the preferred fault domain of every cluster.
 class ClusterPreferredFaultDomainList : public PlainCommand<ClusterPreferredFaultDomainList> {
-  friend CommandClass;
+  friend PlainCommand;
   ClusterPreferredFaultDomainList();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;

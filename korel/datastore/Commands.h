@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Adds a local datastore, or mounts one that another cluster exports.
 class DatastoreAdd : public PlainCommand<DatastoreAdd> {
-  friend CommandClass;
+  friend PlainCommand;
   DatastoreAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -15,7 +15,7 @@ class DatastoreAdd : public PlainCommand<DatastoreAdd> {
 
 /// Removes one datastore.
 class DatastoreRemove : public VirtualCommand<DatastoreRemove> {
-  friend CommandClass;
+  friend VirtualCommand;
   DatastoreRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -23,7 +23,7 @@ class DatastoreRemove : public VirtualCommand<DatastoreRemove> {
 
 /// Lists the datastores that the host knows.
 class DatastoreList : public VirtualCommand<DatastoreList> {
-  friend CommandClass;
+  friend VirtualCommand;
   DatastoreList();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -34,14 +34,14 @@ class DatastoreList : public VirtualCommand<DatastoreList> {
 
 /// Removes all datastores but the default one.
 class DatastoreClear : public PlainCommand<DatastoreClear> {
-  friend CommandClass;
+  friend PlainCommand;
   DatastoreClear();
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the name of one datastore.
 class DatastoreNameGet : public VirtualCommand<DatastoreNameGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   DatastoreNameGet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -53,7 +53,7 @@ class DatastoreNameGet : public VirtualCommand<DatastoreNameGet> {
 
 /// Renames one datastore.
 class DatastoreNameSet : public VirtualCommand<DatastoreNameSet> {
-  friend CommandClass;
+  friend VirtualCommand;
   DatastoreNameSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;

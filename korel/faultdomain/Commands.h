@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Shows the fault domain of the host.
 class FaultDomainGet : public VirtualCommand<FaultDomainGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   FaultDomainGet();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -18,7 +18,7 @@ class FaultDomainGet : public VirtualCommand<FaultDomainGet> {
 
 /// Sets the fault domain of the host.
 class FaultDomainSet : public VirtualCommand<FaultDomainSet> {
-  friend CommandClass;
+  friend VirtualCommand;
   FaultDomainSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -26,7 +26,7 @@ class FaultDomainSet : public VirtualCommand<FaultDomainSet> {
 
 /// Resets the fault domain of the host.
 class FaultDomainReset : public VirtualCommand<FaultDomainReset> {
-  friend CommandClass;
+  friend VirtualCommand;
   FaultDomainReset();
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };

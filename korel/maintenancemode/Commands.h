@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Cancels a maintenance-mode operation.
 class MaintenanceModeCancel : public VirtualCommand<MaintenanceModeCancel> {
-  friend CommandClass;
+  friend VirtualCommand;
   MaintenanceModeCancel();
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };

@@ -14,7 +14,7 @@ class NetworkIpAdd : public VirtualCommand<NetworkIpAdd> {
   static void ExecuteCommon(const InputPtr& input, const OutputPtr& output, bool isSet);
 
  private:
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkIpAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -22,7 +22,7 @@ class NetworkIpAdd : public VirtualCommand<NetworkIpAdd> {
 
 /// Reconfigures an interface.
 class NetworkIpSet : public VirtualCommand<NetworkIpSet> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkIpSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -30,7 +30,7 @@ class NetworkIpSet : public VirtualCommand<NetworkIpSet> {
 
 /// Removes an interface; the same as NetworkRemove.
 class NetworkIpRemove : public VirtualCommand<NetworkIpRemove> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkIpRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -38,7 +38,7 @@ class NetworkIpRemove : public VirtualCommand<NetworkIpRemove> {
 
 /// Removes an interface.
 class NetworkRemove : public VirtualCommand<NetworkRemove> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -46,7 +46,7 @@ class NetworkRemove : public VirtualCommand<NetworkRemove> {
 
 /// Lists the configured interfaces.
 class NetworkList : public VirtualCommand<NetworkList> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkList();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -57,21 +57,21 @@ class NetworkList : public VirtualCommand<NetworkList> {
 
 /// Clears the network configuration.
 class NetworkClear : public VirtualCommand<NetworkClear> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkClear();
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Restores the persisted network configuration.
 class NetworkRestore : public VirtualCommand<NetworkRestore> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkRestore();
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
 /// Shows the encryption settings of one cluster.
 class NetworkSecurityGet : public VirtualCommand<NetworkSecurityGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkSecurityGet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -83,7 +83,7 @@ class NetworkSecurityGet : public VirtualCommand<NetworkSecurityGet> {
 
 /// Changes the encryption settings of one cluster.
 class NetworkSecuritySet : public VirtualCommand<NetworkSecuritySet> {
-  friend CommandClass;
+  friend VirtualCommand;
   NetworkSecuritySet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -91,7 +91,7 @@ class NetworkSecuritySet : public VirtualCommand<NetworkSecuritySet> {
 
 /// Shows the encryption settings of every cluster.
 class NetworkSecurityList : public PlainCommand<NetworkSecurityList> {
-  friend CommandClass;
+  friend PlainCommand;
   NetworkSecurityList();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;

@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Shows the default policies.
 class PolicyGetDefault : public VirtualCommand<PolicyGetDefault> {
-  friend CommandClass;
+  friend VirtualCommand;
   PolicyGetDefault();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -19,7 +19,7 @@ class PolicyGetDefault : public VirtualCommand<PolicyGetDefault> {
 
 /// Sets the default policy of one class.
 class PolicySetDefault : public VirtualCommand<PolicySetDefault> {
-  friend CommandClass;
+  friend VirtualCommand;
   PolicySetDefault();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -27,7 +27,7 @@ class PolicySetDefault : public VirtualCommand<PolicySetDefault> {
 
 /// Resets all default policies.
 class PolicyClearDefault : public VirtualCommand<PolicyClearDefault> {
-  friend CommandClass;
+  friend VirtualCommand;
   PolicyClearDefault();
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };

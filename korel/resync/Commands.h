@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Sets the resync throttle.
 class ResyncThrottleSet : public VirtualCommand<ResyncThrottleSet> {
-  friend CommandClass;
+  friend VirtualCommand;
   ResyncThrottleSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -15,7 +15,7 @@ class ResyncThrottleSet : public VirtualCommand<ResyncThrottleSet> {
 
 /// Shows the resync throttle.
 class ResyncThrottleGet : public VirtualCommand<ResyncThrottleGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   ResyncThrottleGet();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -26,7 +26,7 @@ class ResyncThrottleGet : public VirtualCommand<ResyncThrottleGet> {
 
 /// Shows the resync bandwidth.
 class ResyncBandwidthGet : public PlainCommand<ResyncBandwidthGet> {
-  friend CommandClass;
+  friend PlainCommand;
   ResyncBandwidthGet();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;

@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Claims devices for a disk group.
 class StorageAdd : public VirtualCommand<StorageAdd> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -15,7 +15,7 @@ class StorageAdd : public VirtualCommand<StorageAdd> {
 
 /// Gives a disk or a disk group back.
 class StorageRemove : public VirtualCommand<StorageRemove> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -31,7 +31,7 @@ class StorageList : public VirtualCommand<StorageList> {
   static std::shared_ptr<MetaStruct> GetOutputStructure();
 
  private:
-  friend CommandClass;
+  friend VirtualCommand;
   StorageList();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -40,7 +40,7 @@ class StorageList : public VirtualCommand<StorageList> {
 
 /// Reports that disks are not claimed automatically.
 class StorageAutoModeGet : public VirtualCommand<StorageAutoModeGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageAutoModeGet();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -51,7 +51,7 @@ class StorageAutoModeGet : public VirtualCommand<StorageAutoModeGet> {
 
 /// Refuses to claim disks automatically.
 class StorageAutoModeSet : public VirtualCommand<StorageAutoModeSet> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageAutoModeSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -59,7 +59,7 @@ class StorageAutoModeSet : public VirtualCommand<StorageAutoModeSet> {
 
 /// Mounts a disk group or a disk.
 class StorageDiskgroupMount : public VirtualCommand<StorageDiskgroupMount> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageDiskgroupMount();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -67,7 +67,7 @@ class StorageDiskgroupMount : public VirtualCommand<StorageDiskgroupMount> {
 
 /// Unmounts a disk group or a disk.
 class StorageDiskgroupUmount : public VirtualCommand<StorageDiskgroupUmount> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageDiskgroupUmount();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -75,7 +75,7 @@ class StorageDiskgroupUmount : public VirtualCommand<StorageDiskgroupUmount> {
 
 /// Rebuilds a disk group.
 class StorageDiskgroupRebuild : public VirtualCommand<StorageDiskgroupRebuild> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageDiskgroupRebuild();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
@@ -84,7 +84,7 @@ class StorageDiskgroupRebuild : public VirtualCommand<StorageDiskgroupRebuild> {
 
 /// Puts a tag on a disk.
 class StorageTagAdd : public VirtualCommand<StorageTagAdd> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageTagAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -92,7 +92,7 @@ class StorageTagAdd : public VirtualCommand<StorageTagAdd> {
 
 /// Takes a tag off a disk.
 class StorageTagRemove : public VirtualCommand<StorageTagRemove> {
-  friend CommandClass;
+  friend VirtualCommand;
   StorageTagRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;

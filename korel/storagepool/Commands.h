@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Claims disks for the storage pool.
 class StoragePoolAdd : public VirtualCommand<StoragePoolAdd> {
-  friend CommandClass;
+  friend VirtualCommand;
   StoragePoolAdd();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -15,7 +15,7 @@ class StoragePoolAdd : public VirtualCommand<StoragePoolAdd> {
 
 /// Gives a disk of the storage pool back.
 class StoragePoolRemove : public PlainCommand<StoragePoolRemove> {
-  friend CommandClass;
+  friend PlainCommand;
   StoragePoolRemove();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -23,7 +23,7 @@ class StoragePoolRemove : public PlainCommand<StoragePoolRemove> {
 
 /// Lists the disks of the storage pool.
 class StoragePoolList : public PlainCommand<StoragePoolList> {
-  friend CommandClass;
+  friend PlainCommand;
   StoragePoolList();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;

@@ -7,7 +7,7 @@ namespace OstrelCli::KorelNamespace {
 
 /// Changes the trace daemon's settings.
 class KorelTraceSet : public VirtualCommand<KorelTraceSet> {
-  friend CommandClass;
+  friend VirtualCommand;
   KorelTraceSet();
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
@@ -15,7 +15,7 @@ class KorelTraceSet : public VirtualCommand<KorelTraceSet> {
 
 /// Shows the trace daemon's settings.
 class KorelTraceGet : public VirtualCommand<KorelTraceGet> {
-  friend CommandClass;
+  friend VirtualCommand;
   KorelTraceGet();
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
