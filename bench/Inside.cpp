@@ -2,8 +2,8 @@
 #include <benchmark/benchmark.h>
 
 #include "autocli/line/Line.h"
-#include "autocli/run/Driver.h"
 #include "autocli/render/Formatter.h"
+#include "autocli/run/Driver.h"
 #include "korel/Tree.h"
 #include "tests/support/RecordingHost.h"
 

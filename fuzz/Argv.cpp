@@ -24,11 +24,11 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "autocli/tools/SplitLine.h"
-#include "autocli/tools/Complete.h"
 #include "autocli/line/Line.h"
-#include "autocli/run/Driver.h"
 #include "autocli/program/Program.h"
+#include "autocli/run/Driver.h"
+#include "autocli/tools/Complete.h"
+#include "autocli/tools/SplitLine.h"
 #include "fuzz/Support.h"
 #include "fuzz/WholeTree.h"
 #include "lab/model/HostFiles.h"

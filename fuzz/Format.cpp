@@ -13,8 +13,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "autocli/render/Formatter.h"
 #include "autocli/base/Escape.h"
+#include "autocli/render/Formatter.h"
 #include "fuzz/Support.h"
 
 namespace {

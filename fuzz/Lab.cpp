@@ -19,8 +19,8 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "autocli/tools/SplitLine.h"
 #include "autocli/run/Driver.h"
+#include "autocli/tools/SplitLine.h"
 #include "fuzz/LabMutation.h"
 #include "fuzz/Support.h"
 #include "fuzz/WholeTree.h"

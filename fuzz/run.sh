@@ -16,10 +16,21 @@ all=(agent plugin lab argv inventory format trace)
 # Old allocations are kept for a while, so that their use is noticed; less of it is faster.
 export ASAN_OPTIONS=quarantine_size_mb=32:malloc_context_size=8 UBSAN_OPTIONS=print_stacktrace=1
 
+# Words that chance would not find: those written down here, and for command lines all that the page
+# of the commands has, so that a new one is tried at once.
+dictionary() { # TARGET
+  cat "$root/$1.dict"
+  [[ $1 == argv ]] || return 0
+  local page="$root/../docs/commands.md"
+  { grep -oE '`[^`]+`|^### .*' "$page"; grep -oE 'Options are: [^.|]+' "$page" | cut -d: -f2; } |
+    tr -s '`, |' '\n' | grep -E '^-{0,2}[a-zA-Z0-9][a-zA-Z0-9-]+$' | sort -u | sed 's/.*/"&"/'
+}
+
 fuzz() { # TARGET LIMIT
   local found="$programs/found/$1" log="$programs/$1.log" seed=${FUZZ_SEED:-$((RANDOM + 1))} status=0
   mkdir -p "$found"
-  "$programs/$1" -seed="$seed" "$2" -timeout=20 -dict="$root/$1.dict" -print_final_stats=1 \
+  dictionary "$1" >"$programs/$1.dict"
+  "$programs/$1" -seed="$seed" "$2" -timeout=20 -dict="$programs/$1.dict" -print_final_stats=1 \
     -artifact_prefix="$programs/$1-" "$found" "$root/seeds/$1" "$programs/seeds/$1" \
     >"$log" 2>&1 </dev/null || status=$?
   local runs coverage

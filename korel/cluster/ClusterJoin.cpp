@@ -1,5 +1,6 @@
+#include "korel/cluster/ClientCluster.h"
 #include "korel/cluster/Commands.h"
-#include "korel/cluster/Common.h"
+#include "korel/cluster/StretchedCluster.h"
 #include "platform/base/FeatureList.h"
 
 namespace OstrelCli::KorelNamespace {
@@ -20,9 +21,7 @@ struct Request {
 std::string RefusalOfHost(const HostControl& host) {
   const KorelNodeType current = KorelUtil::GetNodeType();
   if (host->GetClusterInfo(true)->enabled && current != KorelNodeType::Witness) {
-    return "The host is in a Korel cluster and not a Korel witness host. You need to remove it "
-           "from "
-           "the cluster or disable Korel.";
+    return "The host is in a Korel cluster and not a Korel witness host. You need to remove it from the cluster or disable Korel.";
   }
   if (host->IsClientModeEnabled()) return kHostIsInClientCluster;
   return "";
@@ -31,8 +30,7 @@ std::string RefusalOfHost(const HostControl& host) {
 /// Why a witness may not join as asked; empty when it may.
 std::string RefusalOfWitness(const Request& request) {
   if (!request.hasPreferredFaultDomain) {
-    return "If --witness-node is specified, --witness-preferred-fault-domain must also be "
-           "specified.";
+    return "If --witness-node is specified, --witness-preferred-fault-domain must also be specified.";
   }
   if (request.preferredFaultDomain.empty() ||
       KorelUtil::UTF8StringCharLength(request.preferredFaultDomain) >
@@ -81,10 +79,9 @@ std::shared_ptr<InputSpec> ClusterJoin::GetInputSpecInternal() {
       {{.name = "cluster-uuid",
         .shortName = "u",
         .required = true,
-        .description =
-            StrCat("Korel cluster UUID of the cluster instance which the host will join, "
-                   "or create, ",
-                   kUuidForm)},
+        .description = StrCat(
+            "Korel cluster UUID of the cluster instance which the host will join, or create, ",
+            kUuidForm)},
        {.name = "wait",
         .shortName = "w",
         .type = ParameterType::Flag,
@@ -92,14 +89,12 @@ std::shared_ptr<InputSpec> ClusterJoin::GetInputSpecInternal() {
        {.name = "witness-node",
         .shortName = "t",
         .type = ParameterType::Flag,
-        .description = "Join the host as a witness node to the cluster. It is required to specify "
-                       "\"--witness-preferred-fault-domain\" when this parameter is set."},
+        .description =
+            "Join the host as a witness node to the cluster. It is required to specify \"--witness-preferred-fault-domain\" when this parameter is set."},
        {.name = "witness-preferred-fault-domain",
         .shortName = "p",
-        .description = "Specify the fault domain that witness node prefers to respond in case of "
-                       "network partition. It should be either of the two fault domains for "
-                       "existing data sites. This parameter is useful only when \"--witness-node\" "
-                       "is set."},
+        .description =
+            "Specify the fault domain that witness node prefers to respond in case of network partition. It should be either of the two fault domains for existing data sites. This parameter is useful only when \"--witness-node\" is set."},
        {.name = "metadata-node",
         .shortName = "m",
         .type = ParameterType::Flag,
@@ -124,9 +119,9 @@ void ClusterJoin::ExecuteInternal(const InputPtr& input, const OutputPtr& output
       return Refuse(output, "Client Mode is not supported.");
     }
     if (isWitness && isMetadata) {
-      return Refuse(output,
-                    "Both --witness-node and --metadata-node cannot be set at the same time. "
-                    "Specify only one.");
+      return Refuse(
+          output,
+          "Both --witness-node and --metadata-node cannot be set at the same time. Specify only one.");
     }
     if (isWitness) request.nodeType = KorelNodeType::Witness;
     if (isMetadata) request.nodeType = KorelNodeType::Metadata;

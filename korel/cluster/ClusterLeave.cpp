@@ -1,5 +1,4 @@
 #include "korel/cluster/Commands.h"
-#include "korel/cluster/Common.h"
 #include "korel/cluster/NotifyDatastore.h"
 
 namespace OstrelCli::KorelNamespace {
@@ -32,9 +31,7 @@ std::shared_ptr<InputSpec> ClusterLeave::GetInputSpecInternal() {
         .shortName = "u",
         .description = StrCat(
             "Korel cluster UUID of the cluster instance which the host will leave, ", kUuidForm,
-            " This host will leave all associated Korel clusters if the host is working as a "
-            "shared "
-            "witness host and this parameter is not specified.")}});
+            " This host will leave all associated Korel clusters if the host is working as a shared witness host and this parameter is not specified.")}});
 }
 
 void ClusterLeave::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

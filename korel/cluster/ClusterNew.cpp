@@ -1,13 +1,12 @@
+#include "korel/cluster/ClientCluster.h"
 #include "korel/cluster/Commands.h"
-#include "korel/cluster/Common.h"
 #include "platform/base/FeatureList.h"
 
 namespace OstrelCli::KorelNamespace {
 
 ClusterNew::ClusterNew() {
   SetDescription(
-      "Create a Korel cluster with current host joined. A random sub-cluster UUID will be "
-      "generated.");
+      "Create a Korel cluster with current host joined. A random sub-cluster UUID will be generated.");
 }
 
 std::shared_ptr<InputSpec> ClusterNew::GetInputSpecInternal() {
@@ -15,17 +14,17 @@ std::shared_ptr<InputSpec> ClusterNew::GetInputSpecInternal() {
       {{.name = "client-mode",
         .shortName = "c",
         .type = ParameterType::Flag,
-        .description = "Korel client mode allows mount of Korel datastore from the server "
-                       "cluster without enabling Korel."}});
+        .description =
+            "Korel client mode allows mount of Korel datastore from the server cluster without enabling Korel."}});
 }
 
 void ClusterNew::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   const bool done = Attempt(output, "Unable to create the new Korel cluster: ", [&] {
     const HostControl host;
     if (host->GetClusterInfo(true)->enabled) {
-      return Refuse(output,
-                    "The host is in a Korel cluster and enabled for Korel. You need to remove it "
-                    "from the cluster or disable Korel.");
+      return Refuse(
+          output,
+          "The host is in a Korel cluster and enabled for Korel. You need to remove it from the cluster or disable Korel.");
     }
     if (host->IsClientModeEnabled()) return Refuse(output, kHostIsInClientCluster);
     const std::string uuid = NewUuid();

@@ -15,12 +15,12 @@ std::shared_ptr<MetaStruct> ClusterPreferredFaultDomainGet::GetOutputStructure()
 }
 
 std::shared_ptr<InputSpec> ClusterPreferredFaultDomainGet::GetInputSpecInternal() {
-  return Inputs({{.name = "cluster-uuid",
-                  .shortName = "u",
-                  .description =
-                      StrCat("Specify the Korel cluster UUID of the cluster instance, and "
-                             "thepreferred fault domain info of target cluster will be displayed, ",
-                             kUuidForm)}});
+  return Inputs(
+      {{.name = "cluster-uuid",
+        .shortName = "u",
+        .description = StrCat(
+            "Specify the Korel cluster UUID of the cluster instance, and thepreferred fault domain info of target cluster will be displayed, ",
+            kUuidForm)}});
 }
 
 std::shared_ptr<OutputSpec> ClusterPreferredFaultDomainGet::GetOutputSpecInternal() {

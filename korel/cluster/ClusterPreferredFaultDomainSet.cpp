@@ -1,5 +1,5 @@
 #include "korel/cluster/Commands.h"
-#include "korel/cluster/Common.h"
+#include "korel/cluster/StretchedCluster.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -15,9 +15,9 @@ std::shared_ptr<InputSpec> ClusterPreferredFaultDomainSet::GetInputSpecInternal(
         .description = "Preferred Fault domain name to use for a stretched cluster."},
        {.name = "cluster-uuid",
         .shortName = "u",
-        .description = StrCat("Korel cluster UUID of the cluster instance, ", kUuidForm,
-                              " This field is required if this host is working as a shared witness "
-                              "host.")}});
+        .description =
+            StrCat("Korel cluster UUID of the cluster instance, ", kUuidForm,
+                   " This field is required if this host is working as a shared witness host.")}});
 }
 
 void ClusterPreferredFaultDomainSet::ExecuteInternal(const InputPtr& input,
@@ -40,8 +40,7 @@ void ClusterPreferredFaultDomainSet::ExecuteInternal(const InputPtr& input,
       if (host->GetJoinedClusterUuids().size() != 1) {
         return Refuse(
             output,
-            "This host is working as a shared witness. Parameter cluster-uuid is required "
-            "to specify target cluster.");
+            "This host is working as a shared witness. Parameter cluster-uuid is required to specify target cluster.");
       }
       clusterUuid = host->GetClusterUuid();
     }

@@ -1,5 +1,5 @@
 #include "korel/cluster/Commands.h"
-#include "korel/cluster/Common.h"
+#include "korel/cluster/UnicastAddress.h"
 
 namespace OstrelCli::KorelNamespace {
 namespace {
@@ -86,12 +86,12 @@ std::shared_ptr<InputSpec> ClusterUnicastAgentAdd::GetInputSpecInternal() {
         .description = "Name of the bound outgoing network interface."},
        {.name = "cert-thumbprint",
         .shortName = "T",
-        .description = "SHA-1 certificate thumbprint. Cert-thumbprint would be required to enable "
-                       "Korel data-in-transit encryption."},
+        .description =
+            "SHA-1 certificate thumbprint. Cert-thumbprint would be required to enable Korel data-in-transit encryption."},
        {.name = "cluster-uuid",
         .shortName = "c",
-        .description = "Cluster UUID of the remote server unicast agent (required for -t remote). "
-                       "Or cluster UUID for host to be added on a shared witness node."}});
+        .description =
+            "Cluster UUID of the remote server unicast agent (required for -t remote). Or cluster UUID for host to be added on a shared witness node."}});
 }
 
 void ClusterUnicastAgentAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

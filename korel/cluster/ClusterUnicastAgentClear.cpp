@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "korel/cluster/Commands.h"
-#include "korel/cluster/Common.h"
+#include "korel/cluster/UnicastAddress.h"
 
 namespace OstrelCli::KorelNamespace {
 namespace {

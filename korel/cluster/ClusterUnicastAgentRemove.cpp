@@ -1,5 +1,5 @@
 #include "korel/cluster/Commands.h"
-#include "korel/cluster/Common.h"
+#include "korel/cluster/UnicastAddress.h"
 
 namespace OstrelCli::KorelNamespace {
 namespace {

@@ -16,9 +16,9 @@ void KorelMaxSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output
   Attempt(output, "Failed to enable Korel Max on the cluster: ", [&] {
     const HostControl host;
     if (!host->GetClusterInfo(true)->enabled) {
-      return Refuse(output,
-                    "To enable/disable Korel Max, the host needs to be in a Korel cluster and "
-                    "enabled with Korel.");
+      return Refuse(
+          output,
+          "To enable/disable Korel Max, the host needs to be in a Korel cluster and enabled with Korel.");
     }
     const bool enable = input->GetParameterBool("enable");
     Tovrin::Korel::KorelDiskList disks;

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "korel/frame/Frame.h"
 
 namespace OstrelCli::KorelNamespace {
+
+/// Longest name of a preferred fault domain, in characters.
+inline constexpr std::size_t kMaxPreferredFaultDomainLength = 256;
 
 /// The host is an enabled member, and a cluster of it is stretched.
 bool IsStretched(const HostControl& host);

@@ -4,10 +4,7 @@ namespace OstrelCli::KorelNamespace {
 
 DatastoreClear::DatastoreClear() {
   SetDescription(
-      "Remove all but the default datastore from the Korel cluster. This operation is only allowed "
-      "if Korel is enabled on the host. In general, clear should be done at cluster level. Across "
-      "a "
-      "Korel cluster Korel datastores should be in sync.");
+      "Remove all but the default datastore from the Korel cluster. This operation is only allowed if Korel is enabled on the host. In general, clear should be done at cluster level. Across a Korel cluster Korel datastores should be in sync.");
 }
 
 void DatastoreClear::ExecuteInternal(const InputPtr&, const OutputPtr& output) {

@@ -1,5 +1,5 @@
 #include "korel/datastore/Commands.h"
-#include "korel/datastore/Common.h"
+#include "korel/datastore/DatastoreName.h"
 
 namespace OstrelCli::KorelNamespace {
 

@@ -1,12 +1,11 @@
 #include "korel/datastore/Commands.h"
-#include "korel/datastore/Common.h"
+#include "korel/datastore/DatastoreName.h"
 
 namespace OstrelCli::KorelNamespace {
 
 DatastoreNameSet::DatastoreNameSet() {
   SetDescription(
-      "Configure Korel datastore name. In general, rename should always be done at cluster level. "
-      "Across a Korel cluster Korel datastore name should be in sync.");
+      "Configure Korel datastore name. In general, rename should always be done at cluster level. Across a Korel cluster Korel datastore name should be in sync.");
 }
 
 std::shared_ptr<InputSpec> DatastoreNameSet::GetInputSpecInternal() {

@@ -4,11 +4,7 @@ namespace OstrelCli::KorelNamespace {
 
 DatastoreRemove::DatastoreRemove() {
   SetDescription(
-      "Remove a datastore from the Korel cluster. This operation is only allowed if Korel is "
-      "enabled "
-      "on the host. In general, remove should be done at cluster level. Across a Korel cluster "
-      "Korel "
-      "datastores should be in sync.");
+      "Remove a datastore from the Korel cluster. This operation is only allowed if Korel is enabled on the host. In general, remove should be done at cluster level. Across a Korel cluster Korel datastores should be in sync.");
 }
 
 std::shared_ptr<InputSpec> DatastoreRemove::GetInputSpecInternal() {

@@ -11,11 +11,12 @@ constexpr std::size_t kMaxNameLength = 256;
 FaultDomainSet::FaultDomainSet() { SetDescription("Set the fault domain for this host"); }
 
 std::shared_ptr<InputSpec> FaultDomainSet::GetInputSpecInternal() {
-  return Inputs({{.name = "fdname",
-                  .shortName = "n",
-                  .required = true,
-                  .description = "Fault domain name to use for this host. Empty string means reset "
-                                 "to default."}});
+  return Inputs(
+      {{.name = "fdname",
+        .shortName = "n",
+        .required = true,
+        .description =
+            "Fault domain name to use for this host. Empty string means reset to default."}});
 }
 
 void FaultDomainSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

@@ -35,6 +35,15 @@ bool Attempt(const OutputPtr& output, const std::function<void()>& work) {
 
 void AnswerFalse(const OutputPtr& output) { output->SetRootObject(MetaBool::New(false)); }
 
+std::string JoinWithCommas(const std::vector<std::string>& texts) {
+  std::string joined;
+  for (const std::string& text : texts) {
+    if (&text != &texts.front()) joined += ",";
+    joined += text;
+  }
+  return joined;
+}
+
 std::string NewUuid() {
   const std::unique_ptr<char, decltype(&std::free)> created(UUID_CreateRandom(), &std::free);
   if (!created) return "";

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "korel/frame/CommandClass.h"
 #include "korel/frame/Constants.h"
@@ -49,6 +50,9 @@ bool Attempt(const OutputPtr& output, const std::function<void()>& work);
 
 /// The result is false, beside whatever error was reported.
 void AnswerFalse(const OutputPtr& output);
+
+/// The texts, a comma between neighbours.
+std::string JoinWithCommas(const std::vector<std::string>& texts);
 
 /// The text of a new random UUID; empty when none could be made.
 std::string NewUuid();

@@ -139,17 +139,7 @@ std::shared_ptr<InputSpec> NetworkIpAdd::GetInputSpecCommon() {
         .shortName = "T",
         .type = ParameterType::StringList,
         .description =
-            "Network transmission type of Korel traffic through a virtual network "
-            "adapter.Supported "
-            "values are korel, witness. Type korel means general Korel transmission, which is used "
-            "for both data and witness transmission, if there is no virtual adapter configured "
-            "with "
-            "witness traffic type; Type witness indicates that, Korel hsknic is used for Korel "
-            "witness transmission. Once a virtual adapter is configured with witness traffic type, "
-            "Korel witness data transmission will stop using virtual adpater with korel traffic "
-            "type, and use first dicovered virtual adapter with witness traffic type. Multiple "
-            "traffic types can be provided in format -T type1 -T type2. Default value is korel, if "
-            "this option is not specified."}});
+            "Network transmission type of Korel traffic through a virtual network adapter.Supported values are korel, witness. Type korel means general Korel transmission, which is used for both data and witness transmission, if there is no virtual adapter configured with witness traffic type; Type witness indicates that, Korel hsknic is used for Korel witness transmission. Once a virtual adapter is configured with witness traffic type, Korel witness data transmission will stop using virtual adpater with korel traffic type, and use first dicovered virtual adapter with witness traffic type. Multiple traffic types can be provided in format -T type1 -T type2. Default value is korel, if this option is not specified."}});
 }
 
 void NetworkIpAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
@@ -165,13 +155,12 @@ void NetworkIpAdd::ExecuteCommon(const InputPtr& input, const OutputPtr& output,
     if (isSet && !isUsed) {
       return Refuse(
           output,
-          "This Hesket network interface is not in use. Can't set/reconfigure. If you want "
-          "to add, use 'add' command.");
+          "This Hesket network interface is not in use. Can't set/reconfigure. If you want to add, use 'add' command.");
     }
     if (!isSet && isUsed) {
-      return Refuse(output,
-                    "This Hesket network interface is already in use. Can't add again. If you want "
-                    "to reconfigure, use 'set' command.");
+      return Refuse(
+          output,
+          "This Hesket network interface is already in use. Can't add again. If you want to reconfigure, use 'set' command.");
     }
     std::optional<Settings> settings = isSet ? Present(host, name) : Defaults();
     if (!settings) return Refuse(output, "This Hesket network interface not found.");

@@ -13,11 +13,12 @@ std::shared_ptr<MetaStruct> NetworkSecurityGet::GetOutputStructure() {
 }
 
 std::shared_ptr<InputSpec> NetworkSecurityGet::GetInputSpecInternal() {
-  return Inputs({{.name = "cluster-uuid",
-                  .shortName = "u",
-                  .description = StrCat("Specify the Korel cluster UUID of the cluster instance "
-                                        "which will be displayed, ",
-                                        kUuidForm)}});
+  return Inputs(
+      {{.name = "cluster-uuid",
+        .shortName = "u",
+        .description = StrCat(
+            "Specify the Korel cluster UUID of the cluster instance which will be displayed, ",
+            kUuidForm)}});
 }
 
 std::shared_ptr<OutputSpec> NetworkSecurityGet::GetOutputSpecInternal() {

@@ -47,14 +47,11 @@ std::shared_ptr<InputSpec> NetworkSecuritySet::GetInputSpecInternal() {
         .shortName = "r",
         .type = ParameterType::Int,
         .description =
-            "Rekey interval for data-in-transit encryption, in minutes. Default interval "
-            "is 1440, i.e. 24 hours. Minimal interval is 30 minutes and maximum is 10080, "
-            "i.e. 7 days."},
+            "Rekey interval for data-in-transit encryption, in minutes. Default interval is 1440, i.e. 24 hours. Minimal interval is 30 minutes and maximum is 10080, i.e. 7 days."},
        {.name = "cluster-uuid",
         .shortName = "u",
         .description =
-            StrCat("Specify the Korel cluster UUID of the cluster instance which will be "
-                   "set, ",
+            StrCat("Specify the Korel cluster UUID of the cluster instance which will be set, ",
                    kUuidForm)}});
 }
 

@@ -1,5 +1,5 @@
 #include "korel/policy/Commands.h"
-#include "korel/policy/Common.h"
+#include "korel/policy/PolicyClasses.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -14,11 +14,12 @@ std::shared_ptr<MetaStruct> PolicyGetDefault::GetOutputStructure() {
 }
 
 std::shared_ptr<InputSpec> PolicyGetDefault::GetInputSpecInternal() {
-  return Inputs({{.name = "policy-class",
-                  .shortName = "c",
-                  .constraint = PolicyClasses(),
-                  .description = "Show only the default of this policy class. Options are: %ENUM%. "
-                                 "If not specified, all are shown."}});
+  return Inputs(
+      {{.name = "policy-class",
+        .shortName = "c",
+        .constraint = PolicyClasses(),
+        .description =
+            "Show only the default of this policy class. Options are: %ENUM%. If not specified, all are shown."}});
 }
 
 std::shared_ptr<OutputSpec> PolicyGetDefault::GetOutputSpecInternal() {

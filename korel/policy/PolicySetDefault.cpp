@@ -1,5 +1,5 @@
 #include "korel/policy/Commands.h"
-#include "korel/policy/Common.h"
+#include "korel/policy/PolicyClasses.h"
 
 namespace OstrelCli::KorelNamespace {
 

@@ -4,8 +4,7 @@ namespace OstrelCli::KorelNamespace {
 
 ResyncBandwidthGet::ResyncBandwidthGet() {
   SetDescription(
-      "Get information about Korel resync bandwidth in Mbps for the disk group with the heaviest "
-      "resync workload.");
+      "Get information about Korel resync bandwidth in Mbps for the disk group with the heaviest resync workload.");
   SetDefaultOutputFormatter("simple");
   SetDefaultOutputParameter("units:ResyncBandwidth.Rate", "Mbps");
 }

@@ -5,12 +5,12 @@ namespace OstrelCli::KorelNamespace {
 ResyncThrottleSet::ResyncThrottleSet() { SetDescription("Configure Korel resync throttling"); }
 
 std::shared_ptr<InputSpec> ResyncThrottleSet::GetInputSpecInternal() {
-  return Inputs({{.name = "level",
-                  .type = ParameterType::Int,
-                  .required = true,
-                  .constraint = IntRange(0, 512),
-                  .description = "Set Korel resync throttle level in Mbps (%ENUM%, 0 means no "
-                                 "throttling)"}});
+  return Inputs(
+      {{.name = "level",
+        .type = ParameterType::Int,
+        .required = true,
+        .constraint = IntRange(0, 512),
+        .description = "Set Korel resync throttle level in Mbps (%ENUM%, 0 means no throttling)"}});
 }
 
 void ResyncThrottleSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

@@ -1,5 +1,5 @@
 #include "korel/storage/Commands.h"
-#include "korel/storage/Common.h"
+#include "korel/storage/Targets.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -11,15 +11,15 @@ std::shared_ptr<InputSpec> StorageDiskgroupMount::GetInputSpecInternal() {
   return Inputs(
       {{.name = "ssd",
         .shortName = "s",
-        .description = "Specify a disk group's fronting ssd to mount the ssd and each backing hdd "
-                       "for use by Korel.e.g.: mpx.dkhba2:C0:T1:L0"},
+        .description =
+            "Specify a disk group's fronting ssd to mount the ssd and each backing hdd for use by Korel.e.g.: mpx.dkhba2:C0:T1:L0"},
        {.name = "disk",
         .shortName = "d",
         .description = "Specify the disk to mount for use by Korel.e.g.: mpx.dkhba0:C0:T1:L0"},
        {.name = "uuid",
         .shortName = "u",
-        .description = "Specify a Korel UUID of the disk or fronting ssd to mount for use by "
-                       "Korel.e.g.: 5291022a-ad03-df90-dd0f-b9f980cc005e"}});
+        .description =
+            "Specify a Korel UUID of the disk or fronting ssd to mount for use by Korel.e.g.: 5291022a-ad03-df90-dd0f-b9f980cc005e"}});
 }
 
 void StorageDiskgroupMount::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

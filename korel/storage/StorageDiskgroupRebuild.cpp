@@ -26,33 +26,32 @@ std::vector<Parameter> Parameters() {
   return {
       {.name = "ssd",
        .shortName = "s",
-       .description = "Specify a disk group's fronting SSD to rebuild the SSD and each backing HDD "
-                      "for use by Korel.E.g.: mpx.dkhba2:C0:T1:L0"},
+       .description =
+           "Specify a disk group's fronting SSD to rebuild the SSD and each backing HDD for use by Korel.E.g.: mpx.dkhba2:C0:T1:L0"},
       {.name = "uuid",
        .shortName = "u",
-       .description = "Specify a Korel UUID of the fronting SSD to rebuild for use by Korel.E.g.: "
-                      "5291022a-ad03-df90-dd0f-b9f980cc005e"},
+       .description =
+           "Specify a Korel UUID of the fronting SSD to rebuild for use by Korel.E.g.: 5291022a-ad03-df90-dd0f-b9f980cc005e"},
       {.name = "evacuation-mode",
        .shortName = "m",
-       .constraint =
-           StringEnum({{"noAction", "Do not move KOREL data out of the disk before removing it"},
-                       {"ensureObjectAccessibility",
-                        "Evacuate data from the disk to ensure object accessibility in the KOREL "
-                        "cluster, before removing the disk"},
-                       {"evacuateAllData", "Evacuate all data from the disk before removing it"}}),
-       .description = "Specify an action to take upon removing the disk group from KOREL (default "
-                      "noAction). Allowed values are: %FULLENUM%"}};
+       .constraint = StringEnum(
+           {{"noAction", "Do not move KOREL data out of the disk before removing it"},
+            {"ensureObjectAccessibility",
+             "Evacuate data from the disk to ensure object accessibility in the KOREL cluster, before removing the disk"},
+            {"evacuateAllData", "Evacuate all data from the disk before removing it"}}),
+       .description =
+           "Specify an action to take upon removing the disk group from KOREL (default noAction). Allowed values are: %FULLENUM%"}};
 }
 
 Parameter TrimParameter() {
-  return {.name = "trim",
-          .shortName = "t",
-          .constraint = StringEnum({{"noTrim", "Skip the trim operation."},
-                                    {"metaDataOnly", "Only trim the metadata region in the disks."},
-                                    {"fullDisk", "Trim the full disks."}}),
-          .description =
-              "Specify a trim region for all disks in the diskgroup (default is "
-              "metaDataOnly). Allowed values are: %FULLENUM%"};
+  return {
+      .name = "trim",
+      .shortName = "t",
+      .constraint = StringEnum({{"noTrim", "Skip the trim operation."},
+                                {"metaDataOnly", "Only trim the metadata region in the disks."},
+                                {"fullDisk", "Trim the full disks."}}),
+      .description =
+          "Specify a trim region for all disks in the diskgroup (default is metaDataOnly). Allowed values are: %FULLENUM%"};
 }
 
 }  // namespace

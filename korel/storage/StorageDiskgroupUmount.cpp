@@ -1,5 +1,5 @@
 #include "korel/storage/Commands.h"
-#include "korel/storage/Common.h"
+#include "korel/storage/Targets.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -12,26 +12,23 @@ std::shared_ptr<InputSpec> StorageDiskgroupUmount::GetInputSpecInternal() {
       {{.name = "ssd",
         .shortName = "s",
         .description =
-            "Specify a disk group's fronting ssd to unmount the ssd and each backing hdd "
-            "from Korel usage.e.g.: mpx.dkhba2:C0:T1:L0"},
+            "Specify a disk group's fronting ssd to unmount the ssd and each backing hdd from Korel usage.e.g.: mpx.dkhba2:C0:T1:L0"},
        {.name = "disk",
         .shortName = "d",
         .description = "Specify the hdd to unmount from Korel usage.e.g.: mpx.dkhba0:C0:T1:L0"},
        {.name = "uuid",
         .shortName = "u",
-        .description = "Specify a Korel UUID of the disk or fronting ssd to unmount for use by "
-                       "Korel.e.g.: 5291022a-ad03-df90-dd0f-b9f980cc005e"},
+        .description =
+            "Specify a Korel UUID of the disk or fronting ssd to unmount for use by Korel.e.g.: 5291022a-ad03-df90-dd0f-b9f980cc005e"},
        {.name = "evacuation-mode",
         .shortName = "m",
         .constraint = StringEnum(
             {{"NoAction", "Do not move Korel data out of the disk before unmount it"},
              {"EnsureObjectAccessibility",
-              "Evacuate data from the disk to ensure object accessibility in the Korel cluster, "
-              "before unmount the disk"},
+              "Evacuate data from the disk to ensure object accessibility in the Korel cluster, before unmount the disk"},
              {"EvacuateAllData", "Evacuate all data from the disk before unmounting it"}}),
         .description =
-            "Specify an action to take upon unmounting the disk group from Korel (default "
-            "NoAction).\n%FULLENUM%Only valid with --ssd specified."}});
+            "Specify an action to take upon unmounting the disk group from Korel (default NoAction).\n%FULLENUM%Only valid with --ssd specified."}});
 }
 
 void StorageDiskgroupUmount::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

@@ -121,14 +121,15 @@ std::shared_ptr<MetaStruct> StorageList::GetOutputStructure() {
 }
 
 std::shared_ptr<InputSpec> StorageList::GetInputSpecInternal() {
-  return Inputs({{.name = "device",
-                  .shortName = "d",
-                  .description = "Filter the output of this command to only show a single device "
-                                 "with specified device name."},
-                 {.name = "uuid",
-                  .shortName = "u",
-                  .description = "Filter the output of this command to only show a single device "
-                                 "with specified uuid."}});
+  return Inputs(
+      {{.name = "device",
+        .shortName = "d",
+        .description =
+            "Filter the output of this command to only show a single device with specified device name."},
+       {.name = "uuid",
+        .shortName = "u",
+        .description =
+            "Filter the output of this command to only show a single device with specified uuid."}});
 }
 
 std::shared_ptr<OutputSpec> StorageList::GetOutputSpecInternal() {

@@ -1,6 +1,6 @@
 #include "korel/frame/EvacuationMode.h"
 #include "korel/storage/Commands.h"
-#include "korel/storage/Common.h"
+#include "korel/storage/Targets.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -14,8 +14,8 @@ std::shared_ptr<InputSpec> StorageRemove::GetInputSpecInternal() {
             "Specify individual hdd to remove from Korel usage.e.g.: mpx.dkhba2:C0:T1:L0"},
        {.name = "ssd",
         .shortName = "s",
-        .description = "Specify a disk group's fronting ssd to remove the ssd and each backing hdd "
-                       "from Korel usage.e.g.: mpx.dkhba2:C0:T1:L0"},
+        .description =
+            "Specify a disk group's fronting ssd to remove the ssd and each backing hdd from Korel usage.e.g.: mpx.dkhba2:C0:T1:L0"},
        {.name = "uuid",
         .shortName = "u",
         .description = "Specify UUID of Korel disk.e.g.: 52afa1de-4240-d5d6-17f9-8af1ec8509e5"},

@@ -12,9 +12,8 @@ std::shared_ptr<InputSpec> StoragePoolAdd::GetInputSpecInternal() {
         .shortName = "d",
         .type = ParameterType::StringList,
         .required = true,
-        .description = "Name of a disk to add to the storage pool. Expects an empty disk, "
-                       "which will be partitioned and formatted. Multiple disks can be "
-                       "provided using format -d disk1 -d disk2."}});
+        .description =
+            "Name of a disk to add to the storage pool. Expects an empty disk, which will be partitioned and formatted. Multiple disks can be provided using format -d disk1 -d disk2."}});
 }
 
 void StoragePoolAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

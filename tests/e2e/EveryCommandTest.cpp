@@ -11,9 +11,9 @@ namespace {
 
 using nlohmann::json;
 
-/// What to type for every command of the tree, by its path: in a lab with a cluster, a disk group,
-/// agents and a network, each of these does its work. CLUSTER, CACHE, DISK, FREE, FLASH and POOL
-/// stand for what that lab has.
+/// What to type for the commands that take words after their path, by that path: in a lab with a
+/// cluster, a disk group, agents and a network, each of these does its work. CLUSTER, CACHE, DISK,
+/// FREE, FLASH and POOL stand for what that lab has.
 std::map<std::string, std::string> PreparedLines() {
   std::map<std::string, std::string> lines;
   std::ifstream file(PREPARED_LINES);
@@ -161,16 +161,16 @@ void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) con
   const json tree = json::parse(Run("--describe korel").out);
   const auto leaves = Leaves(tree, "");
   const auto lines = PreparedLines();
-  EXPECT_EQ(leaves.size(), 58U);
+  ASSERT_FALSE(leaves.empty());
   for (const std::string& path : leaves) {
     SCOPED_TRACE(path);
-    ASSERT_TRUE(lines.contains(path));
-    const std::string line = "korel " + Replaced(lines.at(path), names);
+    const std::string line =
+        "korel " + (lines.contains(path) ? Replaced(lines.at(path), names) : path);
     GoBack();
     Called();
     const Ended ended = Run(line);
     // A result of another shape than declared would be status 4.
-    EXPECT_LE(ended.status, 1) << ended.err;
+    EXPECT_LE(ended.status, 1) << ended.err << "what it takes is said in " PREPARED_LINES;
     EXPECT_EQ(ended.status == 0, ended.err.empty()) << ended.err;
     CheckFailures(line, Called());
     CheckTried(line);

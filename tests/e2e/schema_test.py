@@ -79,6 +79,6 @@ with tempfile.TemporaryDirectory() as folder:
         validator = jsonschema.Draft7Validator(schema(tree[document["command"]]["output"]))
         for error in validator.iter_errors(document["result"]):
             faults.append(f"line {document['line']}, {document['command']}: {error.message}")
-    faults += [f"never ran: {path}" for path in sorted(unmet)]
+    faults += [f"no line of tests/e2e/every-command.batch runs it: {path}" for path in sorted(unmet)]
     print("\n".join(faults) or f"{len(tree)} commands answered as declared")
     sys.exit(1 if faults else 0)

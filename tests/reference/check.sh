@@ -7,7 +7,7 @@ cd "$(mktemp -d)"
 trap 'rm -rf "$PWD"' EXIT
 mkdir pages man
 autocli --reference markdown pages
-diff -u "$2/commands.md" pages/commands.md || { echo "make it anew: autocli --reference markdown docs"; exit 1; }
+diff -u "$2/commands.md" pages/commands.md || { echo "docs/commands.md is not what the program says: ./dev docs"; exit 1; }
 autocli --reference man man
 mandoc -Tlint man/*.1
 
@@ -25,6 +25,6 @@ for against in TERM=dumb TERM= "TERM=xterm NO_COLOR=1"; do
   seen "$against" && cmp seen <(COLUMNS=60 autocli help)
 done
 
-# The examples of the help page, run anew: each block holds a command and its output.
+# The examples of the help page, run again: each block holds a command and its output.
 awk '/^```/ { inside = !inside } !inside || /^```/
      inside && /^\$ / { print; fflush(); system(substr($0, 3)) }' "$2/help.md" | diff -u "$2/help.md" -

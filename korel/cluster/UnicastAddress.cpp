@@ -1,4 +1,4 @@
-#include "korel/cluster/Common.h"
+#include "korel/cluster/UnicastAddress.h"
 
 #include "platform/hostctl/Network.h"
 
@@ -10,14 +10,5 @@ bool IsIpAddress(const std::string& text) {
 }
 
 std::string InvalidAddress(const std::string& text) { return "Invalid IP address " + text; }
-
-std::string JoinWithCommas(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts) {
-    if (&text != &texts.front()) joined += ",";
-    joined += text;
-  }
-  return joined;
-}
 
 }  // namespace OstrelCli::KorelNamespace

@@ -1,4 +1,4 @@
-#include "korel/policy/Common.h"
+#include "korel/policy/PolicyClasses.h"
 
 #include "platform/hostctl/KorelUtil.h"
 

@@ -2,7 +2,6 @@
 
 #include "platform/autocli/Declare.h"
 
-/// What commands of "korel storage" share.
 namespace OstrelCli::KorelNamespace {
 
 /// How many of the options "disk", "ssd" and "uuid" were given.

@@ -1,4 +1,4 @@
-#include "korel/storage/Common.h"
+#include "korel/storage/Targets.h"
 
 namespace OstrelCli::KorelNamespace {
 

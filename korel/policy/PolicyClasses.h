@@ -4,7 +4,6 @@
 
 #include "platform/autocli/CallSpec.h"
 
-/// What commands of "korel policy" share.
 namespace OstrelCli::KorelNamespace {
 
 /// The names of the library's policy classes, in its order.
