@@ -45,11 +45,4 @@ void CallLog::Write(OperationName operation, const Json& arguments, const std::s
        Quoted(path_), ": ", ErrorText(reason));
 }
 
-LoggedCall ReadCall(const std::string& line) {
-  const Json json = Json::parse(line);
-  LoggedCall call{json["operation"], json["arguments"].dump(), std::nullopt};
-  if (json.contains("error")) call.error = json["error"];
-  return call;
-}
-
 }  // namespace lab

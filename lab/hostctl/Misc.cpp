@@ -4,8 +4,6 @@
 #include <cstdio>
 
 #include "lab/common/Text.h"
-#include "lab/hostctl/HandedOut.h"
-#include "lab/store/Store.h"
 
 namespace Tovrin::Misc {
 namespace {
@@ -37,14 +35,6 @@ std::string StrPrintf(const char* format, ...) {
   va_end(arguments);
   if (length < 0) lab::Fail("cannot render the format ", lab::Quoted(format));
   return text;
-}
-
-std::string HostPath(const std::string& path) {
-  try {
-    return lab::HandOutHostFile(path);
-  } catch (...) {
-    lab::ThrowActionable();
-  }
 }
 
 }  // namespace Tovrin::Misc

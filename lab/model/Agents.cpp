@@ -94,7 +94,8 @@ void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid
   Execute(store, "DELETE FROM agents WHERE host = ? AND cluster = ?", host.id, clusterUuid);
 }
 
-std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& clusterUuid) {
+std::vector<Agent> AgentsOf(Store& store, const Host& host, bool all,
+                            const std::string& clusterUuid) {
   Rows rows = SelectAgents(store, host, clusterUuid);
   std::vector<Agent> agents;
   while (rows.executeStep()) {
@@ -104,7 +105,17 @@ std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& c
                       rows.getColumn(4).getInt64(), rows.getColumn(5).getString(),
                       rows.getColumn(6).getString(), rows.getColumn(7).getString()});
   }
+  if (!all) std::erase_if(agents, [](const Agent& agent) { return !agent.supportsUnicast; });
   return agents;
+}
+
+std::vector<std::string> AgentEntries(Store& store, const Host& host,
+                                      const std::string& clusterUuid) {
+  std::vector<std::string> entries;
+  for (const Agent& agent : AgentsOf(store, host, true, clusterUuid)) {
+    entries.push_back(AgentEntry(agent));
+  }
+  return entries;
 }
 
 std::vector<std::string> WitnessAddresses(Store& store, const Host& host) {
@@ -113,9 +124,10 @@ std::vector<std::string> WitnessAddresses(Store& store, const Host& host) {
 }
 
 bool IsUnicast(Store& store, const Host& host, const std::string& clusterUuid) {
+  const Membership own = RequireMember(store, host, clusterUuid);
   Rows rows = Query(
       store, "SELECT min(supportsUnicast) FROM agents WHERE host = ? AND cluster = ? AND type = ?",
-      host.id, CanonicalUuid(clusterUuid), static_cast<int>(KorelUnicastAgentType::Node));
+      host.id, own.clusterUuid, static_cast<int>(KorelUnicastAgentType::Node));
   rows.executeStep();
   // Without a node agent there is no least one, and NULL reads as 0.
   return rows.getColumn(0).getInt() != 0;

@@ -130,6 +130,19 @@ std::optional<Membership> FirstMembership(Store& store, const Host& host) {
   return std::move(memberships.front());
 }
 
+std::vector<std::string> JoinedClusterUuids(Store& store, const Host& host) {
+  std::vector<std::string> uuids;
+  for (Membership& membership : ActiveMemberships(store, host)) {
+    uuids.push_back(std::move(membership.clusterUuid));
+  }
+  return uuids;
+}
+
+std::string FirstClusterUuid(Store& store, const Host& host) {
+  const auto first = FirstMembership(store, host);
+  return first ? first->clusterUuid : std::string(kZeroUuid);
+}
+
 Membership RequireMember(Store& store, const Host& host, const std::string& clusterUuid) {
   const std::string uuid = CanonicalUuid(clusterUuid);
   for (Membership& membership : ActiveMemberships(store, host)) {
@@ -162,9 +175,9 @@ void CreateCluster(Store& store, const Host& host, const std::string& uuid, bool
   AddDefaultDatastore(store, cluster, canonical);
 }
 
-void JoinCluster(Store& store, const Host& host, const std::string& uuid, KorelNodeType nodeType,
-                 const std::string& preferredFaultDomain) {
-  const std::string canonical = CanonicalUuid(uuid);
+void JoinCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid,
+                 KorelNodeType nodeType, const std::string& preferredFaultDomain) {
+  const std::string canonical = UuidText(uuid);
   const auto cluster = FindCluster(store, canonical);
   if (!cluster) Fail("there is no cluster ", canonical);
   if (cluster->isClient)
@@ -188,8 +201,8 @@ void JoinClientCluster(Store& store, const Host& host, const std::string& uuid) 
                    KorelNodeType::Normal, true);
 }
 
-void LeaveCluster(Store& store, const Host& host, const std::string& uuid) {
-  const std::string canonical = CanonicalUuid(uuid);
+void LeaveCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid) {
+  const std::string canonical = UuidText(uuid);
   const auto cluster = FindCluster(store, canonical);
   if (!cluster || !Exists(store, "SELECT 1 FROM memberships WHERE host = ? AND cluster = ?",
                           host.id, cluster->id)) {
@@ -216,7 +229,8 @@ void SuspendClusters(Store& store, const Host& host) {
   }
 }
 
-void RestoreClusters(Store& store, const Host& host) {
+void RestoreClusters(Store& store, const Host& host, bool boot, bool postboot) {
+  if (boot && postboot) Fail("a restore is for one stage of a boot at most");
   for (const Membership& membership : ActiveMemberships(store, host)) {
     if (!membership.isPersisted) {
       Depart(store, host, membership.clusterId, membership.clusterUuid);

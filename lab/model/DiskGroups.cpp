@@ -188,6 +188,13 @@ void CheckTrimCode(Store& store, int trimCode) {
   }
 }
 
+/// How a group is rebuilt.
+struct Rebuild {
+  const std::string& evacuationMode;
+  int trimCode;
+  bool force;
+};
+
 std::vector<std::string> RebuildNow(Store& store, const Host& host, const Group& group,
                                     const Rebuild& rebuild) {
   const Evacuation evacuation = EvacuationFrom(rebuild.evacuationMode);
@@ -301,15 +308,19 @@ void UnmountByUuid(Store& store, const Host& host, const std::string& uuid) {
 }
 
 std::vector<std::string> RebuildGroup(Store& store, const Host& host,
-                                      const std::string& cachingDevice, const Rebuild& rebuild) {
+                                      const std::string& cachingDevice,
+                                      const std::string& evacuationMode, int trimCode, bool force) {
   const Devices devices = DevicesOf(store, host);
-  return RebuildNow(store, host, GroupNamed(devices, FindByName(devices, cachingDevice)), rebuild);
+  return RebuildNow(store, host, GroupNamed(devices, FindByName(devices, cachingDevice)),
+                    {evacuationMode, trimCode, force});
 }
 
 std::vector<std::string> RebuildGroupByUuid(Store& store, const Host& host, const std::string& uuid,
-                                            const Rebuild& rebuild) {
+                                            const std::string& evacuationMode, int trimCode,
+                                            bool force) {
   const Devices devices = DevicesOf(store, host);
-  return RebuildNow(store, host, GroupNamed(devices, FindByUuid(devices, uuid)), rebuild);
+  return RebuildNow(store, host, GroupNamed(devices, FindByUuid(devices, uuid)),
+                    {evacuationMode, trimCode, force});
 }
 
 }  // namespace lab

@@ -161,6 +161,45 @@ void DeleteClaim(Store& store, const Device& device) {
   Execute(store, "DELETE FROM claims WHERE device = ?", device.id);
 }
 
+Tovrin::Korel::KorelDiskList ListedDisks(Store& store, const Host& host,
+                                         Tovrin::Korel::KorelDiskTypes types) {
+  Tovrin::Korel::KorelDiskList disks;
+  for (const Device& device : DevicesOf(store, host)) {
+    if (types == Tovrin::Korel::KorelDiskTypes::Claimed && !device.IsInGroup()) continue;
+    disks.push_back(
+        std::make_shared<Tovrin::Korel::KorelDiskLun>(CheckedUuid(device.uuid), device.name));
+  }
+  return disks;
+}
+
+std::vector<Tovrin::Korel::Uuid> ClaimedDisks(Store& store, const Host& host) {
+  std::vector<Tovrin::Korel::Uuid> uuids;
+  for (const Device& device : DevicesOf(store, host)) {
+    if (device.claim) uuids.push_back(CheckedUuid(device.uuid));
+  }
+  return uuids;
+}
+
+std::vector<std::string> UuidsAmong(const Tovrin::Korel::KorelDiskList& disks,
+                                    const std::string& deviceFilter,
+                                    const std::string& uuidFilter) {
+  const auto wanted = uuidFilter.empty() ? Tovrin::Korel::Uuid() : CheckedUuid(uuidFilter);
+  std::vector<std::string> uuids;
+  for (const auto& disk : disks) {
+    if (!deviceFilter.empty() && disk->GetName() != deviceFilter) continue;
+    if (!uuidFilter.empty() && disk->GetUuid() != wanted) continue;
+    uuids.push_back(UuidText(disk->GetUuid()));
+  }
+  return uuids;
+}
+
+std::string UuidOfNamed(const Tovrin::Korel::KorelDiskList& disks, const std::string& name) {
+  for (const auto& disk : disks) {
+    if (disk->GetName() == name) return UuidText(disk->GetUuid());
+  }
+  Fail("the host has no device ", Quoted(name));
+}
+
 void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel::Uuid& disk) {
   if (std::none_of(disks.begin(), disks.end(),
                    [&](const auto& lun) { return lun->GetUuid() == disk; })) {
@@ -168,7 +207,11 @@ void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel:
   }
 }
 
-Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host, const std::string& uuid) {
+Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host,
+                                      const Tovrin::Korel::Uuid& disk,
+                                      const Tovrin::Korel::KorelDiskList& disks) {
+  CheckListed(disks, disk);
+  const std::string uuid = UuidText(disk);
   const Devices devices = DeviceAndItsGroup(store, host, uuid);
   const Device& device = FindByUuid(devices, uuid);
   Tovrin::Korel::KorelDiskInfo info;

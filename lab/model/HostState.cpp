@@ -34,6 +34,17 @@ void Reboot(Store& store, const Host& host) {
   Set(store, host, "isInMaintenance", 0);
 }
 
+std::shared_ptr<Tovrin::Korel::KorelClusterInfo> ClusterInfo(Store& store, const Host& host,
+                                                             bool isDetailed) {
+  auto info = std::make_shared<Tovrin::Korel::KorelClusterInfo>();
+  info->enabled = IsEnabled(store, host);
+  if (isDetailed) {
+    info->nodeUuid = host.nodeUuid;
+    info->maintenanceState = MaintenanceState(store, host);
+  }
+  return info;
+}
+
 bool IsKorelMax(Store& store, const Host& host) { return Ask(store, host, "isKorelMax") != 0; }
 
 void SetKorelMax(Store& store, const Host& host, bool isEnabled) {

@@ -108,6 +108,12 @@ int RunTraceScript(Store& store, const Host& host, const std::string& argument) 
   return 0;
 }
 
+int RunHostProgram(Store& store, const Host& host, const std::string& path,
+                   const std::string& arguments) {
+  constexpr int kCannotBeRun = -1;
+  return path == kTraceDaemon ? RunTraceScript(store, host, arguments) : kCannotBeRun;
+}
+
 void StartTraceDaemon(Store& store, const Host& host) {
   if (RunTraceScript(store, host, "start") == 0) return;
   Fail("the trace daemon cannot start: ", host.name, " has no ", kTraceConfigFile,

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include "lab/common/Text.h"
 #include "lab/memory/Copies.h"
@@ -58,6 +59,14 @@ std::vector<std::string> LinesOfFile(const std::string& path) {
   std::vector<std::string> lines;
   for (std::string line; std::getline(file, line);) lines.push_back(line);
   return lines;
+}
+
+/// Reads one line of the call log.
+LoggedCall ReadCall(const std::string& line) {
+  const auto json = nlohmann::ordered_json::parse(line);
+  LoggedCall call{json["operation"], json["arguments"].dump(), std::nullopt};
+  if (json.contains("error")) call.error = json["error"];
+  return call;
 }
 
 /// What has changed in the lab of that file since that entry of its memory.

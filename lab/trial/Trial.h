@@ -1,12 +1,19 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "lab/hostctl/CallLog.h"
 #include "lab/memory/Words.h"
 
 namespace lab {
+
+/// One host control operation, as the call log has it.
+struct LoggedCall {
+  std::string operation;
+  std::string arguments;  ///< a JSON array
+  std::optional<std::string> error;
+};
 
 /// What came of a command that was tried.
 struct Trial {

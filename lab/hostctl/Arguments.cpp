@@ -1,4 +1,4 @@
-#include "lab/hostctl/Records.h"
+#include "lab/hostctl/Arguments.h"
 
 #include "lab/common/Uuids.h"
 
