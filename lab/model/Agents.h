@@ -23,7 +23,9 @@ void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid
 /// only with `all`.
 std::vector<Agent> AgentsOf(Store& store, const Host& host, bool all,
                             const std::string& clusterUuid);
-/// All of them as lines of text, each as AgentEntry makes it.
+/// Of all hosts, as they stand in the lab, whatever that is.
+std::vector<Agent> AllAgents(Store& store);
+/// Those of the cluster, or all, as lines of text, each as AgentEntry makes it.
 std::vector<std::string> AgentEntries(Store& store, const Host& host,
                                       const std::string& clusterUuid);
 /// The addresses of the host's witness agents, in the order of adding.

@@ -113,7 +113,7 @@ void Release(Store& store, const Host& host, const Devices& devices, const Devic
 }
 
 void SetMounted(Store& store, const Device& device, bool isMounted) {
-  Execute(store, "UPDATE claims SET isMounted = ? WHERE device = ?", isMounted ? 1 : 0, device.id);
+  Execute(store, "UPDATE claims SET isMounted = ? WHERE device = ?", isMounted, device.id);
 }
 
 /// Takes the unhealthy disks out of `disks`, those of the group that are to be worked on, and

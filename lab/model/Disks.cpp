@@ -35,24 +35,24 @@ bool IsAllFlash(const Devices& devices, std::int64_t cachingDevice) {
   });
 }
 
-Device ReadDevice(Rows& rows) {
-  Device device{.id = rows.getColumn(0).getInt64(),
-                .name = rows.getColumn(1).getString(),
-                .uuid = rows.getColumn(2).getString(),
-                .isFlash = rows.getColumn(3).getInt() != 0,
-                .isCapacityFlash = rows.getColumn(4).getInt() != 0,
-                .isKorelDirect = rows.getColumn(5).getInt() != 0,
-                .isHealthy = rows.getColumn(6).getInt() != 0,
-                .sizeGb = rows.getColumn(7).getInt64(),
-                .vendor = rows.getColumn(8).getString(),
-                .model = rows.getColumn(9).getString(),
+Device ReadDevice(const Row& row) {
+  Device device{.id = row.Number(0),
+                .name = row.Text(1),
+                .uuid = row.Text(2),
+                .isFlash = row.Flag(3),
+                .isCapacityFlash = row.Flag(4),
+                .isKorelDirect = row.Flag(5),
+                .isHealthy = row.Flag(6),
+                .sizeGb = row.Number(7),
+                .vendor = row.Text(8),
+                .model = row.Text(9),
                 .claim = std::nullopt};
-  if (!rows.isColumnNull(11)) {
-    device.claim = Claim{.cachingDevice = rows.getColumn(10).getInt64(),
-                         .formatVersion = rows.getColumn(11).getInt(),
-                         .claimedAt = rows.getColumn(12).getString(),
-                         .isMounted = rows.getColumn(13).getInt() != 0,
-                         .usedGb = rows.getColumn(14).getInt64()};
+  if (!row.IsNull(11)) {
+    device.claim = Claim{.cachingDevice = row.Number(10),
+                         .formatVersion = static_cast<int>(row.Number(11)),
+                         .claimedAt = row.Text(12),
+                         .isMounted = row.Flag(13),
+                         .usedGb = row.Number(14)};
   }
   return device;
 }
@@ -65,8 +65,7 @@ Devices DevicesWhere(Store& store, const std::string& condition, const Values&..
       "FROM devices d LEFT JOIN claims c ON c.device = d.id WHERE " +
       condition + " ORDER BY d.id";
   Devices devices;
-  Rows rows = Query(store, sql.c_str(), values...);
-  while (rows.executeStep()) devices.push_back(ReadDevice(rows));
+  for (const Row& row : Query(store, sql.c_str(), values...)) devices.push_back(ReadDevice(row));
   return devices;
 }
 
@@ -249,7 +248,7 @@ void RemoveTag(Store& store, const Host& host, const std::string& device, DiskTa
 }
 
 void SetHealth(Store& store, const Host& host, const std::string& device, bool isHealthy) {
-  Execute(store, "UPDATE devices SET isHealthy = ? WHERE id = ?", isHealthy ? 1 : 0,
+  Execute(store, "UPDATE devices SET isHealthy = ? WHERE id = ?", isHealthy,
           FindByName(DevicesOf(store, host), device).id);
 }
 

@@ -27,11 +27,9 @@ void AddFault(Store& store, const Fault& fault) {
 
 std::vector<Fault> AllFaults(Store& store) {
   std::vector<Fault> faults;
-  Rows rows = Query(store, "SELECT operation, message, remaining FROM faults ORDER BY operation");
-  while (rows.executeStep()) {
-    Fault fault{rows.getColumn(0).getString(), rows.getColumn(1).getString(), std::nullopt};
-    if (!rows.isColumnNull(2)) fault.remaining = rows.getColumn(2).getInt64();
-    faults.push_back(std::move(fault));
+  for (const Row& row :
+       Query(store, "SELECT operation, message, remaining FROM faults ORDER BY operation")) {
+    faults.push_back({row.Text(0), row.Text(1), row.OptionalNumber(2)});
   }
   return faults;
 }

@@ -12,9 +12,9 @@ namespace {
 
 std::int64_t Ask(Store& store, const Host& host, const std::string& column) {
   const std::string sql = "SELECT " + column + " FROM hosts WHERE id = ?";
-  Rows rows = Query(store, sql.c_str(), host.id);
-  rows.executeStep();
-  return rows.getColumn(0).getInt64();
+  Query row(store, sql.c_str(), host.id);
+  row.Next();
+  return row.Number(0);
 }
 
 void Set(Store& store, const Host& host, const std::string& column, std::int64_t value) {
@@ -55,7 +55,7 @@ void SetKorelMax(Store& store, const Host& host, bool isEnabled) {
                           host.id)) {
     Fail("the host has disk groups; they must be removed before it can be a Korel Max host");
   }
-  Set(store, host, "isKorelMax", isEnabled ? 1 : 0);
+  Set(store, host, "isKorelMax", isEnabled);
 }
 
 std::string MaintenanceState(Store& store, const Host& host) {

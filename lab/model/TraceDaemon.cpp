@@ -128,17 +128,13 @@ void SetTraceAnswers(Store& store, const Host& host, const TraceAnswers& answers
 }
 
 TraceAnswers TraceAnswersOf(Store& store, const Host& host) {
-  TraceAnswers answers;
-  Rows rows =
-      Query(store, "SELECT daemonStatus, daemonRestartStatus FROM hosts WHERE id = ?", host.id);
-  rows.executeStep();
-  if (!rows.isColumnNull(0)) answers.status = rows.getColumn(0).getInt();
-  if (!rows.isColumnNull(1)) answers.restart = rows.getColumn(1).getInt();
-  return answers;
+  Query row(store, "SELECT daemonStatus, daemonRestartStatus FROM hosts WHERE id = ?", host.id);
+  row.Next();
+  return {row.OptionalNumber(0), row.OptionalNumber(1)};
 }
 
 void SetTraceDaemonRunning(Store& store, const Host& host, bool isRunning) {
-  Execute(store, "UPDATE hosts SET isDaemonRunning = ? WHERE id = ?", isRunning ? 1 : 0, host.id);
+  Execute(store, "UPDATE hosts SET isDaemonRunning = ? WHERE id = ?", isRunning, host.id);
 }
 
 std::string NewestLogLines(const std::string& log) {
