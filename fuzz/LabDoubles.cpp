@@ -1,5 +1,5 @@
 #include "fuzz/Support.h"
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/memory/Copies.h"
 #include "lab/trial/Trial.h"
 

@@ -1,5 +1,5 @@
+#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
 #include "lab/memory/Copies.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"

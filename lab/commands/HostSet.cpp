@@ -1,5 +1,5 @@
+#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Lab.h"
 

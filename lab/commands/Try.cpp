@@ -1,6 +1,6 @@
+#include "lab/base/Text.h"
 #include "lab/commands/ChangeList.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
 #include "lab/trial/Trial.h"
 
 namespace lab {

@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/hostctl/Arguments.h"
 #include "lab/hostctl/CallLog.h"
 #include "lab/hostctl/HandedOut.h"

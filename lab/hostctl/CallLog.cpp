@@ -7,7 +7,7 @@
 #include <csignal>
 #include <nlohmann/json.hpp>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 
 namespace lab {

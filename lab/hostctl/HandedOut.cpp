@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "lab/common/CommandLine.h"
-#include "lab/common/Text.h"
+#include "lab/base/CommandLine.h"
+#include "lab/base/Text.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 #include "platform/hostctl/Misc.h"

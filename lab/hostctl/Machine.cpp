@@ -3,7 +3,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "lab/common/Uuids.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/hostctl/Call.h"
 #include "platform/base/Uuid.h"
 #include "platform/hostctl/KorelUtil.h"

@@ -13,7 +13,7 @@
 #include <optional>
 #include <stdexcept>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Check.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"

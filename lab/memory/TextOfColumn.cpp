@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/AgentRecord.h"
 #include "lab/model/Clusters.h"
 #include "lab/store/Query.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 

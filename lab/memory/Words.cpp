@@ -5,7 +5,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/memory/TextOfColumn.h"
 #include "lab/memory/TimeOfChange.h"
 

@@ -2,8 +2,8 @@
 
 #include <map>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 
 namespace lab {
 namespace {

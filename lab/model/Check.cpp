@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <functional>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Agents.h"
 #include "lab/model/CheckRules.h"
 #include "lab/model/Faults.h"

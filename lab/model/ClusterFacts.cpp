@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/store/Query.h"
 

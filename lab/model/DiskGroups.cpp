@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Evacuation.h"
 #include "lab/model/Features.h"

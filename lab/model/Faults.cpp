@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Operations.h"
 #include "lab/store/Query.h"
 

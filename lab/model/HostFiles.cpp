@@ -1,6 +1,6 @@
 #include "lab/model/HostFiles.h"
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 
 namespace lab {

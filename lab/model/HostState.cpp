@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/NetworkConfig.h"
 #include "lab/store/Query.h"

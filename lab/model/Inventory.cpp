@@ -5,7 +5,7 @@
 #include <set>
 #include <system_error>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/InventoryJson.h"
 
 namespace lab {

@@ -1,7 +1,7 @@
 #include "lab/model/NetworkConfig.h"
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/store/Query.h"
 
 namespace lab {

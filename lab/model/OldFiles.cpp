@@ -8,8 +8,8 @@
 #include <memory>
 #include <string_view>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
 

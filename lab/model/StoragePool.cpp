@@ -1,7 +1,7 @@
 #include "lab/model/StoragePool.h"
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Evacuation.h"

@@ -1,6 +1,6 @@
 #include "lab/model/TraceDaemon.h"
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/HostFiles.h"
 #include "lab/store/Query.h"
 

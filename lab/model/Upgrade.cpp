@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/OldFiles.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"

@@ -2,7 +2,7 @@
 
 #include <SQLiteCpp/Database.h>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 #include "lab/store/Session.h"

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string_view>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 #include "lab/store/Session.h"

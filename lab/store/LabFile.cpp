@@ -12,7 +12,7 @@
 #include <system_error>
 #include <utility>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 
 namespace lab {
 namespace {

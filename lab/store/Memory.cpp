@@ -5,8 +5,8 @@
 
 #include <ctime>
 
-#include "lab/common/CommandLine.h"
-#include "lab/common/Text.h"
+#include "lab/base/CommandLine.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 

@@ -3,7 +3,7 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/OldSchema.h"
 #include "lab/store/Query.h"

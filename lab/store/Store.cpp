@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/Memory.h"
 #include "lab/store/Patience.h"

@@ -8,7 +8,7 @@
 #include <csignal>
 #include <ctime>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Patience.h"
 
 namespace lab {

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/memory/Copies.h"
 #include "lab/model/Lab.h"
 #include "lab/store/LabFile.h"

@@ -1,8 +1,11 @@
-#include "lab/common/Uuids.h"
+#include "lab/conversions/Uuids.h"
 
 #include <cstdint>
+#include <cstring>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
+#include "platform/base/Uuid.h"
+#include "platform/hostctl/KorelUtil.h"
 
 namespace lab {
 namespace {
@@ -85,3 +88,26 @@ std::string DerivedUuid(std::string_view seed) {
 }
 
 }  // namespace lab
+
+namespace HskCtl::Korel {
+
+Tovrin::Korel::Uuid KorelUtil::StringToKorelUuid(const std::string& text) {
+  return lab::CheckedUuid(text);
+}
+
+std::string KorelUtil::KorelUuidToString(const Uuid& uuid) { return lab::UuidText(uuid); }
+
+}  // namespace HskCtl::Korel
+
+char* UUID_PackText(const char* text, char* buffer, std::size_t size) {
+  std::string packed;
+  for (const char* c = text; *c != '\0'; ++c) {
+    if (*c == '-') continue;
+    if (packed.size() == lab::kTextLength) return nullptr;
+    if (lab::IsHyphenPlace(packed.size())) packed += '-';
+    packed += *c;
+  }
+  const auto uuid = lab::ParseUuid(packed);
+  if (!uuid || size <= packed.size()) return nullptr;
+  return std::strcpy(buffer, lab::UuidText(*uuid).c_str());
+}

@@ -1,4 +1,4 @@
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,7 @@
-#include "platform/hostctl/Network.h"
-
 #include <arpa/inet.h>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
+#include "platform/hostctl/Network.h"
 
 namespace Tovrin::Network {
 namespace {
