@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "lab/commands/Common.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/memory/Words.h"
 
 namespace lab {

@@ -1,4 +1,5 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Faults.h"
 #include "lab/model/Lab.h"
 
@@ -11,22 +12,18 @@ std::shared_ptr<MetaStruct> Shape() {
                                 {"Calls Left", MetaType::Int}});
 }
 
-}  // namespace
+class LabFaultList final : public LabCommand {
+ public:
+  LabFaultList() {
+    SetDescription(
+        "List the operations that are made to fail. Without \"Calls Left\" all calls fail.");
+    Show(*this, *Shape(), "simple", "%Operation%");
+  }
 
-LabFaultList::LabFaultList() {
-  SetDescription(
-      "List the operations that are made to fail. Without \"Calls Left\" all calls fail.");
-  Show(*this, *Shape(), "simple", "%Operation%");
-}
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
 
-std::shared_ptr<InputSpec> LabFaultList::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabFaultList::GetOutputSpecInternal() {
-  return Answers(ListOf(Shape()));
-}
-
-void LabFaultList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
     for (const Fault& fault : ReadLab(AllFaults)) {
       auto record = Shape();
@@ -36,7 +33,11 @@ void LabFaultList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
       list->Add(record);
     }
     output->SetRootObject(list);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFaultList() { return std::make_shared<LabFaultList>(); }
 
 }  // namespace lab

@@ -1,5 +1,6 @@
 #include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Faults.h"
 #include "lab/model/Features.h"
@@ -55,19 +56,23 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
   return record;
 }
 
+class LabShow final : public LabCommand {
+ public:
+  LabShow() {
+    SetDescription("Show the lab: its file, the host that commands act on, and what it holds.");
+    Show(*this, *Shape(), "simple");
+  }
+
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(Shape()); }
+
+  void Run(const InputPtr&, const OutputPtr& output) override {
+    output->SetRootObject(ReadLab(Describe));
+  }
+};
+
 }  // namespace
 
-LabShow::LabShow() {
-  SetDescription("Show the lab: its file, the host that commands act on, and what it holds.");
-  Show(*this, *Shape(), "simple");
-}
-
-std::shared_ptr<InputSpec> LabShow::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabShow::GetOutputSpecInternal() { return Answers(Shape()); }
-
-void LabShow::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] { output->SetRootObject(ReadLab(Describe)); });
-}
+CommandPtr NewShow() { return std::make_shared<LabShow>(); }
 
 }  // namespace lab
