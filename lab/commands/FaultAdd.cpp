@@ -1,6 +1,6 @@
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
-#include "lab/model/Faults.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
@@ -34,9 +34,10 @@ class LabFaultAdd final : public LabCommand {
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {
-    Fault fault{input->GetParameter("operation"), input->GetParameter("message"), std::nullopt};
-    if (input->HasParameter("count")) fault.remaining = input->GetParameterInt("count");
-    ChangeLab([&](Store& store) { AddFault(store, fault); });
+    InjectedFailure failure{input->GetParameter("operation"), input->GetParameter("message"),
+                            std::nullopt};
+    if (input->HasParameter("count")) failure.remaining = input->GetParameterInt("count");
+    ChangeLab([&](Store& store) { AddInjectedFailure(store, failure); });
     Succeed(output);
   }
 };

@@ -1,6 +1,6 @@
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
-#include "lab/model/Faults.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
@@ -12,7 +12,7 @@ class LabFaultClear final : public LabCommand {
 
  private:
   void Run(const InputPtr&, const OutputPtr& output) override {
-    ChangeLab(ClearFaults);
+    ChangeLab(ClearInjectedFailures);
     Succeed(output);
   }
 };

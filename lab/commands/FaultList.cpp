@@ -1,6 +1,6 @@
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
-#include "lab/model/Faults.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
@@ -25,11 +25,11 @@ class LabFaultList final : public LabCommand {
 
   void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
-    for (const Fault& fault : ReadLab(AllFaults)) {
+    for (const InjectedFailure& failure : ReadLab(AllInjectedFailures)) {
       auto record = Shape();
-      record->SetField("Operation", fault.operation);
-      record->SetField("Message", fault.message);
-      record->SetField("Calls Left", MetaInt::New(fault.remaining));
+      record->SetField("Operation", failure.operation);
+      record->SetField("Message", failure.message);
+      record->SetField("Calls Left", MetaInt::New(failure.remaining));
       list->Add(record);
     }
     output->SetRootObject(list);

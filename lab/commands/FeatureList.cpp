@@ -22,7 +22,7 @@ class LabFeatureList final : public LabCommand {
 
   void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
-    for (const Feature& feature : ReadLab(AllFeatures)) {
+    for (const FeatureSwitch& feature : ReadLab(AllFeatures)) {
       auto record = Shape();
       record->SetField("Name", feature.name);
       record->SetField("Enabled", feature.isEnabled);

@@ -2,8 +2,8 @@
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
 #include "lab/model/Clusters.h"
-#include "lab/model/Faults.h"
 #include "lab/model/Features.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 
@@ -48,11 +48,12 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
   record->SetField("Daemon Restart Status", MetaInt::New(answers.restart));
   record->SetField("Hosts", Described(AllHosts(store), [](const Host& each) { return each.name; }));
   record->SetField("Clusters", Described(AllClusters(store), DescribeCluster));
-  record->SetField("Features Off", Described(AllFeatures(store), [](const Feature& feature) {
+  record->SetField("Features Off", Described(AllFeatures(store), [](const FeatureSwitch& feature) {
                      return feature.isEnabled ? std::string() : feature.name;
                    }));
   record->SetField("Faults",
-                   Described(AllFaults(store), [](const Fault& fault) { return fault.operation; }));
+                   Described(AllInjectedFailures(store),
+                             [](const InjectedFailure& failure) { return failure.operation; }));
   return record;
 }
 

@@ -15,7 +15,7 @@
 namespace lab {
 
 /// What `lab fault add` makes an operation throw.
-class InjectedFailure : public Tovrin::Lib::Korel::KorelCtlException {
+class FailedOnPurpose : public Tovrin::Lib::Korel::KorelCtlException {
  public:
   using KorelCtlException::KorelCtlException;
 };
@@ -54,8 +54,8 @@ decltype(auto) Perform(const Function& function, Store& store, const Host& host,
 /// log and its injected failure. Every exception leaves as a KorelCtlException. `arguments` are the
 /// operation's: UUIDs stand as text, enums as numbers, records as objects, out-parameters are left
 /// out.
-template <typename... Logged, typename Function, typename... Given>
-auto Call(OperationName operation, const Arguments<Logged...>& arguments, const Function& function,
+template <typename... Values, typename Function, typename... Given>
+auto Call(OperationName operation, const Arguments<Values...>& arguments, const Function& function,
           const Given&... given) {
   using Result =
       decltype(Perform(function, std::declval<Store&>(), std::declval<const Host&>(), given...));

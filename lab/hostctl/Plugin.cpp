@@ -16,7 +16,7 @@ class LabKorelPlugin final : public KorelPlugin {
     try {
       lab::Call("GetKorelInfo", [] {});
       return std::make_unique<lab::LabKorelInfo>();
-    } catch (const lab::InjectedFailure&) {
+    } catch (const lab::FailedOnPurpose&) {
       return nullptr;
     }
   }

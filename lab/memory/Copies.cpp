@@ -158,7 +158,7 @@ void LoadLab(const std::string& path) {
   });
 }
 
-std::vector<Change> DifferenceFrom(const std::string& path) {
+std::vector<FieldChange> DifferenceFrom(const std::string& path) {
   return WithOther(Access::Read, path, [](LabTransaction& transaction, const Attached& other) {
     return InWords(transaction.GetStore(), other.Difference());
   });

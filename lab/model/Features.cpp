@@ -15,8 +15,8 @@ void ResetFeatures(Store& store) {
   }
 }
 
-std::vector<Feature> AllFeatures(Store& store) {
-  std::vector<Feature> features;
+std::vector<FeatureSwitch> AllFeatures(Store& store) {
+  std::vector<FeatureSwitch> features;
   for (const Row& row : Query(store, "SELECT name, isEnabled FROM features ORDER BY name")) {
     features.push_back({row.Text(0), row.Flag(1)});
   }

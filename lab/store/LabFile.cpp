@@ -68,14 +68,14 @@ bool HasForeignJournal(const std::string& path) {
          std::string_view(end.data(), end.size()) == kJournalMagic;
 }
 
-bool Exists(const std::string& path) {
+bool IsThere(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0;
 }
 
 std::string NameAside(const std::string& path) {
   std::string name = path + ".old";
-  for (int number = 2; Exists(name); ++number) name = path + ".old." + std::to_string(number);
+  for (int number = 2; IsThere(name); ++number) name = path + ".old." + std::to_string(number);
   return name;
 }
 
@@ -169,14 +169,14 @@ bool IsSameFile(const std::string& path, const std::string& other) {
          one.st_dev == two.st_dev && one.st_ino == two.st_ino;
 }
 
-void FailNoFile(const std::string& path) {
+void FailNotFile(const std::string& path) {
   Fail("the lab ", Quoted(path), " is not a file; set KOREL_LAB to the path of one");
 }
 
 bool HoldsLab(const File& file, const std::string& path) {
   struct stat status {};
   if (fstat(file.Get(), &status) != 0) Fail("cannot read ", Quoted(path), ": ", ErrorText(errno));
-  if (!S_ISREG(status.st_mode)) FailNoFile(path);
+  if (!S_ISREG(status.st_mode)) FailNotFile(path);
   if (HasForeignJournal(path)) {
     throw UnusableLab(path, "the journal of " + Quoted(path) + " is of another program");
   }

@@ -52,7 +52,7 @@ File OpenFile(const std::string& path, int flags);
 bool IsSameFile(const std::string& path, const std::string& other);
 
 /// Throws KorelCtlException: the path names a folder, a pipe or the like.
-[[noreturn]] void FailNoFile(const std::string& path);
+[[noreturn]] void FailNotFile(const std::string& path);
 
 /// Looks at a file before SQLite touches it, since opening a foreign database may change it.
 /// True when there is a lab, of whatever version; false when the file is empty, or is empty again

@@ -89,7 +89,7 @@ Turnstile::Turnstile(const std::string& path) : path_(path) {
   file_ = OpenFile(path, MayChange() ? O_RDWR | O_CREAT : O_RDONLY);
   isWritable_ = file_.IsOpen() && MayChange();
   if (!file_.IsOpen() && (errno == EACCES || errno == EROFS)) file_ = OpenFile(path, O_RDONLY);
-  if (!file_.IsOpen() && errno == EISDIR) FailNoFile(path);
+  if (!file_.IsOpen() && errno == EISDIR) FailNotFile(path);
   if (!file_.IsOpen()) Fail("cannot open the lab ", Quoted(path), ": ", ErrorText(errno));
 }
 

@@ -70,7 +70,7 @@ LoggedCall ReadCall(const std::string& line) {
 }
 
 /// What has changed in the lab of that file since that entry of its memory.
-std::vector<Change> ChangesSince(const std::string& path, std::int64_t entry) {
+std::vector<FieldChange> ChangesSince(const std::string& path, std::int64_t entry) {
   Store store(path);
   const Transaction transaction(store, Access::Read);
   std::vector<Changeset> changes;

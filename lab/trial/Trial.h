@@ -17,11 +17,11 @@ struct LoggedCall {
 
 /// What came of a command that was tried.
 struct Trial {
-  int status = -1;                  ///< its exit status
-  std::vector<std::string> output;  ///< its standard output, line by line
-  std::vector<std::string> errors;  ///< its standard error, line by line
-  std::vector<LoggedCall> calls;    ///< the host control operations, in their order
-  std::vector<Change> changes;      ///< of the lab
+  int status = -1;                   ///< its exit status
+  std::vector<std::string> output;   ///< its standard output, line by line
+  std::vector<std::string> errors;   ///< its standard error, line by line
+  std::vector<LoggedCall> calls;     ///< the host control operations, in their order
+  std::vector<FieldChange> changes;  ///< of the lab
 };
 
 /// Runs `autocli WORDS...` in a process of its own, on a copy of the lab and of its hosts' files

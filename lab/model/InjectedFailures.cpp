@@ -1,4 +1,4 @@
-#include "lab/model/Faults.h"
+#include "lab/model/InjectedFailures.h"
 
 #include <algorithm>
 
@@ -14,33 +14,33 @@ void CheckOperation(const std::string& name) {
        DidYouMean(name, {kOperations.begin(), kOperations.end()}));
 }
 
-void AddFault(Store& store, const Fault& fault) {
-  CheckOperation(fault.operation);
-  if (fault.remaining && *fault.remaining < 1) Fail("the count of a fault must be at least 1");
-  Execute(store, "INSERT OR REPLACE INTO faults VALUES (?, ?, NULL)", fault.operation,
-          fault.message);
-  if (fault.remaining) {
-    Execute(store, "UPDATE faults SET remaining = ? WHERE operation = ?", *fault.remaining,
-            fault.operation);
+void AddInjectedFailure(Store& store, const InjectedFailure& failure) {
+  CheckOperation(failure.operation);
+  if (failure.remaining && *failure.remaining < 1) Fail("the count of a fault must be at least 1");
+  Execute(store, "INSERT OR REPLACE INTO faults VALUES (?, ?, NULL)", failure.operation,
+          failure.message);
+  if (failure.remaining) {
+    Execute(store, "UPDATE faults SET remaining = ? WHERE operation = ?", *failure.remaining,
+            failure.operation);
   }
 }
 
-std::vector<Fault> AllFaults(Store& store) {
-  std::vector<Fault> faults;
+std::vector<InjectedFailure> AllInjectedFailures(Store& store) {
+  std::vector<InjectedFailure> failures;
   for (const Row& row :
        Query(store, "SELECT operation, message, remaining FROM faults ORDER BY operation")) {
-    faults.push_back({row.Text(0), row.Text(1), row.OptionalNumber(2)});
+    failures.push_back({row.Text(0), row.Text(1), row.OptionalNumber(2)});
   }
-  return faults;
+  return failures;
 }
 
-void ClearFaults(Store& store) { Execute(store, "DELETE FROM faults"); }
+void ClearInjectedFailures(Store& store) { Execute(store, "DELETE FROM faults"); }
 
-bool HasFault(Store& store, std::string_view operation) {
+bool HasInjectedFailure(Store& store, std::string_view operation) {
   return Exists(store, "SELECT 1 FROM faults WHERE operation = ?", std::string(operation));
 }
 
-std::optional<std::string> TakeFault(Store& store, std::string_view operation) {
+std::optional<std::string> TakeInjectedFailure(Store& store, std::string_view operation) {
   const std::string name(operation);
   const auto messages = Texts(store, "SELECT message FROM faults WHERE operation = ?", name);
   if (messages.empty()) return std::nullopt;
