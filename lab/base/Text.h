@@ -24,6 +24,15 @@ std::string Quoted(std::string_view text);
 /// The texts with `separator` between them.
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
 
+/// Of ASCII's.
+bool IsLetterOrDigit(char c);
+/// A capital letter of ASCII as a small one; any other character as it is.
+char LowerCase(char c);
+/// The value of a hexadecimal digit in either case; -1 for any other character.
+int HexDigit(char c);
+/// The text with each byte that `isKept` is false for as "%3B".
+std::string PercentEncoded(std::string_view text, bool (*isKept)(char));
+
 /// The number of bytes of the UTF-8 character that `text` begins with; 0 when it begins with none.
 std::size_t Utf8CharacterSize(std::string_view text);
 

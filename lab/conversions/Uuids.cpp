@@ -16,13 +16,6 @@ constexpr std::size_t kTextLength = 36;
 
 bool IsHyphenPlace(std::size_t i) { return i == 8 || i == 13 || i == 18 || i == 23; }
 
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 /// FNV-1a, its bits mixed at the end: texts that differ in one character give unlike numbers.
 std::uint64_t Hash(std::string_view text, std::uint64_t start) {
   std::uint64_t hash = start;

@@ -3,8 +3,8 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
+#include "lab/base/File.h"
 #include "lab/model/Operations.h"
-#include "lab/store/LabFile.h"
 
 namespace lab {
 

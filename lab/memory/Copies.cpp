@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -124,14 +123,7 @@ void WriteFile(const std::string& path, const std::string& bytes, bool force) {
 
 std::string ReadSmallFile(const std::string& path) {
   CheckIsNotLab(path);
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  std::string content(kMostFileBytes + 1, '\0');
-  if (!file || (!file.read(content.data(), kMostFileBytes + 1) && file.bad())) {
-    Fail("cannot read ", Quoted(path), ": ", ErrorText(errno == 0 ? EIO : errno));
-  }
-  content.resize(static_cast<std::size_t>(file.gcount()));
-  return content;
+  return ReadUpTo(kMostFileBytes + 1, path);
 }
 
 void CopyLab(Store& store, int file) {

@@ -10,23 +10,16 @@
 namespace lab {
 namespace {
 
-/// As it stands in the name of a file by which SQLite opens it.
-std::string Encoded(const std::string& path) {
-  std::string encoded;
-  for (const char c : path) {
-    if (c == '%' || c == '?' || c == '#') {
-      encoded += Tovrin::Misc::StrPrintf("%%%02X", static_cast<unsigned>(c));
-    } else {
-      encoded += c;
-    }
-  }
-  return encoded;
+/// The name of a file by which SQLite opens it, for reading alone.
+std::string ReadOnly(const std::string& path) {
+  const auto isKept = [](char c) { return c != '%' && c != '?' && c != '#'; };
+  return "file:" + PercentEncoded(path, isKept) + "?mode=ro";
 }
 
 }  // namespace
 
 Attached::Attached(Store& store, const std::string& path) : store_(store) {
-  Execute(store_, "ATTACH ? AS other", "file:" + Encoded(path) + "?mode=ro");
+  Execute(store_, "ATTACH ? AS other", ReadOnly(path));
 }
 
 Attached::~Attached() { store_.GetDatabase().tryExec("DETACH other"); }

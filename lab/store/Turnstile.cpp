@@ -1,7 +1,6 @@
 #include "lab/store/Turnstile.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -103,12 +102,5 @@ void Turnstile::Enter(Access access) {
 }
 
 void Turnstile::Leave() noexcept { Unlock(file_, kServed); }
-
-bool Turnstile::IsInPlace() const {
-  struct stat opened {};
-  struct stat named {};
-  return fstat(file_.Get(), &opened) == 0 && stat(path_.c_str(), &named) == 0 &&
-         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
 
 }  // namespace lab
