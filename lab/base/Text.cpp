@@ -53,18 +53,6 @@ std::size_t Utf8CharacterSize(std::string_view text) {
   return size;
 }
 
-bool IsLetterOrDigit(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
-char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  const char lower = LowerCase(c);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
 std::string PercentEncoded(std::string_view text, bool (*isKept)(char)) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string encoded;

@@ -25,11 +25,19 @@ std::string Quoted(std::string_view text);
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
 
 /// Of ASCII's.
-bool IsLetterOrDigit(char c);
+constexpr bool IsLetterOrDigit(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
 /// A capital letter of ASCII as a small one; any other character as it is.
-char LowerCase(char c);
+constexpr char LowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 /// The value of a hexadecimal digit in either case; -1 for any other character.
-int HexDigit(char c);
+constexpr int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  const char lower = LowerCase(c);
+  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
 /// The text with each byte that `isKept` is false for as "%3B".
 std::string PercentEncoded(std::string_view text, bool (*isKept)(char));
 
