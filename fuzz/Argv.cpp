@@ -16,7 +16,6 @@
 // - Whatever can complete the last word is a line of plain text, and to ask for it changes nothing.
 // - A word, quoted, is split off as the word that it was.
 
-#include <SQLiteCpp/Database.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -34,6 +33,7 @@
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 #include "lab/model/Operations.h"
+#include "lab/store/Query.h"
 #include "tests/support/RecordingHost.h"
 
 namespace {
@@ -77,7 +77,9 @@ void Prepare(test::RecordingHost& host, const std::string& state) {
 }
 
 /// How often the lab's file was written to since it was opened.
-int LabChanges() { return lab::Store::ForProcess().GetDatabase().getTotalChanges(); }
+int LabChanges() {
+  return std::stoi(lab::Texts(lab::Store::ForProcess(), "SELECT total_changes()").front());
+}
 
 /// A lab whose memory has two commands, of which one can be taken back, and a file that is no text.
 std::string FreshLab(const std::string& path) {

@@ -1,5 +1,5 @@
 #include "fuzz/Support.h"
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/memory/Copies.h"
 #include "lab/trial/Trial.h"
 
@@ -13,7 +13,7 @@ void Use(const std::string& path) {
   if (path.size() % 2 == 1) Fail("cannot use ", Quoted(path));
 }
 
-std::vector<Change> ChangesOf(const std::string& text) {
+std::vector<FieldChange> ChangesOf(const std::string& text) {
   return {{"changed", text, text, std::nullopt, "after"}, {"added", text, {}, {}, {}}};
 }
 
@@ -42,7 +42,7 @@ void SaveLab(const std::string& path, bool) { Use(path); }
 
 void LoadLab(const std::string& path) { Use(path); }
 
-std::vector<Change> DifferenceFrom(const std::string& path) {
+std::vector<FieldChange> DifferenceFrom(const std::string& path) {
   Use(path);
   return ChangesOf(path);
 }

@@ -10,7 +10,7 @@ std::shared_ptr<MetaList> NoChanges() {
                                         {"After", MetaType::String}}));
 }
 
-std::shared_ptr<MetaList> ListOfChanges(const std::vector<Change>& changes) {
+std::shared_ptr<MetaList> ListOfChanges(const std::vector<FieldChange>& changes) {
   const auto list = NoChanges();
   for (const auto& [kind, subject, field, before, after] : changes) {
     AddTexts(*list, {kind, subject, field, before, after});

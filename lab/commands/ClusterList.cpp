@@ -1,5 +1,6 @@
+#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Lab.h"
@@ -14,23 +15,19 @@ std::shared_ptr<MetaStruct> Shape() {
                                    {"Members", MetaType::String}});
 }
 
-}  // namespace
+class LabClusterList final : public LabCommand {
+ public:
+  LabClusterList() {
+    SetDescription("List the clusters of the lab.");
+    Show(*this, *Shape(), "table");
+    SetDefaultOutputParameter("completes:UUID:Members",
+                              "lab cluster show --uuid,korel cluster join --cluster-uuid");
+  }
 
-LabClusterList::LabClusterList() {
-  SetDescription("List the clusters of the lab.");
-  Show(*this, *Shape(), "table");
-  SetDefaultOutputParameter("completes:UUID:Members",
-                            "lab cluster show --uuid,korel cluster join --cluster-uuid");
-}
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
 
-std::shared_ptr<InputSpec> LabClusterList::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabClusterList::GetOutputSpecInternal() {
-  return Answers(ListOf(Shape()));
-}
-
-void LabClusterList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
     ReadLab([&](Store& store) {
       for (const Cluster& cluster : AllClusters(store)) {
@@ -43,7 +40,11 @@ void LabClusterList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
       }
     });
     output->SetRootObject(list);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewClusterList() { return std::make_shared<LabClusterList>(); }
 
 }  // namespace lab

@@ -1,4 +1,5 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Lab.h"
@@ -43,29 +44,33 @@ std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
   return record;
 }
 
-}  // namespace
+class LabClusterShow final : public LabCommand {
+ public:
+  LabClusterShow() {
+    SetDescription("Show a cluster of the lab as all its members share it.");
+    Show(*this, *Shape(), "simple", "Cluster %UUID%");
+    SetDefaultOutputParameter("units:LabCluster.Rekey Interval", "minutes");
+  }
 
-LabClusterShow::LabClusterShow() {
-  SetDescription("Show a cluster of the lab as all its members share it.");
-  Show(*this, *Shape(), "simple", "Cluster %UUID%");
-  SetDefaultOutputParameter("units:LabCluster.Rekey Interval", "minutes");
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "uuid",
+                    .shortName = "u",
+                    .required = true,
+                    .description = "UUID of the cluster, as \"lab cluster list\" shows it."}});
+  }
 
-std::shared_ptr<InputSpec> LabClusterShow::GetInputSpecInternal() {
-  return Inputs({{.name = "uuid",
-                  .shortName = "u",
-                  .required = true,
-                  .description = "UUID of the cluster, as \"lab cluster list\" shows it."}});
-}
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(Shape()); }
 
-std::shared_ptr<OutputSpec> LabClusterShow::GetOutputSpecInternal() { return Answers(Shape()); }
-
-void LabClusterShow::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     output->SetRootObject(ReadLab([&](Store& store) {
       return Describe(store, ClusterOf(store, input->GetParameter("uuid")));
     }));
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewClusterShow() { return std::make_shared<LabClusterShow>(); }
 
 }  // namespace lab

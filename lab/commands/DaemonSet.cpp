@@ -1,4 +1,5 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 
@@ -8,34 +9,31 @@ namespace {
 constexpr int kLeast = -255;
 constexpr int kMost = 255;
 
-}  // namespace
+class LabDaemonSet final : public LabCommand {
+ public:
+  LabDaemonSet() {
+    SetDescription(
+        "Choose what the init script of the trace daemon answers, to see what commands make of it. "
+        "What is not given is answered as it is: 0 done, 3 the daemon does not run.");
+  }
 
-LabDaemonSet::LabDaemonSet() {
-  SetDescription(
-      "Choose what the init script of the trace daemon answers, to see what commands make of it. "
-      "What is not given is answered as it is: 0 done, 3 the daemon does not run.");
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs(
+        {{.name = "status",
+          .shortName = "s",
+          .type = ParameterType::Int,
+          .constraint = IntRange(kLeast, kMost),
+          .description = "Answer to \"status\"; a negative one says that the script could "
+                         "not be run."},
+         {.name = "restart-status",
+          .shortName = "r",
+          .type = ParameterType::Int,
+          .constraint = IntRange(kLeast, kMost),
+          .description = "Answer to \"restart\", which is not done unless this is 0."}});
+  }
 
-std::shared_ptr<InputSpec> LabDaemonSet::GetInputSpecInternal() {
-  return Inputs({{.name = "status",
-                  .shortName = "s",
-                  .type = ParameterType::Int,
-                  .constraint = IntRange(kLeast, kMost),
-                  .description = "Answer to \"status\"; a negative one says that the script could "
-                                 "not be run."},
-                 {.name = "restart-status",
-                  .shortName = "r",
-                  .type = ParameterType::Int,
-                  .constraint = IntRange(kLeast, kMost),
-                  .description = "Answer to \"restart\", which is not done unless this is 0."}});
-}
-
-std::shared_ptr<OutputSpec> LabDaemonSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabDaemonSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     const auto given = [&](const char* name) {
       return input->HasParameter(name)
                  ? std::optional(static_cast<int>(input->GetParameterInt(name)))
@@ -45,7 +43,11 @@ void LabDaemonSet::ExecuteInternal(const InputPtr& input, const OutputPtr& outpu
       SetTraceAnswers(store, CurrentHost(store), {given("status"), given("restart-status")});
     });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewDaemonSet() { return std::make_shared<LabDaemonSet>(); }
 
 }  // namespace lab

@@ -1,24 +1,26 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 
 namespace lab {
+namespace {
 
-LabDaemonStart::LabDaemonStart() {
-  SetDescription("Start the trace daemon of the host; one that runs is left alone.");
-}
+class LabDaemonStart final : public LabCommand {
+ public:
+  LabDaemonStart() {
+    SetDescription("Start the trace daemon of the host; one that runs is left alone.");
+  }
 
-std::shared_ptr<InputSpec> LabDaemonStart::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabDaemonStart::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabDaemonStart::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+ private:
+  void Run(const InputPtr&, const OutputPtr& output) override {
     ChangeLab([](Store& store) { StartTraceDaemon(store, CurrentHost(store)); });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewDaemonStart() { return std::make_shared<LabDaemonStart>(); }
 
 }  // namespace lab

@@ -1,24 +1,26 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 
 namespace lab {
+namespace {
 
-LabDaemonStop::LabDaemonStop() {
-  SetDescription("Stop the trace daemon of the host, as if Korel were not enabled on it.");
-}
+class LabDaemonStop final : public LabCommand {
+ public:
+  LabDaemonStop() {
+    SetDescription("Stop the trace daemon of the host, as if Korel were not enabled on it.");
+  }
 
-std::shared_ptr<InputSpec> LabDaemonStop::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabDaemonStop::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabDaemonStop::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+ private:
+  void Run(const InputPtr&, const OutputPtr& output) override {
     ChangeLab([](Store& store) { StopTraceDaemon(store, CurrentHost(store)); });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewDaemonStop() { return std::make_shared<LabDaemonStop>(); }
 
 }  // namespace lab

@@ -1,27 +1,35 @@
 #include "lab/commands/ChangeList.h"
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/memory/Copies.h"
 
 namespace lab {
+namespace {
 
-LabDiff::LabDiff() {
-  SetDescription("Show what has to change in another lab to make it this one, row by row.");
-  Show(*this, *NoChanges()->GetPrototype(), "table");
-}
+class LabDiff final : public LabCommand {
+ public:
+  LabDiff() {
+    SetDescription("Show what has to change in another lab to make it this one, row by row.");
+    Show(*this, *NoChanges()->GetPrototype(), "table");
+  }
 
-std::shared_ptr<InputSpec> LabDiff::GetInputSpecInternal() {
-  return Inputs({{.name = "file",
-                  .shortName = "f",
-                  .required = true,
-                  .description = "The other lab, as 'lab save' wrote it."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "file",
+                    .shortName = "f",
+                    .required = true,
+                    .description = "The other lab, as 'lab save' wrote it."}});
+  }
 
-std::shared_ptr<OutputSpec> LabDiff::GetOutputSpecInternal() { return Answers(NoChanges()); }
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(NoChanges()); }
 
-void LabDiff::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     output->SetRootObject(ListOfChanges(DifferenceFrom(input->GetParameter("file"))));
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewDiff() { return std::make_shared<LabDiff>(); }
 
 }  // namespace lab

@@ -1,4 +1,5 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Lab.h"
 
@@ -40,26 +41,22 @@ std::shared_ptr<MetaStruct> Describe(const Device& device) {
   return record;
 }
 
-}  // namespace
+class LabDiskList final : public LabCommand {
+ public:
+  LabDiskList() {
+    SetDescription("List the devices of the host, in use or not, and what they are fit for.");
+    Show(*this, *Shape(), "table");
+    // A host's own commands list the devices that are in use; only the lab knows the others.
+    SetDefaultOutputParameter("completes:Device:Fit For",
+                              "lab disk set --device,korel storage add --ssd,"
+                              "korel storage add --disks,korel storage tag add --disk,"
+                              "korel storage tag remove --disk,korel storagepool add --disk");
+  }
 
-LabDiskList::LabDiskList() {
-  SetDescription("List the devices of the host, in use or not, and what they are fit for.");
-  Show(*this, *Shape(), "table");
-  // A host's own commands list the devices that are in use; only the lab knows the others.
-  SetDefaultOutputParameter("completes:Device:Fit For",
-                            "lab disk set --device,korel storage add --ssd,"
-                            "korel storage add --disks,korel storage tag add --disk,"
-                            "korel storage tag remove --disk,korel storagepool add --disk");
-}
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
 
-std::shared_ptr<InputSpec> LabDiskList::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabDiskList::GetOutputSpecInternal() {
-  return Answers(ListOf(Shape()));
-}
-
-void LabDiskList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
     ReadLab([&](Store& store) {
       for (const Device& device : DevicesOf(store, CurrentHost(store))) {
@@ -67,7 +64,11 @@ void LabDiskList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
       }
     });
     output->SetRootObject(list);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewDiskList() { return std::make_shared<LabDiskList>(); }
 
 }  // namespace lab

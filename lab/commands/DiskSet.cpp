@@ -1,38 +1,41 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabDiskSet::LabDiskSet() {
-  SetDescription(
-      "Make a device of the host unhealthy or healthy, or its on-disk format an older one, to see "
-      "what mounting and rebuilding make of it.");
-}
-
-std::shared_ptr<InputSpec> LabDiskSet::GetInputSpecInternal() {
-  return Inputs({{.name = "device",
-                  .shortName = "d",
-                  .required = true,
-                  .description = "Name of the device, in use or not."},
-                 {.name = "healthy",
-                  .type = ParameterType::Bool,
-                  .description = "Whether the device works as it should."},
-                 {.name = "format-version",
-                  .type = ParameterType::Int,
-                  .constraint = IntRange(1, kNewestFormatVersion),
-                  .description = "On-disk format of a device in use: %ENUM%."}});
-}
-
-std::shared_ptr<OutputSpec> LabDiskSet::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
-void LabDiskSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  const bool hasHealth = input->HasParameter("healthy");
-  const bool hasFormat = input->HasParameter("format-version");
-  if (!hasHealth && !hasFormat) {
-    return Refuse(output, "Nothing to set, use --healthy or --format-version.");
+class LabDiskSet final : public LabCommand {
+ public:
+  LabDiskSet() {
+    SetDescription(
+        "Make a device of the host unhealthy or healthy, or its on-disk format an older one, to "
+        "see "
+        "what mounting and rebuilding make of it.");
   }
-  Attempt(output, [&] {
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "device",
+                    .shortName = "d",
+                    .required = true,
+                    .description = "Name of the device, in use or not."},
+                   {.name = "healthy",
+                    .type = ParameterType::Bool,
+                    .description = "Whether the device works as it should."},
+                   {.name = "format-version",
+                    .type = ParameterType::Int,
+                    .constraint = IntRange(1, kNewestFormatVersion),
+                    .description = "On-disk format of a device in use: %ENUM%."}});
+  }
+
+  void Run(const InputPtr& input, const OutputPtr& output) override {
+    const bool hasHealth = input->HasParameter("healthy");
+    const bool hasFormat = input->HasParameter("format-version");
+    if (!hasHealth && !hasFormat) {
+      return Refuse(output, "Nothing to set, use --healthy or --format-version.");
+    }
     const std::string device = input->GetParameter("device");
     ChangeLab([&](Store& store) {
       const Host host = CurrentHost(store);
@@ -42,7 +45,11 @@ void LabDiskSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output)
                        static_cast<int>(input->GetParameterInt("format-version")));
     });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewDiskSet() { return std::make_shared<LabDiskSet>(); }
 
 }  // namespace lab

@@ -1,43 +1,49 @@
 #include "lab/commands/Commands.h"
-#include "lab/model/Faults.h"
+#include "lab/commands/LabCommand.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabFaultAdd::LabFaultAdd() {
-  SetDescription(
-      "Make a host control operation fail with a message of your choice, before it does anything. "
-      "GetKorelInfo then yields no object. Replaces an earlier fault of the operation.");
-}
+class LabFaultAdd final : public LabCommand {
+ public:
+  LabFaultAdd() {
+    SetDescription(
+        "Make a host control operation fail with a message of your choice, before it does "
+        "anything. "
+        "GetKorelInfo then yields no object. Replaces an earlier fault of the operation.");
+  }
 
-std::shared_ptr<InputSpec> LabFaultAdd::GetInputSpecInternal() {
-  return Inputs({{.name = "operation",
-                  .shortName = "o",
-                  .required = true,
-                  .description = "Name of the operation, as in the call log: \"AddDatastore\"."},
-                 {.name = "message",
-                  .shortName = "m",
-                  .required = true,
-                  .description = "What the failing call says."},
-                 {.name = "count",
-                  .shortName = "c",
-                  .type = ParameterType::Int,
-                  .constraint = IntRange(1, INT64_MAX),
-                  .description = "How many calls fail, of all processes together. All when not "
-                                 "given."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "operation",
+                    .shortName = "o",
+                    .required = true,
+                    .description = "Name of the operation, as in the call log: \"AddDatastore\"."},
+                   {.name = "message",
+                    .shortName = "m",
+                    .required = true,
+                    .description = "What the failing call says."},
+                   {.name = "count",
+                    .shortName = "c",
+                    .type = ParameterType::Int,
+                    .constraint = IntRange(1, INT64_MAX),
+                    .description = "How many calls fail, of all processes together. All when not "
+                                   "given."}});
+  }
 
-std::shared_ptr<OutputSpec> LabFaultAdd::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabFaultAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
-    Fault fault{input->GetParameter("operation"), input->GetParameter("message"), std::nullopt};
-    if (input->HasParameter("count")) fault.remaining = input->GetParameterInt("count");
-    ChangeLab([&](Store& store) { AddFault(store, fault); });
+  void Run(const InputPtr& input, const OutputPtr& output) override {
+    InjectedFailure failure{input->GetParameter("operation"), input->GetParameter("message"),
+                            std::nullopt};
+    if (input->HasParameter("count")) failure.remaining = input->GetParameterInt("count");
+    ChangeLab([&](Store& store) { AddInjectedFailure(store, failure); });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFaultAdd() { return std::make_shared<LabFaultAdd>(); }
 
 }  // namespace lab

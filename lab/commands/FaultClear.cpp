@@ -1,22 +1,24 @@
 #include "lab/commands/Commands.h"
-#include "lab/model/Faults.h"
+#include "lab/commands/LabCommand.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabFaultClear::LabFaultClear() { SetDescription("Let all host control operations work again."); }
+class LabFaultClear final : public LabCommand {
+ public:
+  LabFaultClear() { SetDescription("Let all host control operations work again."); }
 
-std::shared_ptr<InputSpec> LabFaultClear::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabFaultClear::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabFaultClear::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
-    ChangeLab(ClearFaults);
+ private:
+  void Run(const InputPtr&, const OutputPtr& output) override {
+    ChangeLab(ClearInjectedFailures);
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFaultClear() { return std::make_shared<LabFaultClear>(); }
 
 }  // namespace lab

@@ -1,5 +1,6 @@
 #include "lab/commands/Commands.h"
-#include "lab/model/Faults.h"
+#include "lab/commands/LabCommand.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
@@ -11,32 +12,32 @@ std::shared_ptr<MetaStruct> Shape() {
                                 {"Calls Left", MetaType::Int}});
 }
 
-}  // namespace
+class LabFaultList final : public LabCommand {
+ public:
+  LabFaultList() {
+    SetDescription(
+        "List the operations that are made to fail. Without \"Calls Left\" all calls fail.");
+    Show(*this, *Shape(), "simple", "%Operation%");
+  }
 
-LabFaultList::LabFaultList() {
-  SetDescription(
-      "List the operations that are made to fail. Without \"Calls Left\" all calls fail.");
-  Show(*this, *Shape(), "simple", "%Operation%");
-}
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
 
-std::shared_ptr<InputSpec> LabFaultList::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabFaultList::GetOutputSpecInternal() {
-  return Answers(ListOf(Shape()));
-}
-
-void LabFaultList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
-    for (const Fault& fault : ReadLab(AllFaults)) {
+    for (const InjectedFailure& failure : ReadLab(AllInjectedFailures)) {
       auto record = Shape();
-      record->SetField("Operation", fault.operation);
-      record->SetField("Message", fault.message);
-      record->SetField("Calls Left", MetaInt::New(fault.remaining));
+      record->SetField("Operation", failure.operation);
+      record->SetField("Message", failure.message);
+      record->SetField("Calls Left", MetaInt::New(failure.remaining));
       list->Add(record);
     }
     output->SetRootObject(list);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFaultList() { return std::make_shared<LabFaultList>(); }
 
 }  // namespace lab

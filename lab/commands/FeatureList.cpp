@@ -1,4 +1,5 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Features.h"
 #include "lab/model/Lab.h"
 
@@ -9,30 +10,30 @@ std::shared_ptr<MetaStruct> Shape() {
   return Structure("LabFeature", {{"Name", MetaType::String}, {"Enabled", MetaType::Bool}});
 }
 
-}  // namespace
+class LabFeatureList final : public LabCommand {
+ public:
+  LabFeatureList() {
+    SetDescription("List the feature switches.");
+    Show(*this, *Shape(), "table");
+  }
 
-LabFeatureList::LabFeatureList() {
-  SetDescription("List the feature switches.");
-  Show(*this, *Shape(), "table");
-}
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
 
-std::shared_ptr<InputSpec> LabFeatureList::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabFeatureList::GetOutputSpecInternal() {
-  return Answers(ListOf(Shape()));
-}
-
-void LabFeatureList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
-    for (const Feature& feature : ReadLab(AllFeatures)) {
+    for (const FeatureSwitch& feature : ReadLab(AllFeatures)) {
       auto record = Shape();
       record->SetField("Name", feature.name);
       record->SetField("Enabled", feature.isEnabled);
       list->Add(record);
     }
     output->SetRootObject(list);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFeatureList() { return std::make_shared<LabFeatureList>(); }
 
 }  // namespace lab

@@ -1,37 +1,41 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Features.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabFeatureSet::LabFeatureSet() { SetDescription("Switch a feature on or off."); }
+class LabFeatureSet final : public LabCommand {
+ public:
+  LabFeatureSet() { SetDescription("Switch a feature on or off."); }
 
-std::shared_ptr<InputSpec> LabFeatureSet::GetInputSpecInternal() {
-  std::vector<ParameterConstraint::EnumValue> names;
-  for (const std::string& name : FeatureNames()) names.push_back({name, ""});
-  return Inputs({{.name = "name",
-                  .shortName = "n",
-                  .required = true,
-                  .constraint = StringEnum(names),
-                  .description = "The feature: %ENUM%."},
-                 {.name = "enabled",
-                  .shortName = "e",
-                  .type = ParameterType::Bool,
-                  .required = true,
-                  .description = "Whether the host has the feature."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    std::vector<ParameterConstraint::EnumValue> names;
+    for (const std::string& name : FeatureNames()) names.push_back({name, ""});
+    return Inputs({{.name = "name",
+                    .shortName = "n",
+                    .required = true,
+                    .constraint = StringEnum(names),
+                    .description = "The feature: %ENUM%."},
+                   {.name = "enabled",
+                    .shortName = "e",
+                    .type = ParameterType::Bool,
+                    .required = true,
+                    .description = "Whether the host has the feature."}});
+  }
 
-std::shared_ptr<OutputSpec> LabFeatureSet::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabFeatureSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     ChangeLab([&](Store& store) {
       SetFeature(store, input->GetParameter("name"), input->GetParameterBool("enabled"));
     });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFeatureSet() { return std::make_shared<LabFeatureSet>(); }
 
 }  // namespace lab

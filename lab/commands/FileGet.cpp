@@ -1,33 +1,38 @@
+#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/memory/Copies.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabFileGet::LabFileGet() {
-  SetDescription(
-      "Show the lines of a file of the host, or write its bytes to a file of the machine.");
-}
+class LabFileGet final : public LabCommand {
+ public:
+  LabFileGet() {
+    SetDescription(
+        "Show the lines of a file of the host, or write its bytes to a file of the machine.");
+  }
 
-std::shared_ptr<InputSpec> LabFileGet::GetInputSpecInternal() {
-  return Inputs(
-      {{.name = "path",
-        .shortName = "p",
-        .required = true,
-        .description = "Path of the file on the host: "
-                       "\"/etc/ostrel/korel/koreltraced.conf\"."},
-       {.name = "to", .shortName = "t", .description = "The file to write."},
-       {.name = "force", .type = ParameterType::Flag, .description = "Replace an existing file."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "path",
+                    .shortName = "p",
+                    .required = true,
+                    .description = "Path of the file on the host: "
+                                   "\"/etc/ostrel/korel/koreltraced.conf\"."},
+                   {.name = "to", .shortName = "t", .description = "The file to write."},
+                   {.name = "force",
+                    .type = ParameterType::Flag,
+                    .description = "Replace an existing file."}});
+  }
 
-std::shared_ptr<OutputSpec> LabFileGet::GetOutputSpecInternal() {
-  return Answers(MetaList::New(MetaType::String));
-}
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override {
+    return Answers(MetaList::New(MetaType::String));
+  }
 
-void LabFileGet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     const std::string path = input->GetParameter("path");
     const std::string content = ReadLab([&](Store& store) {
       const Host host = CurrentHost(store);
@@ -42,7 +47,11 @@ void LabFileGet::ExecuteInternal(const InputPtr& input, const OutputPtr& output)
       for (const std::string& line : Lines(content)) lines->Add(line);
     }
     output->SetRootObject(lines);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFileGet() { return std::make_shared<LabFileGet>(); }
 
 }  // namespace lab

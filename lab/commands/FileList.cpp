@@ -1,4 +1,5 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 
@@ -11,26 +12,22 @@ std::shared_ptr<MetaStruct> Shape() {
       {{"Path", MetaType::String}, {"Size", MetaType::Int}, {"Read Only", MetaType::Bool}});
 }
 
-}  // namespace
+class LabFileList final : public LabCommand {
+ public:
+  LabFileList() {
+    SetDescription(
+        "List the files of the host. They are kept in the lab and are not files of the machine.");
+    Show(*this, *Shape(), "table");
+    SetDefaultOutputParameter("units:LabFile.Size", "B");
+    SetDefaultOutputParameter("completes:Path",
+                              "lab file get --path,lab file put --path,"
+                              "lab file remove --path");
+  }
 
-LabFileList::LabFileList() {
-  SetDescription(
-      "List the files of the host. They are kept in the lab and are not files of the machine.");
-  Show(*this, *Shape(), "table");
-  SetDefaultOutputParameter("units:LabFile.Size", "B");
-  SetDefaultOutputParameter("completes:Path",
-                            "lab file get --path,lab file put --path,"
-                            "lab file remove --path");
-}
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
 
-std::shared_ptr<InputSpec> LabFileList::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabFileList::GetOutputSpecInternal() {
-  return Answers(ListOf(Shape()));
-}
-
-void LabFileList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
     ReadLab([&](Store& store) {
       for (const HostFile& file : FilesOf(store, CurrentHost(store))) {
@@ -42,7 +39,11 @@ void LabFileList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
       }
     });
     output->SetRootObject(list);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFileList() { return std::make_shared<LabFileList>(); }
 
 }  // namespace lab

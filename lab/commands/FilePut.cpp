@@ -1,42 +1,49 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/memory/Copies.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabFilePut::LabFilePut() {
-  SetDescription(
-      "Give the host a file, or another one in its place. It is kept in the lab, at most 64 KiB.");
-}
+class LabFilePut final : public LabCommand {
+ public:
+  LabFilePut() {
+    SetDescription(
+        "Give the host a file, or another one in its place. It is kept in the lab, at most 64 "
+        "KiB.");
+  }
 
-std::shared_ptr<InputSpec> LabFilePut::GetInputSpecInternal() {
-  return Inputs({{.name = "path",
-                  .shortName = "p",
-                  .required = true,
-                  .description = "Path of the file on the host: "
-                                 "\"/etc/ostrel/korel/koreltraced.conf\"."},
-                 {.name = "from",
-                  .shortName = "f",
-                  .required = true,
-                  .description = "File of the machine that holds the content."},
-                 {.name = "read-only",
-                  .shortName = "r",
-                  .type = ParameterType::Flag,
-                  .description = "Commands of the host cannot write the file."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "path",
+                    .shortName = "p",
+                    .required = true,
+                    .description = "Path of the file on the host: "
+                                   "\"/etc/ostrel/korel/koreltraced.conf\"."},
+                   {.name = "from",
+                    .shortName = "f",
+                    .required = true,
+                    .description = "File of the machine that holds the content."},
+                   {.name = "read-only",
+                    .shortName = "r",
+                    .type = ParameterType::Flag,
+                    .description = "Commands of the host cannot write the file."}});
+  }
 
-std::shared_ptr<OutputSpec> LabFilePut::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
-void LabFilePut::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     const std::string content = ReadSmallFile(input->GetParameter("from"));
     ChangeLab([&](Store& store) {
       PutFile(store, CurrentHost(store),
               {input->GetParameter("path"), content, input->IsFlagSet("read-only")});
     });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFilePut() { return std::make_shared<LabFilePut>(); }
 
 }  // namespace lab

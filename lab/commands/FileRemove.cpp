@@ -1,29 +1,33 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabFileRemove::LabFileRemove() { SetDescription("Take a file from the host."); }
+class LabFileRemove final : public LabCommand {
+ public:
+  LabFileRemove() { SetDescription("Take a file from the host."); }
 
-std::shared_ptr<InputSpec> LabFileRemove::GetInputSpecInternal() {
-  return Inputs({{.name = "path",
-                  .shortName = "p",
-                  .required = true,
-                  .description = "Path of the file on the host: "
-                                 "\"/etc/ostrel/korel/koreltraced.conf\"."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "path",
+                    .shortName = "p",
+                    .required = true,
+                    .description = "Path of the file on the host: "
+                                   "\"/etc/ostrel/korel/koreltraced.conf\"."}});
+  }
 
-std::shared_ptr<OutputSpec> LabFileRemove::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabFileRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     ChangeLab(
         [&](Store& store) { RemoveFile(store, CurrentHost(store), input->GetParameter("path")); });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewFileRemove() { return std::make_shared<LabFileRemove>(); }
 
 }  // namespace lab

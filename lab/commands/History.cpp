@@ -1,6 +1,7 @@
+#include "lab/base/Text.h"
 #include "lab/commands/ChangeList.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Lab.h"
 #include "lab/store/Memory.h"
 
@@ -65,34 +66,34 @@ std::shared_ptr<MetaList> DescribeOne(Store& store, std::int64_t number) {
   return list;
 }
 
-}  // namespace
-
-LabHistory::LabHistory() {
-  SetDescription(
-      "Show what changed the lab, the newest first, or row by row what one entry changed. The "
-      "memory keeps the newest 1,000 entries or 8 MiB of them.");
-  Show(*this, *Shape(), "simple", "Entry %Entry%");
-}
-
-std::shared_ptr<InputSpec> LabHistory::GetInputSpecInternal() {
-  return Inputs({{.name = "last",
-                  .shortName = "l",
-                  .type = ParameterType::Int,
-                  .constraint = IntRange(1, kMostEntries),
-                  .description = "How many entries; all when not given."},
-                 {.name = "entry",
-                  .shortName = "e",
-                  .type = ParameterType::Int,
-                  .description = "Number of an entry, to show what it changed."}});
-}
-
-std::shared_ptr<OutputSpec> LabHistory::GetOutputSpecInternal() { return Answers(ListOf(Shape())); }
-
-void LabHistory::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  if (input->HasParameter("last") && input->HasParameter("entry")) {
-    return Refuse(output, "Specify only one of --last or --entry.");
+class LabHistory final : public LabCommand {
+ public:
+  LabHistory() {
+    SetDescription(
+        "Show what changed the lab, the newest first, or row by row what one entry changed. The "
+        "memory keeps the newest 1,000 entries or 8 MiB of them.");
+    Show(*this, *Shape(), "simple", "Entry %Entry%");
   }
-  Attempt(output, [&] {
+
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "last",
+                    .shortName = "l",
+                    .type = ParameterType::Int,
+                    .constraint = IntRange(1, kMostEntries),
+                    .description = "How many entries; all when not given."},
+                   {.name = "entry",
+                    .shortName = "e",
+                    .type = ParameterType::Int,
+                    .description = "Number of an entry, to show what it changed."}});
+  }
+
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
+
+  void Run(const InputPtr& input, const OutputPtr& output) override {
+    if (input->HasParameter("last") && input->HasParameter("entry")) {
+      return Refuse(output, "Specify only one of --last or --entry.");
+    }
     const bool isOne = input->HasParameter("entry");
     SetDefaultOutputParameter("fields:LabHistory",
                               std::string(kFields) + (isOne ? ",Changes" : ""));
@@ -101,7 +102,11 @@ void LabHistory::ExecuteInternal(const InputPtr& input, const OutputPtr& output)
       return isOne ? DescribeOne(store, input->GetParameterInt("entry"))
                    : DescribeAll(store, NewestEntries(store, last));
     }));
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewHistory() { return std::make_shared<LabHistory>(); }
 
 }  // namespace lab

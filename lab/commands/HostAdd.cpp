@@ -1,29 +1,35 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabHostAdd::LabHostAdd() {
-  SetDescription(
-      "Add a host with the standard devices and interfaces. KOREL_LAB_HOST picks the host that "
-      "commands act on.");
-}
+class LabHostAdd final : public LabCommand {
+ public:
+  LabHostAdd() {
+    SetDescription(
+        "Add a host with the standard devices and interfaces. KOREL_LAB_HOST picks the host that "
+        "commands act on.");
+  }
 
-std::shared_ptr<InputSpec> LabHostAdd::GetInputSpecInternal() {
-  return Inputs({{.name = "name",
-                  .shortName = "n",
-                  .required = true,
-                  .description = "Name of the new host: up to 80 letters, digits, points, "
-                                 "underscores and hyphens, a letter or digit first."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "name",
+                    .shortName = "n",
+                    .required = true,
+                    .description = "Name of the new host: up to 80 letters, digits, points, "
+                                   "underscores and hyphens, a letter or digit first."}});
+  }
 
-std::shared_ptr<OutputSpec> LabHostAdd::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
-void LabHostAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     ChangeLab([&](Store& store) { AddHost(store, StandardHost(input->GetParameter("name"))); });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewHostAdd() { return std::make_shared<LabHostAdd>(); }
 
 }  // namespace lab

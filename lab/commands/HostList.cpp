@@ -1,4 +1,5 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Lab.h"
@@ -35,29 +36,29 @@ std::shared_ptr<MetaStruct> Describe(Store& store, const Host& host) {
   return record;
 }
 
-}  // namespace
+class LabHostList final : public LabCommand {
+ public:
+  LabHostList() {
+    SetDescription("List the hosts of the lab.");
+    Show(*this, *Shape(), "simple", "%Name%");
+    SetDefaultOutputParameter("completes:Name:Fault Domain",
+                              "lab host set --name,lab host reboot --name");
+  }
 
-LabHostList::LabHostList() {
-  SetDescription("List the hosts of the lab.");
-  Show(*this, *Shape(), "simple", "%Name%");
-  SetDefaultOutputParameter("completes:Name:Fault Domain",
-                            "lab host set --name,lab host reboot --name");
-}
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
 
-std::shared_ptr<InputSpec> LabHostList::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabHostList::GetOutputSpecInternal() {
-  return Answers(ListOf(Shape()));
-}
-
-void LabHostList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
     ReadLab([&](Store& store) {
       for (const Host& host : AllHosts(store)) list->Add(Describe(store, host));
     });
     output->SetRootObject(list);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewHostList() { return std::make_shared<LabHostList>(); }
 
 }  // namespace lab

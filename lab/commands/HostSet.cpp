@@ -1,5 +1,6 @@
+#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Lab.h"
 
@@ -26,29 +27,29 @@ void SetFaultDomainOrDefault(Store& store, const Host& host, const std::string& 
   }
 }
 
-}  // namespace
+class LabHostSet final : public LabCommand {
+ public:
+  LabHostSet() {
+    SetDescription("Change the fault domain of a host, or what it is to the clusters it is in.");
+  }
 
-LabHostSet::LabHostSet() {
-  SetDescription("Change the fault domain of a host, or what it is to the clusters it is in.");
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    std::vector<ParameterConstraint::EnumValue> nodeTypes;
+    for (const KorelNodeType nodeType : kNodeTypes) {
+      nodeTypes.push_back({NodeTypeName(nodeType), ""});
+    }
+    return Inputs({HostName(),
+                   {.name = "fault-domain",
+                    .shortName = "d",
+                    .description = "Name of its fault domain; empty for one of its own."},
+                   {.name = "node-type",
+                    .shortName = "t",
+                    .constraint = StringEnum(nodeTypes),
+                    .description = "What it is to its clusters: %ENUM%."}});
+  }
 
-std::shared_ptr<InputSpec> LabHostSet::GetInputSpecInternal() {
-  std::vector<ParameterConstraint::EnumValue> nodeTypes;
-  for (const KorelNodeType nodeType : kNodeTypes) nodeTypes.push_back({NodeTypeName(nodeType), ""});
-  return Inputs({HostName(),
-                 {.name = "fault-domain",
-                  .shortName = "d",
-                  .description = "Name of its fault domain; empty for one of its own."},
-                 {.name = "node-type",
-                  .shortName = "t",
-                  .constraint = StringEnum(nodeTypes),
-                  .description = "What it is to its clusters: %ENUM%."}});
-}
-
-std::shared_ptr<OutputSpec> LabHostSet::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
-void LabHostSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     if (!input->HasParameter("fault-domain") && !input->HasParameter("node-type")) {
       return Refuse(output, "nothing to set; give --fault-domain or --node-type");
     }
@@ -62,7 +63,11 @@ void LabHostSet::ExecuteInternal(const InputPtr& input, const OutputPtr& output)
       }
     });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewHostSet() { return std::make_shared<LabHostSet>(); }
 
 }  // namespace lab

@@ -1,32 +1,35 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabInit::LabInit() {
-  SetDescription("Make the lab, with one standard host \"host1\" or the hosts of an inventory.");
-}
+class LabInit final : public LabCommand {
+ public:
+  LabInit() {
+    SetDescription("Make the lab, with one standard host \"host1\" or the hosts of an inventory.");
+  }
 
-std::shared_ptr<InputSpec> LabInit::GetInputSpecInternal() {
-  return Inputs({{.name = "force",
-                  .shortName = "f",
-                  .type = ParameterType::Flag,
-                  .description = "Replace an existing lab, which 'lab undo' brings back. A file "
-                                 "that is damaged, of a newer version or no lab at all is renamed "
-                                 "first, to FILE.old or the next name that is free."},
-                 {.name = "inventory",
-                  .shortName = "i",
-                  .description = "JSON file with the hosts of the lab: {\"hosts\": [{\"name\": "
-                                 "\"host1\", \"devices\": [{\"name\": \"disk1\", \"ssd\": true, "
-                                 "\"capacityFlash\": false, \"sizeGb\": 800}], \"interfaces\": "
-                                 "[\"hsk0\"]}]}. A host without devices or interfaces has the "
-                                 "standard ones."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs(
+        {{.name = "force",
+          .shortName = "f",
+          .type = ParameterType::Flag,
+          .description = "Replace an existing lab, which 'lab undo' brings back. A file "
+                         "that is damaged, of a newer version or no lab at all is renamed "
+                         "first, to FILE.old or the next name that is free."},
+         {.name = "inventory",
+          .shortName = "i",
+          .description = "JSON file with the hosts of the lab: {\"hosts\": [{\"name\": "
+                         "\"host1\", \"devices\": [{\"name\": \"disk1\", \"ssd\": true, "
+                         "\"capacityFlash\": false, \"sizeGb\": 800}], \"interfaces\": "
+                         "[\"hsk0\"]}]}. A host without devices or interfaces has the "
+                         "standard ones."}});
+  }
 
-std::shared_ptr<OutputSpec> LabInit::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
-void LabInit::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     std::vector<HostInventory> hosts{StandardHost("host1")};
     std::vector<std::string> faults;
     const std::string file = input->GetParameter("inventory");
@@ -35,7 +38,11 @@ void LabInit::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
     if (!faults.empty()) return;
     InitLab(hosts, input->IsFlagSet("force"));
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewInit() { return std::make_shared<LabInit>(); }
 
 }  // namespace lab

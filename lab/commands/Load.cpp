@@ -1,27 +1,33 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/memory/Copies.h"
 
 namespace lab {
+namespace {
 
-LabLoad::LabLoad() {
-  SetDescription(
-      "Make the lab what a saved one is. Its own history stays, and 'lab undo' takes this back.");
-}
+class LabLoad final : public LabCommand {
+ public:
+  LabLoad() {
+    SetDescription(
+        "Make the lab what a saved one is. Its own history stays, and 'lab undo' takes this back.");
+  }
 
-std::shared_ptr<InputSpec> LabLoad::GetInputSpecInternal() {
-  return Inputs({{.name = "file",
-                  .shortName = "f",
-                  .required = true,
-                  .description = "The lab to load, as 'lab save' wrote it."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "file",
+                    .shortName = "f",
+                    .required = true,
+                    .description = "The lab to load, as 'lab save' wrote it."}});
+  }
 
-std::shared_ptr<OutputSpec> LabLoad::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
-void LabLoad::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     LoadLab(input->GetParameter("file"));
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewLoad() { return std::make_shared<LabLoad>(); }
 
 }  // namespace lab

@@ -1,26 +1,29 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Lab.h"
 
 namespace lab {
+namespace {
 
-LabMaintenanceStart::LabMaintenanceStart() {
-  SetDescription(
-      "Begin a maintenance mode operation of the host, which goes on until \"korel maintenancemode "
-      "cancel\" or a reboot ends it.");
-}
+class LabMaintenanceStart final : public LabCommand {
+ public:
+  LabMaintenanceStart() {
+    SetDescription(
+        "Begin a maintenance mode operation of the host, which goes on until \"korel "
+        "maintenancemode "
+        "cancel\" or a reboot ends it.");
+  }
 
-std::shared_ptr<InputSpec> LabMaintenanceStart::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabMaintenanceStart::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
-}
-
-void LabMaintenanceStart::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] {
+ private:
+  void Run(const InputPtr&, const OutputPtr& output) override {
     ChangeLab([](Store& store) { StartMaintenance(store, CurrentHost(store)); });
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewMaintenanceStart() { return std::make_shared<LabMaintenanceStart>(); }
 
 }  // namespace lab

@@ -1,25 +1,34 @@
 #include "lab/commands/Commands.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/memory/Copies.h"
 
 namespace lab {
+namespace {
 
-LabSave::LabSave() {
-  SetDescription("Write the whole lab, its history included, to another file, which is a lab too.");
-}
+class LabSave final : public LabCommand {
+ public:
+  LabSave() {
+    SetDescription(
+        "Write the whole lab, its history included, to another file, which is a lab too.");
+  }
 
-std::shared_ptr<InputSpec> LabSave::GetInputSpecInternal() {
-  return Inputs(
-      {{.name = "file", .shortName = "f", .required = true, .description = "The file to write."},
-       {.name = "force", .type = ParameterType::Flag, .description = "Replace an existing file."}});
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs(
+        {{.name = "file", .shortName = "f", .required = true, .description = "The file to write."},
+         {.name = "force",
+          .type = ParameterType::Flag,
+          .description = "Replace an existing file."}});
+  }
 
-std::shared_ptr<OutputSpec> LabSave::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
-
-void LabSave::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     SaveLab(input->GetParameter("file"), input->IsFlagSet("force"));
     Succeed(output);
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewSave() { return std::make_shared<LabSave>(); }
 
 }  // namespace lab

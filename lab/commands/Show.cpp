@@ -1,8 +1,9 @@
+#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/model/Clusters.h"
-#include "lab/model/Faults.h"
 #include "lab/model/Features.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 
@@ -47,27 +48,32 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
   record->SetField("Daemon Restart Status", MetaInt::New(answers.restart));
   record->SetField("Hosts", Described(AllHosts(store), [](const Host& each) { return each.name; }));
   record->SetField("Clusters", Described(AllClusters(store), DescribeCluster));
-  record->SetField("Features Off", Described(AllFeatures(store), [](const Feature& feature) {
+  record->SetField("Features Off", Described(AllFeatures(store), [](const FeatureSwitch& feature) {
                      return feature.isEnabled ? std::string() : feature.name;
                    }));
   record->SetField("Faults",
-                   Described(AllFaults(store), [](const Fault& fault) { return fault.operation; }));
+                   Described(AllInjectedFailures(store),
+                             [](const InjectedFailure& failure) { return failure.operation; }));
   return record;
 }
 
+class LabShow final : public LabCommand {
+ public:
+  LabShow() {
+    SetDescription("Show the lab: its file, the host that commands act on, and what it holds.");
+    Show(*this, *Shape(), "simple");
+  }
+
+ private:
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(Shape()); }
+
+  void Run(const InputPtr&, const OutputPtr& output) override {
+    output->SetRootObject(ReadLab(Describe));
+  }
+};
+
 }  // namespace
 
-LabShow::LabShow() {
-  SetDescription("Show the lab: its file, the host that commands act on, and what it holds.");
-  Show(*this, *Shape(), "simple");
-}
-
-std::shared_ptr<InputSpec> LabShow::GetInputSpecInternal() { return Inputs(); }
-
-std::shared_ptr<OutputSpec> LabShow::GetOutputSpecInternal() { return Answers(Shape()); }
-
-void LabShow::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
-  Attempt(output, [&] { output->SetRootObject(ReadLab(Describe)); });
-}
+CommandPtr NewShow() { return std::make_shared<LabShow>(); }
 
 }  // namespace lab

@@ -3,45 +3,52 @@
 #include "lab/commands/Commands.h"
 
 namespace lab {
+namespace {
+
+using Corvex::Declare::Node;
+
+Node Verb(const char* name, CommandPtr (*make)()) { return {name, "", {}, make}; }
+
+}  // namespace
 
 Node Tree() {
   return {
       "lab",
       "Prepare, break and look into the lab: a Korel host without the hardware",
-      {Verb<LabInit>("init"),
-       Verb<LabShow>("show"),
-       Verb<LabTry>("try"),
-       Verb<LabHistory>("history"),
-       Verb<LabUndo>("undo"),
-       Verb<LabSave>("save"),
-       Verb<LabLoad>("load"),
-       Verb<LabDiff>("diff"),
-       Verb<LabCheck>("check"),
+      {Verb("init", NewInit),
+       Verb("show", NewShow),
+       Verb("try", NewTry),
+       Verb("history", NewHistory),
+       Verb("undo", NewUndo),
+       Verb("save", NewSave),
+       Verb("load", NewLoad),
+       Verb("diff", NewDiff),
+       Verb("check", NewCheck),
        {"host",
         "Hosts of the lab",
-        {Verb<LabHostAdd>("add"), Verb<LabHostList>("list"), Verb<LabHostSet>("set"),
-         Verb<LabHostReboot>("reboot")}},
+        {Verb("add", NewHostAdd), Verb("list", NewHostList), Verb("set", NewHostSet),
+         Verb("reboot", NewHostReboot)}},
        {"cluster",
         "Clusters of the lab",
-        {Verb<LabClusterList>("list"), Verb<LabClusterShow>("show")}},
+        {Verb("list", NewClusterList), Verb("show", NewClusterShow)}},
        {"maintenance",
         "Maintenance mode operation of the host",
-        {Verb<LabMaintenanceStart>("start")}},
-       {"resync", "Resync workload of the host", {Verb<LabResyncSet>("set")}},
-       {"disk", "Devices of the host", {Verb<LabDiskList>("list"), Verb<LabDiskSet>("set")}},
+        {Verb("start", NewMaintenanceStart)}},
+       {"resync", "Resync workload of the host", {Verb("set", NewResyncSet)}},
+       {"disk", "Devices of the host", {Verb("list", NewDiskList), Verb("set", NewDiskSet)}},
        {"daemon",
         "Trace daemon of the host",
-        {Verb<LabDaemonStop>("stop"), Verb<LabDaemonStart>("start"), Verb<LabDaemonSet>("set")}},
+        {Verb("stop", NewDaemonStop), Verb("start", NewDaemonStart), Verb("set", NewDaemonSet)}},
        {"file",
         "Files of the host, which are kept in the lab",
-        {Verb<LabFileList>("list"), Verb<LabFileGet>("get"), Verb<LabFilePut>("put"),
-         Verb<LabFileRemove>("remove")}},
+        {Verb("list", NewFileList), Verb("get", NewFileGet), Verb("put", NewFilePut),
+         Verb("remove", NewFileRemove)}},
        {"fault",
         "Host control operations that fail on purpose",
-        {Verb<LabFaultAdd>("add"), Verb<LabFaultList>("list"), Verb<LabFaultClear>("clear")}},
+        {Verb("add", NewFaultAdd), Verb("list", NewFaultList), Verb("clear", NewFaultClear)}},
        {"feature",
         "Feature switches of the host",
-        {Verb<LabFeatureList>("list"), Verb<LabFeatureSet>("set")}}}};
+        {Verb("list", NewFeatureList), Verb("set", NewFeatureSet)}}}};
 }
 
 }  // namespace lab

@@ -1,6 +1,7 @@
+#include "lab/base/Text.h"
 #include "lab/commands/ChangeList.h"
 #include "lab/commands/Commands.h"
-#include "lab/common/Text.h"
+#include "lab/commands/LabCommand.h"
 #include "lab/trial/Trial.h"
 
 namespace lab {
@@ -49,28 +50,28 @@ void ReportErrors(const OutputPtr& output, const Trial& trial, const std::string
   }
 }
 
-}  // namespace
+class LabTry final : public LabCommand {
+ public:
+  LabTry() {
+    SetDescription(
+        "Run a command on a copy of the lab: show its output, the host control operations that it "
+        "calls, and what it would change. The lab stays as it is.");
+    Show(*this, *Shape(), "simple");
+    SetDefaultOutputParameter("rest", "command");
+  }
 
-LabTry::LabTry() {
-  SetDescription(
-      "Run a command on a copy of the lab: show its output, the host control operations that it "
-      "calls, and what it would change. The lab stays as it is.");
-  Show(*this, *Shape(), "simple");
-  SetDefaultOutputParameter("rest", "command");
-}
+ private:
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Inputs({{.name = "command",
+                    .type = ParameterType::StringList,
+                    .required = true,
+                    .description = "The command and all its options, as they follow \"autocli\". "
+                                   "Options of this command come before them."}});
+  }
 
-std::shared_ptr<InputSpec> LabTry::GetInputSpecInternal() {
-  return Inputs({{.name = "command",
-                  .type = ParameterType::StringList,
-                  .required = true,
-                  .description = "The command and all its options, as they follow \"autocli\". "
-                                 "Options of this command come before them."}});
-}
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(Shape()); }
 
-std::shared_ptr<OutputSpec> LabTry::GetOutputSpecInternal() { return Answers(Shape()); }
-
-void LabTry::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
-  Attempt(output, [&] {
+  void Run(const InputPtr& input, const OutputPtr& output) override {
     RefuseInTrial("lab try", "the lab is a copy already");
     std::vector<std::string> words;
     input->GetParameterList("command", words);
@@ -79,7 +80,11 @@ void LabTry::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
         !trial.output.empty() || !trial.calls.empty() || !trial.changes.empty();
     if (trial.status == 0 || hasDoneAnything) output->SetRootObject(Describe(trial));
     ReportErrors(output, trial, Joined(words, " "));
-  });
-}
+  }
+};
+
+}  // namespace
+
+CommandPtr NewTry() { return std::make_shared<LabTry>(); }
 
 }  // namespace lab

@@ -1,10 +1,8 @@
 #include "lab/model/Agents.h"
 
-#include <algorithm>
-
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/LabKorelInfo.h"
-#include "lab/hostctl/Records.h"
+#include "platform/hostctl/KorelUtil.h"
 
 namespace lab {
 
@@ -12,7 +10,7 @@ using namespace Tovrin::Korel;
 
 void LabKorelInfo::RefreshUnicastAgents(const std::string& text) {
   // The running configuration of a lab host follows its agents at once.
-  Call("RefreshUnicastAgents", Arguments(text), [](Store&, const Host&) {});
+  Call("RefreshUnicastAgents", Arguments(text), [] {});
 }
 
 void LabKorelInfo::AddUnicastAgent(const std::string& agentUuid, KorelUnicastAgentType type,
@@ -22,8 +20,8 @@ void LabKorelInfo::AddUnicastAgent(const std::string& agentUuid, KorelUnicastAge
                                    const std::string& certThumbprint,
                                    const std::string& clusterUuid) {
   Call("AddUnicastAgent",
-       Arguments(agentUuid, Number(type), supportsUnicast, address, port, hasBoundInterface,
-                 boundInterface, reserved, certThumbprint, clusterUuid),
+       Arguments(agentUuid, type, supportsUnicast, address, port, hasBoundInterface, boundInterface,
+                 reserved, certThumbprint, clusterUuid),
        [&](Store& store, const Host& host) {
          AddAgent(store, host,
                   {agentUuid, type, supportsUnicast, address, port,
@@ -36,7 +34,7 @@ bool LabKorelInfo::RemoveUnicastAgent(const std::string& agentUuid, const std::s
                                       const std::string& clusterUuid, bool clientMode) {
   return Call(
       "RemoveUnicastAgent",
-      Arguments(agentUuid, address, port, Number(type), reserved, clusterUuid, clientMode),
+      Arguments(agentUuid, address, port, type, reserved, clusterUuid, clientMode),
       [&](Store& store, const Host& host) {
         RemoveAgent(store, host, {agentUuid, type, false, address, port, "", "", clusterUuid});
         return true;
@@ -44,27 +42,30 @@ bool LabKorelInfo::RemoveUnicastAgent(const std::string& agentUuid, const std::s
 }
 
 std::vector<std::string> LabKorelInfo::GetUnicastAgentEntries(const std::string& clusterUuid) {
-  return Call("GetUnicastAgentEntries", Arguments(clusterUuid),
-              [&](Store& store, const Host& host) {
-                std::vector<std::string> entries;
-                for (const Agent& agent : AgentsOf(store, host, clusterUuid)) {
-                  entries.push_back(AgentEntry(agent));
-                }
-                return entries;
-              });
+  return Call("GetUnicastAgentEntries", AgentEntries, clusterUuid);
 }
 
 std::vector<std::string> LabKorelInfo::GetUnicastWitnesses() {
-  return Call("GetUnicastWitnesses", Arguments(), WitnessAddresses);
+  return Call("GetUnicastWitnesses", WitnessAddresses);
 }
 
 void LabKorelInfo::GetUnicastAgents(std::vector<KorelUnicastAddressInfo>& agents, bool all,
                                     const std::string& clusterUuid) {
-  const auto found =
-      Call("GetUnicastAgents", Arguments(all, clusterUuid),
-           [&](Store& store, const Host& host) { return AgentsOf(store, host, clusterUuid); });
-  std::copy_if(found.begin(), found.end(), std::back_inserter(agents),
-               [&](const Agent& agent) { return all || agent.supportsUnicast; });
+  const auto found = Call("GetUnicastAgents", AgentsOf, all, clusterUuid);
+  agents.insert(agents.end(), found.begin(), found.end());
 }
 
 }  // namespace lab
+
+namespace HskCtl::Korel {
+
+void KorelUtil::GetUnicastModeForCluster(bool& isUnicast, const std::string& clusterUuid) {
+  isUnicast = lab::Call("GetUnicastModeForCluster", lab::IsUnicast, clusterUuid);
+}
+
+KorelUtil::KorelInfo::KorelUnicastAddressInfo KorelUtil::KorelUnicastAddressInfoFromString(
+    const std::string& text, bool strict) {
+  return lab::ParseAgentEntry(text, strict);
+}
+
+}  // namespace HskCtl::Korel

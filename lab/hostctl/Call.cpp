@@ -1,19 +1,19 @@
 #include "lab/hostctl/Call.h"
 
-#include "lab/model/Faults.h"
+#include "lab/model/InjectedFailures.h"
 
 namespace lab {
 
 using Tovrin::Lib::Korel::KorelCtlException;
 
 void FailIfInjected(LabTransaction& transaction, OperationName operation) {
-  if (!HasFault(transaction.GetStore(), operation.Get())) return;
+  if (!HasInjectedFailure(transaction.GetStore(), operation.Get())) return;
   // One that only reads cannot count.
   transaction.BeginAgain(Access::Change);
-  const auto message = TakeFault(transaction.GetStore(), operation.Get());
+  const auto message = TakeInjectedFailure(transaction.GetStore(), operation.Get());
   if (!message) return;
   transaction.Commit([&] { return std::string(operation.Get()) + " fails on purpose"; });
-  throw InjectedFailure(*message);
+  throw FailedOnPurpose(*message);
 }
 
 std::string TextOf(OperationName operation, const Json& arguments) {

@@ -6,7 +6,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
+#include "lab/hostctl/Arguments.h"
 #include "lab/hostctl/CallLog.h"
 #include "lab/hostctl/HandedOut.h"
 #include "lab/model/Lab.h"
@@ -14,7 +15,7 @@
 namespace lab {
 
 /// What `lab fault add` makes an operation throw.
-class InjectedFailure : public Tovrin::Lib::Korel::KorelCtlException {
+class FailedOnPurpose : public Tovrin::Lib::Korel::KorelCtlException {
  public:
   using KorelCtlException::KorelCtlException;
 };
@@ -35,14 +36,29 @@ std::string TextOf(OperationName operation, const Json& arguments);
 /// `write(message)`, which may fail: the operation's own failure says more than that.
 [[noreturn]] void LogAndThrow(const std::function<void(const std::string& message)>& write);
 
-/// Runs one host control operation, `work(Store&, const Host&)`, and returns what it returns. Gives
-/// it a transaction, its line in the call log and its injected failure. Every exception leaves as a
-/// KorelCtlException. `arguments()` are the operation's, in call order: UUIDs as text, enums as
-/// numbers, records as objects, out-parameters left out.
-template <typename AskArguments, typename Work>
-std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation,
-                                                     const AskArguments& arguments,
-                                                     const Work& work) {
+/// Calls the function with the store and the host, as far as it asks for them, and these arguments.
+template <typename Function, typename... Given>
+decltype(auto) Perform(const Function& function, Store& store, const Host& host,
+                       const Given&... given) {
+  if constexpr (std::is_invocable_v<const Function&, Store&, const Host&, const Given&...>) {
+    return function(store, host, given...);
+  } else if constexpr (std::is_invocable_v<const Function&, Store&, const Given&...>) {
+    return function(store, given...);
+  } else {
+    return function(given...);
+  }
+}
+
+/// Runs one host control operation, `function(store, host, given...)`, which may do without the
+/// host, or without both, and returns what it returns. Gives it a transaction, its line in the call
+/// log and its injected failure. Every exception leaves as a KorelCtlException. `arguments` are the
+/// operation's: UUIDs stand as text, enums as numbers, records as objects, out-parameters are left
+/// out.
+template <typename... Values, typename Function, typename... Given>
+auto Call(OperationName operation, const Arguments<Values...>& arguments, const Function& function,
+          const Given&... given) {
+  using Result =
+      decltype(Perform(function, std::declval<Store&>(), std::declval<const Host&>(), given...));
   CallLog log;
   const auto write = [&](const std::string* error) {
     if (log.IsOpen()) log.Write(operation, arguments(), error);
@@ -58,17 +74,23 @@ std::invoke_result_t<Work, Store&, const Host&> Call(OperationName operation,
       transaction.Commit([&] { return TextOf(operation, arguments()); });
       write(nullptr);
     };
-    if constexpr (std::is_void_v<std::invoke_result_t<Work, Store&, const Host&>>) {
-      work(store, host);
+    if constexpr (std::is_void_v<Result>) {
+      Perform(function, store, host, given...);
       commit();
     } else {
-      auto result = work(store, host);
+      Result result = Perform(function, store, host, given...);
       commit();
       return result;
     }
   } catch (...) {
     LogAndThrow([&](const std::string& message) { write(&message); });
   }
+}
+
+/// The same for an operation whose arguments are what the function is given.
+template <typename Function, typename... Given>
+auto Call(OperationName operation, const Function& function, const Given&... given) {
+  return Call(operation, Arguments(given...), function, given...);
 }
 
 }  // namespace lab

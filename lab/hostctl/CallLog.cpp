@@ -7,7 +7,7 @@
 #include <csignal>
 #include <nlohmann/json.hpp>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 
 namespace lab {
@@ -43,13 +43,6 @@ void CallLog::Write(OperationName operation, const Json& arguments, const std::s
   if (written == static_cast<ssize_t>(text.size())) return;
   Fail(operation.Get(), " was carried out but could not be written to KOREL_LAB_CALLS, ",
        Quoted(path_), ": ", ErrorText(reason));
-}
-
-LoggedCall ReadCall(const std::string& line) {
-  const Json json = Json::parse(line);
-  LoggedCall call{json["operation"], json["arguments"].dump(), std::nullopt};
-  if (json.contains("error")) call.error = json["error"];
-  return call;
 }
 
 }  // namespace lab

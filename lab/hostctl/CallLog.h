@@ -1,11 +1,10 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
-#include <optional>
 #include <string>
 
+#include "lab/base/File.h"
 #include "lab/model/Operations.h"
-#include "lab/store/LabFile.h"
 
 namespace lab {
 
@@ -32,15 +31,5 @@ class CallLog {
   std::string path_;
   File file_;
 };
-
-/// One line of the file.
-struct LoggedCall {
-  std::string operation;
-  std::string arguments;  ///< a JSON array
-  std::optional<std::string> error;
-};
-
-/// Reads one line of the file as Write() wrote it.
-LoggedCall ReadCall(const std::string& line);
 
 }  // namespace lab

@@ -2,39 +2,31 @@
 
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/LabKorelInfo.h"
-#include "lab/hostctl/Records.h"
 
 namespace lab {
 
 using Tovrin::Korel::KorelDatastore;
 
 void LabKorelInfo::AddDatastore(const KorelDatastore& datastore) {
-  Call("AddDatastore", Arguments(datastore),
-       [&](Store& store, const Host& host) { lab::AddDatastore(store, host, datastore); });
+  Call("AddDatastore", lab::AddDatastore, datastore);
 }
 
 void LabKorelInfo::RemoveDatastore(const std::string& uuid) {
-  Call("RemoveDatastore", Arguments(uuid),
-       [&](Store& store, const Host& host) { lab::RemoveDatastore(store, host, uuid); });
+  Call("RemoveDatastore", lab::RemoveDatastore, uuid);
 }
 
-void LabKorelInfo::ClearDatastores() {
-  Call("ClearDatastores", Arguments(),
-       [](Store& store, const Host& host) { lab::ClearDatastores(store, host); });
-}
+void LabKorelInfo::ClearDatastores() { Call("ClearDatastores", lab::ClearDatastores); }
 
 std::vector<std::shared_ptr<KorelDatastore>> LabKorelInfo::GetDatastores() {
-  return Call("GetDatastores", Arguments(), KnownDatastores);
+  return Call("GetDatastores", KnownDatastores);
 }
 
 std::string LabKorelInfo::GetDatastoreName(const std::string& uuid) {
-  return Call("GetDatastoreName", Arguments(uuid),
-              [&](Store& store, const Host& host) { return DatastoreName(store, host, uuid); });
+  return Call("GetDatastoreName", DatastoreName, uuid);
 }
 
 void LabKorelInfo::SetDatastoreName(const std::string& uuid, const std::string& newName) {
-  Call("SetDatastoreName", Arguments(uuid, newName),
-       [&](Store& store, const Host& host) { RenameDatastore(store, host, uuid, newName); });
+  Call("SetDatastoreName", RenameDatastore, uuid, newName);
 }
 
 }  // namespace lab

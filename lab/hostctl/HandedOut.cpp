@@ -11,10 +11,11 @@
 #include <utility>
 #include <vector>
 
-#include "lab/common/CommandLine.h"
-#include "lab/common/Text.h"
+#include "lab/base/CommandLine.h"
+#include "lab/base/Text.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
+#include "platform/hostctl/Misc.h"
 
 namespace lab {
 namespace {
@@ -137,3 +138,11 @@ void TryToTakeInHostFiles() noexcept {
 }
 
 }  // namespace lab
+
+std::string Tovrin::Misc::HostPath(const std::string& path) {
+  try {
+    return lab::HandOutHostFile(path);
+  } catch (...) {
+    lab::ThrowActionable();
+  }
+}

@@ -5,7 +5,7 @@
 namespace lab {
 
 /// The control interface of a lab host: each operation is one Call() of the model's function for
-/// it. The sources beside this header hold the operations by subsystem.
+/// it, in the file of the same name as the model's.
 class LabKorelInfo final : public Tovrin::Korel::KorelInfo {
  public:
   ~LabKorelInfo() override;

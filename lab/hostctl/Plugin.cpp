@@ -1,7 +1,6 @@
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/HandedOut.h"
 #include "lab/hostctl/LabKorelInfo.h"
-#include "lab/hostctl/Records.h"
 
 lab::LabKorelInfo::~LabKorelInfo() { TryToTakeInHostFiles(); }
 
@@ -15,9 +14,9 @@ class LabKorelPlugin final : public KorelPlugin {
  public:
   std::unique_ptr<KorelInfo> GetKorelInfo() override {
     try {
-      lab::Call("GetKorelInfo", lab::Arguments(), [](lab::Store&, const lab::Host&) {});
+      lab::Call("GetKorelInfo", [] {});
       return std::make_unique<lab::LabKorelInfo>();
-    } catch (const lab::InjectedFailure&) {
+    } catch (const lab::FailedOnPurpose&) {
       return nullptr;
     }
   }

@@ -2,28 +2,36 @@
 
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/LabKorelInfo.h"
-#include "lab/hostctl/Records.h"
+#include "platform/hostctl/KorelUtil.h"
 
 namespace lab {
 
 void LabKorelInfo::AddStoragePoolDisks(const std::vector<std::string>& devices) {
-  Call("AddStoragePoolDisks", Arguments(devices),
-       [&](Store& store, const Host& host) { AddPoolDisks(store, host, devices); });
+  Call("AddStoragePoolDisks", AddPoolDisks, devices);
 }
 
 void LabKorelInfo::RemoveStoragePoolDisk(const std::string& device,
                                          const std::string& evacuationMode) {
-  Call(
-      "RemoveStoragePoolDisk", Arguments(device, evacuationMode),
-      [&](Store& store, const Host& host) { RemovePoolDisk(store, host, device, evacuationMode); });
+  Call("RemoveStoragePoolDisk", RemovePoolDisk, device, evacuationMode);
 }
 
 void LabKorelInfo::RemoveStoragePoolDiskByUuid(const std::string& uuid,
                                                const std::string& evacuationMode) {
-  Call("RemoveStoragePoolDiskByUuid", Arguments(uuid, evacuationMode),
-       [&](Store& store, const Host& host) {
-         RemovePoolDiskByUuid(store, host, uuid, evacuationMode);
-       });
+  Call("RemoveStoragePoolDiskByUuid", RemovePoolDiskByUuid, uuid, evacuationMode);
 }
 
 }  // namespace lab
+
+namespace HskCtl::Korel {
+
+void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskList& disks,
+                                            bool fromCluster,
+                                            Tovrin::Korel::KorelStoragePoolDiskInfo& info) {
+  info = lab::Call("GetKorelStoragePoolDiskInfo", lab::PoolDiskInfo, disk, disks, fromCluster);
+}
+
+bool KorelUtil::IsStoragePoolDisk(const std::string& device) {
+  return lab::Call("IsStoragePoolDisk", lab::IsPoolDisk, device);
+}
+
+}  // namespace HskCtl::Korel

@@ -1,6 +1,5 @@
 #include "lab/memory/Copies.h"
 
-#include <SQLiteCpp/Database.h>
 #include <fcntl.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
@@ -9,20 +8,16 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <stdexcept>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Check.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Lab.h"
+#include "lab/store/Attached.h"
 #include "lab/store/LabFile.h"
-#include "lab/store/Memory.h"
-#include "lab/store/Query.h"
-#include "lab/store/Schema.h"
-#include "lab/store/Session.h"
 
 namespace lab {
 namespace {
@@ -99,46 +94,8 @@ class OtherLab {
   std::optional<Transaction> reading_;
 };
 
-/// Another lab in the schema "other", beside the process's own, for reading alone: a transaction
-/// that changes would lock it for writing, too.
-class Attached {
- public:
-  Attached(Store& store, const std::string& path) : store_(store) {
-    Execute(store_, "ATTACH ? AS other", "file:" + Encoded(path) + "?mode=ro");
-  }
-  ~Attached() { store_.GetDatabase().tryExec("DETACH other"); }
-  Attached(const Attached&) = delete;
-  Attached& operator=(const Attached&) = delete;
-
- private:
-  static std::string Encoded(const std::string& path) {
-    std::string encoded;
-    for (const char c : path) {
-      if (c == '%' || c == '?' || c == '#') {
-        encoded += Tovrin::Misc::StrPrintf("%%%02X", static_cast<unsigned>(c));
-      } else {
-        encoded += c;
-      }
-    }
-    return encoded;
-  }
-
-  Store& store_;
-};
-
-/// Within a transaction: what makes the lab of the attached one.
-Changeset FromOther(Store& store) {
-  sqlite3_session* session = BeginRecording(store);
-  for (const auto& [name, sql] : kTables) {
-    const int result = sqlite3session_diff(session, "other", name, nullptr);
-    if (result == SQLITE_OK) continue;
-    EndRecording(session);
-    CheckResult(result);
-  }
-  return EndRecording(session);
-}
-
-/// Runs `work(Store&)` in a transaction on the lab, with the other one attached.
+/// Runs `work(LabTransaction&, const Attached&)` in a transaction on the lab, with the other one
+/// attached.
 template <typename Work>
 auto WithOther(Access access, const std::string& path, const Work& work) {
   try {
@@ -147,7 +104,7 @@ auto WithOther(Access access, const std::string& path, const Work& work) {
     LabTransaction(Access::Read, store).Commit();  // makes it when it is not there
     const Attached attached(store, other.GetPath());
     LabTransaction transaction(access, store);
-    return work(transaction);
+    return work(transaction, attached);
   } catch (...) {
     ThrowActionable();
   }
@@ -166,14 +123,7 @@ void WriteFile(const std::string& path, const std::string& bytes, bool force) {
 
 std::string ReadSmallFile(const std::string& path) {
   CheckIsNotLab(path);
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  std::string content(kMostFileBytes + 1, '\0');
-  if (!file || (!file.read(content.data(), kMostFileBytes + 1) && file.bad())) {
-    Fail("cannot read ", Quoted(path), ": ", ErrorText(errno == 0 ? EIO : errno));
-  }
-  content.resize(static_cast<std::size_t>(file.gcount()));
-  return content;
+  return ReadUpTo(kMostFileBytes + 1, path);
 }
 
 void CopyLab(Store& store, int file) {
@@ -192,17 +142,17 @@ void SaveLab(const std::string& path, bool force) {
 }
 
 void LoadLab(const std::string& path) {
-  WithOther(Access::ChangeLoosely, path, [&](LabTransaction& transaction) {
+  WithOther(Access::ChangeLoosely, path, [&](LabTransaction& transaction, const Attached& other) {
     Store& store = transaction.GetStore();
-    const bool isApplied = Apply(store, Inverted(store, FromOther(store)));
+    const bool isApplied = Apply(store, Inverted(store, other.Difference()));
     if (!isApplied) throw std::logic_error("the difference of two labs is not theirs");
     transaction.Commit([&] { return "loads " + path; });
   });
 }
 
-std::vector<Change> DifferenceFrom(const std::string& path) {
-  return WithOther(Access::Read, path, [](LabTransaction& transaction) {
-    return InWords(transaction.GetStore(), FromOther(transaction.GetStore()));
+std::vector<FieldChange> DifferenceFrom(const std::string& path) {
+  return WithOther(Access::Read, path, [](LabTransaction& transaction, const Attached& other) {
+    return InWords(transaction.GetStore(), other.Difference());
   });
 }
 

@@ -28,6 +28,6 @@ void CopyLab(Store& store, int file);
 void LoadLab(const std::string& path);
 
 /// What made this lab of the one in the file.
-std::vector<Change> DifferenceFrom(const std::string& path);
+std::vector<FieldChange> DifferenceFrom(const std::string& path);
 
 }  // namespace lab

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/AgentRecord.h"
 #include "lab/model/Clusters.h"
 #include "lab/store/Query.h"
@@ -134,9 +134,8 @@ std::string TitleOf(const std::string& column) {
   if (text != nullptr && text->title != nullptr) return text->title;
   std::string title;
   for (const char c : column.starts_with("is") ? column.substr(2) : column) {
-    const bool isCapital = c >= 'A' && c <= 'Z';
-    if (isCapital && !title.empty()) title += ' ';
-    title += isCapital ? static_cast<char>(c - 'A' + 'a') : c;
+    if (LowerCase(c) != c && !title.empty()) title += ' ';
+    title += LowerCase(c);
   }
   return title;
 }

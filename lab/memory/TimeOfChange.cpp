@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 
@@ -95,9 +95,8 @@ std::optional<std::string> TimeOfChange::ValueNow(const std::string& table, cons
   if (key.size() != 1) return std::nullopt;
   const std::string sql =
       "SELECT " + column + " FROM " + table + " WHERE " + ColumnsOf(table).front() + " = ?";
-  lab::Rows rows = Query(store_, sql.c_str(), key.front());
-  if (!rows.executeStep() || rows.isColumnNull(0)) return std::nullopt;
-  return rows.getColumn(0).getString();
+  Query row(store_, sql.c_str(), key.front());
+  return row.Next() ? row.OptionalText(0) : std::nullopt;
 }
 
 }  // namespace lab

@@ -34,7 +34,7 @@ class TimeOfChange {
   Store& GetStore() const { return store_; }
 
  private:
-  using Rows = std::unordered_map<std::string, const RowChange*>;
+  using RowsByName = std::unordered_map<std::string, const RowChange*>;
 
   std::optional<std::string> ValueNow(const std::string& table, const Key& key,
                                       const std::string& column) const;
@@ -42,8 +42,8 @@ class TimeOfChange {
   Store& store_;
   std::vector<RowChange> changes_;
   std::vector<RowChange> later_;
-  Rows changedRows_;
-  Rows laterRows_;
+  RowsByName changedRows_;
+  RowsByName laterRows_;
 };
 
 }  // namespace lab

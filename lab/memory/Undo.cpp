@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Check.h"
 #include "lab/model/Lab.h"
 #include "lab/store/Memory.h"

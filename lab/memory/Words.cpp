@@ -5,7 +5,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/memory/TextOfColumn.h"
 #include "lab/memory/TimeOfChange.h"
 
@@ -80,7 +80,7 @@ class LinesOf {
 /// Tells the changes of one row.
 class RowTeller {
  public:
-  RowTeller(const TimeOfChange& time, const RowChange& row, std::vector<Change>& changes)
+  RowTeller(const TimeOfChange& time, const RowChange& row, std::vector<FieldChange>& changes)
       : time_(time), row_(row), changes_(changes), text_(TextOfTable(row.table)) {
     names_ = Split(text_.names, ',');
     kind_ = row.before.empty() ? "added" : row.after.empty() ? "removed" : "changed";
@@ -152,7 +152,7 @@ class RowTeller {
 
   const TimeOfChange& time_;
   const RowChange& row_;
-  std::vector<Change>& changes_;
+  std::vector<FieldChange>& changes_;
   const TableText& text_;
   std::vector<std::string> names_;
   const char* kind_;
@@ -176,7 +176,7 @@ bool Precedes(const RowChange& one, const RowChange& other) {
 
 }  // namespace
 
-std::vector<Change> InWords(Store& store, const Changeset& changes, const Changeset& later) {
+std::vector<FieldChange> InWords(Store& store, const Changeset& changes, const Changeset& later) {
   const TimeOfChange time(store, RowsOf(store, changes), RowsOf(store, later));
   std::vector<const RowChange*> rows;
   for (const RowChange& row : time.GetRows()) rows.push_back(&row);
@@ -184,7 +184,7 @@ std::vector<Change> InWords(Store& store, const Changeset& changes, const Change
             [](const RowChange* one, const RowChange* other) { return Precedes(*one, *other); });
   std::stable_partition(rows.begin(), rows.end(),
                         [](const RowChange* row) { return !row->before.empty(); });
-  std::vector<Change> told;
+  std::vector<FieldChange> told;
   for (const RowChange* row : rows) RowTeller(time, *row, told).Tell();
   return told;
 }

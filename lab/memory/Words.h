@@ -9,7 +9,7 @@
 namespace lab {
 
 /// One field of one row of the lab that was changed, added or removed, in names that people know.
-struct Change {
+struct FieldChange {
   const char* kind;                  ///< "changed", "added" or "removed", said of the row
   std::string subject;               ///< "datastore ds1"
   std::optional<std::string> field;  ///< none for a row of no further fields
@@ -22,6 +22,7 @@ struct Change {
 /// words, the content of a host's file line by line, a line "KEY=VALUE" as the field KEY; what is
 /// unset is left out. `later` is what the lab has gone through since, so that the names are those
 /// of then. Throws KorelCtlException when the changes are not of a lab.
-std::vector<Change> InWords(Store& store, const Changeset& changes, const Changeset& later = {});
+std::vector<FieldChange> InWords(Store& store, const Changeset& changes,
+                                 const Changeset& later = {});
 
 }  // namespace lab

@@ -2,8 +2,8 @@
 
 #include <map>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 
 namespace lab {
 namespace {
@@ -11,19 +11,6 @@ namespace {
 using Tovrin::Korel::KorelUnicastAgentType;
 using Tovrin::Network::Ipv4Address;
 using Tovrin::Network::Ipv6Address;
-
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-
-bool IsLetterOrDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
 
 std::string CanonicalAddress(const std::string& text) {
   if (Ipv4Address::IsValidAddress(text)) return Ipv4Address(text).GetStringAddress();
@@ -43,16 +30,9 @@ void CheckThumbprint(const std::string& text) {
 }
 
 std::string Escaped(const std::string& value) {
-  std::string escaped;
-  for (const char c : value) {
-    if (IsLetterOrDigit(c) || c == '.' || c == ':' || c == '_' || c == '-') {
-      escaped += c;
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(c);
-    escaped += {'%', kHexDigits[byte >> 4U], kHexDigits[byte & 0xfU]};
-  }
-  return escaped;
+  return PercentEncoded(value, [](char c) {
+    return IsLetterOrDigit(c) || c == '.' || c == ':' || c == '_' || c == '-';
+  });
 }
 
 std::string Unescaped(const std::string& escaped) {
@@ -130,7 +110,7 @@ Agent CheckedAgent(Agent agent) {
 }
 
 std::string AgentEntry(const Agent& agent) {
-  const std::pair<const char*, std::string> pairs[] = {
+  const std::pair<const char*, std::string> values[] = {
       {"uuid", agent.nodeUuid},
       {"type", std::to_string(static_cast<int>(agent.isWitness))},
       {"unicast", agent.supportsUnicast ? "1" : "0"},
@@ -139,12 +119,11 @@ std::string AgentEntry(const Agent& agent) {
       {"iface", agent.interfaceName},
       {"thumbprint", agent.certThumbprint},
       {"cluster", agent.subClusterUuid}};
-  std::string entry;
-  for (const auto& [key, value] : pairs) {
-    if (!entry.empty()) entry += ';';
-    entry += Tovrin::Misc::StrCat(key, "=", Escaped(value));
+  std::vector<std::string> pairs;
+  for (const auto& [key, value] : values) {
+    pairs.push_back(Tovrin::Misc::StrCat(key, "=", Escaped(value)));
   }
-  return entry;
+  return Joined(pairs, ";");
 }
 
 Agent ParseAgentEntry(const std::string& text, bool strict) {

@@ -1,7 +1,7 @@
 #include "lab/model/Agents.h"
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/NetworkConfig.h"
 #include "lab/store/Query.h"
@@ -46,16 +46,19 @@ void CheckOnlyWitness(Store& store, const Host& host, const Agent& agent) {
   if (!addresses.empty()) Fail("there is a unicast witness already, ", addresses.front());
 }
 
-/// Of all clusters when the UUID is empty.
-Rows SelectAgents(Store& store, const Host& host, const std::string& clusterUuid) {
-  constexpr const char* kOfAll =
+/// The agents that the condition chooses.
+template <typename... Values>
+std::vector<Agent> AgentsWhere(Store& store, const char* condition, const Values&... values) {
+  const std::string sql = Tovrin::Misc::StrCat(
       "SELECT uuid, type, supportsUnicast, address, port, interface, thumbprint, cluster "
-      "FROM agents WHERE host = ? ORDER BY id";
-  constexpr const char* kOfCluster =
-      "SELECT uuid, type, supportsUnicast, address, port, interface, thumbprint, cluster "
-      "FROM agents WHERE host = ? AND cluster = ? ORDER BY id";
-  if (clusterUuid.empty()) return Query(store, kOfAll, host.id);
-  return Query(store, kOfCluster, host.id, CanonicalUuid(clusterUuid));
+      "FROM agents ",
+      condition, " ORDER BY id");
+  std::vector<Agent> agents;
+  for (const Row& row : Query(store, sql.c_str(), values...)) {
+    agents.push_back({row.Text(0), static_cast<KorelUnicastAgentType>(row.Number(1)), row.Flag(2),
+                      row.Text(3), row.Number(4), row.Text(5), row.Text(6), row.Text(7)});
+  }
+  return agents;
 }
 
 }  // namespace
@@ -68,7 +71,7 @@ void AddAgent(Store& store, const Host& host, const Agent& agent) {
   Execute(store,
           "INSERT INTO agents (host, uuid, type, supportsUnicast, address, port, interface, "
           "thumbprint, cluster) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
-          host.id, added.nodeUuid, static_cast<int>(added.isWitness), added.supportsUnicast ? 1 : 0,
+          host.id, added.nodeUuid, static_cast<int>(added.isWitness), added.supportsUnicast,
           added.address, added.port, added.interfaceName, added.certThumbprint,
           added.subClusterUuid);
 }
@@ -94,17 +97,24 @@ void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid
   Execute(store, "DELETE FROM agents WHERE host = ? AND cluster = ?", host.id, clusterUuid);
 }
 
-std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& clusterUuid) {
-  Rows rows = SelectAgents(store, host, clusterUuid);
-  std::vector<Agent> agents;
-  while (rows.executeStep()) {
-    agents.push_back({rows.getColumn(0).getString(),
-                      static_cast<KorelUnicastAgentType>(rows.getColumn(1).getInt()),
-                      rows.getColumn(2).getInt() != 0, rows.getColumn(3).getString(),
-                      rows.getColumn(4).getInt64(), rows.getColumn(5).getString(),
-                      rows.getColumn(6).getString(), rows.getColumn(7).getString()});
-  }
+std::vector<Agent> AgentsOf(Store& store, const Host& host, bool all,
+                            const std::string& clusterUuid) {
+  auto agents = clusterUuid.empty() ? AgentsWhere(store, "WHERE host = ?", host.id)
+                                    : AgentsWhere(store, "WHERE host = ? AND cluster = ?", host.id,
+                                                  CanonicalUuid(clusterUuid));
+  if (!all) std::erase_if(agents, [](const Agent& agent) { return !agent.supportsUnicast; });
   return agents;
+}
+
+std::vector<Agent> AllAgents(Store& store) { return AgentsWhere(store, ""); }
+
+std::vector<std::string> AgentEntries(Store& store, const Host& host,
+                                      const std::string& clusterUuid) {
+  std::vector<std::string> entries;
+  for (const Agent& agent : AgentsOf(store, host, true, clusterUuid)) {
+    entries.push_back(AgentEntry(agent));
+  }
+  return entries;
 }
 
 std::vector<std::string> WitnessAddresses(Store& store, const Host& host) {
@@ -113,12 +123,13 @@ std::vector<std::string> WitnessAddresses(Store& store, const Host& host) {
 }
 
 bool IsUnicast(Store& store, const Host& host, const std::string& clusterUuid) {
-  Rows rows = Query(
-      store, "SELECT min(supportsUnicast) FROM agents WHERE host = ? AND cluster = ? AND type = ?",
-      host.id, CanonicalUuid(clusterUuid), static_cast<int>(KorelUnicastAgentType::Node));
-  rows.executeStep();
+  const Membership own = RequireMember(store, host, clusterUuid);
+  Query row(store,
+            "SELECT min(supportsUnicast) FROM agents WHERE host = ? AND cluster = ? AND type = ?",
+            host.id, own.clusterUuid, static_cast<int>(KorelUnicastAgentType::Node));
+  row.Next();
   // Without a node agent there is no least one, and NULL reads as 0.
-  return rows.getColumn(0).getInt() != 0;
+  return row.Flag(0);
 }
 
 }  // namespace lab

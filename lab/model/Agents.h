@@ -19,11 +19,19 @@ void AddAgent(Store& store, const Host& host, const Agent& agent);
 void RemoveAgent(Store& store, const Host& host, const Agent& agent);
 /// Removes the host's agents of that cluster.
 void DropAgentsOf(Store& store, const Host& host, const std::string& clusterUuid);
-/// In the order of adding; of all clusters when the UUID is empty.
-std::vector<Agent> AgentsOf(Store& store, const Host& host, const std::string& clusterUuid);
+/// In the order of adding; of all clusters when the UUID is empty. Those that support no unicast
+/// only with `all`.
+std::vector<Agent> AgentsOf(Store& store, const Host& host, bool all,
+                            const std::string& clusterUuid);
+/// Of all hosts, as they stand in the lab, whatever that is.
+std::vector<Agent> AllAgents(Store& store);
+/// Those of the cluster, or all, as lines of text, each as AgentEntry makes it.
+std::vector<std::string> AgentEntries(Store& store, const Host& host,
+                                      const std::string& clusterUuid);
 /// The addresses of the host's witness agents, in the order of adding.
 std::vector<std::string> WitnessAddresses(Store& store, const Host& host);
-/// The host has a node agent of that cluster, and all of them support unicast.
+/// The host has a node agent of that cluster, and all of them support unicast. Throws
+/// KorelCtlException unless the host takes part in the cluster.
 bool IsUnicast(Store& store, const Host& host, const std::string& clusterUuid);
 
 }  // namespace lab

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <functional>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
-#include "lab/model/AgentRecord.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
+#include "lab/model/Agents.h"
 #include "lab/model/CheckRules.h"
-#include "lab/model/Faults.h"
 #include "lab/model/Features.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/Hosts.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Policies.h"
 #include "lab/model/Trace.h"
 #include "lab/store/Changeset.h"
@@ -62,18 +62,16 @@ void CheckStructure(Store& store, Findings& findings) {
 }
 
 void CheckReferences(Store& store, Findings& findings) {
-  Rows rows = Query(store, "PRAGMA foreign_key_check");
-  while (rows.executeStep()) {
-    findings.Add("a row of " + rows.getColumn(0).getString() + " refers to one of " +
-                 rows.getColumn(2).getString() + " that is not there");
+  for (const Row& row : Query(store, "PRAGMA foreign_key_check")) {
+    findings.Add("a row of " + row.Text(0) + " refers to one of " + row.Text(2) +
+                 " that is not there");
   }
 }
 
 void CheckRules(Store& store, Findings& findings) {
   for (const auto& [sql, kind, problem] : kRules) {
-    Rows rows = Query(store, sql);
-    while (rows.executeStep()) {
-      findings.Add(std::string(kind) + " " + Quoted(rows.getColumn(0).getString()) + " " + problem);
+    for (const Row& row : Query(store, sql)) {
+      findings.Add(std::string(kind) + " " + Quoted(row.Text(0)) + " " + problem);
     }
   }
 }
@@ -86,18 +84,7 @@ void CheckHosts(Store& store, Findings& findings) {
 }
 
 void CheckAgents(Store& store, Findings& findings) {
-  Rows rows = Query(store,
-                    "SELECT uuid, type, supportsUnicast, address, port, interface, thumbprint, "
-                    "cluster FROM agents");
-  while (rows.executeStep()) {
-    const Agent agent{rows.getColumn(0).getString(),
-                      static_cast<Tovrin::Korel::KorelUnicastAgentType>(rows.getColumn(1).getInt()),
-                      rows.getColumn(2).getInt() != 0,
-                      rows.getColumn(3).getString(),
-                      rows.getColumn(4).getInt64(),
-                      rows.getColumn(5).getString(),
-                      rows.getColumn(6).getString(),
-                      rows.getColumn(7).getString()};
+  for (const Agent& agent : AllAgents(store)) {
     findings.Try("unicast agent " + Quoted(agent.address), [&] { CheckedAgent(agent); });
   }
 }
@@ -107,10 +94,9 @@ void CheckNameOf(const std::string& name, const std::string& kind) { CheckPlainN
 /// The two texts of each row, held against what they may be.
 void CheckPairs(Store& store, Findings& findings, const char* sql,
                 const std::function<void(const std::string&, const std::string&)>& check) {
-  Rows rows = Query(store, sql);
-  while (rows.executeStep()) {
-    const std::string name = rows.getColumn(0).getString();
-    const std::string value = rows.getColumn(1).getString();
+  for (const Row& row : Query(store, sql)) {
+    const std::string name = row.Text(0);
+    const std::string value = row.Text(1);
     findings.Try(Quoted(name), [&] { check(name, value); });
   }
 }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/store/Query.h"
 
@@ -54,10 +54,9 @@ void NoteChange(Store& store, std::int64_t clusterId) {
 }
 
 Tovrin::Korel::KorelConfigGeneration ConfigGeneration(Store& store, std::int64_t clusterId) {
-  Rows rows = Query(store, "SELECT generation, changedAt FROM clusters WHERE id = ?", clusterId);
-  rows.executeStep();
-  return {rows.getColumn(0).getInt64(),
-          rows.isColumnNull(1) ? "" : LocalTime(rows.getColumn(1).getInt64())};
+  Query row(store, "SELECT generation, changedAt FROM clusters WHERE id = ?", clusterId);
+  row.Next();
+  return {row.Number(0), row.IsNull(1) ? "" : LocalTime(row.Number(1))};
 }
 
 bool IsStretched(Store& store, std::int64_t clusterId) {
@@ -119,16 +118,16 @@ KorelClusterInfoDetailed DirectoryInfo(Store& store, const Host& host,
 Encryption EncryptionOf(Store& store, const std::string& clusterUuid) {
   const std::string uuid = CanonicalUuid(clusterUuid);
   if (uuid == kZeroUuid) return {};
-  Rows rows = Query(store, "SELECT isEncrypted, rekeyMinutes FROM clusters WHERE uuid = ?", uuid);
-  if (!rows.executeStep()) Fail("there is no cluster ", uuid);
-  return {rows.getColumn(0).getInt() != 0, rows.getColumn(1).getInt64()};
+  Query row(store, "SELECT isEncrypted, rekeyMinutes FROM clusters WHERE uuid = ?", uuid);
+  if (!row.Next()) Fail("there is no cluster ", uuid);
+  return {row.Flag(0), row.Number(1)};
 }
 
 void SetEncryption(Store& store, const Host& host, const std::string& clusterUuid, bool isEnabled,
                    const std::string& state) {
   const Membership own = RequireMember(store, host, clusterUuid);
   if (state != "SETTLED") Fail("the state of encryption must be SETTLED, got ", Quoted(state));
-  SetFact(store, own.clusterId, "isEncrypted", isEnabled ? 1 : 0);
+  SetFact(store, own.clusterId, "isEncrypted", isEnabled);
 }
 
 void SetRekeyInterval(Store& store, const Host& host, const std::string& clusterUuid,

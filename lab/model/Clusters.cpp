@@ -1,7 +1,7 @@
 #include "lab/model/Clusters.h"
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Agents.h"
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Datastores.h"
@@ -18,20 +18,20 @@ struct ClusterRow {
 };
 
 std::optional<ClusterRow> FindCluster(Store& store, const std::string& uuid) {
-  Rows rows = Query(store, "SELECT id, isClient FROM clusters WHERE uuid = ?", uuid);
-  if (!rows.executeStep()) return std::nullopt;
-  return ClusterRow{rows.getColumn(0).getInt64(), rows.getColumn(1).getInt() != 0};
+  Query row(store, "SELECT id, isClient FROM clusters WHERE uuid = ?", uuid);
+  if (!row.Next()) return std::nullopt;
+  return ClusterRow{row.Number(0), row.Flag(1)};
 }
 
 /// Persisted memberships that are not active count too: a restore would bring them back.
 void CheckInNoCluster(Store& store, const Host& host) {
-  Rows rows = Query(store,
-                    "SELECT uuid, isActive FROM memberships m JOIN clusters c "
-                    "ON c.id = m.cluster WHERE m.host = ? ORDER BY m.id",
-                    host.id);
-  if (!rows.executeStep()) return;
-  const std::string uuid = rows.getColumn(0).getString();
-  if (rows.getColumn(1).getInt() != 0) {
+  Query row(store,
+            "SELECT uuid, isActive FROM memberships m JOIN clusters c "
+            "ON c.id = m.cluster WHERE m.host = ? ORDER BY m.id",
+            host.id);
+  if (!row.Next()) return;
+  const std::string uuid = row.Text(0);
+  if (row.Flag(1)) {
     Fail("the host is in cluster ", uuid, "; it must leave that one first");
   }
   Fail("the host's persisted configuration has it in cluster ", uuid,
@@ -39,8 +39,7 @@ void CheckInNoCluster(Store& store, const Host& host) {
 }
 
 std::int64_t InsertCluster(Store& store, const std::string& uuid, bool isClient) {
-  return Insert(store, "INSERT INTO clusters (uuid, isClient) VALUES (?, ?)", uuid,
-                isClient ? 1 : 0);
+  return Insert(store, "INSERT INTO clusters (uuid, isClient) VALUES (?, ?)", uuid, isClient);
 }
 
 void InsertMembership(Store& store, const Host& host, std::int64_t cluster, KorelNodeType nodeType,
@@ -48,7 +47,7 @@ void InsertMembership(Store& store, const Host& host, std::int64_t cluster, Kore
   Execute(store,
           "INSERT INTO memberships (host, cluster, nodeType, isActive, isPersisted) "
           "VALUES (?, ?, ?, 1, ?)",
-          host.id, cluster, static_cast<int>(nodeType), persist ? 1 : 0);
+          host.id, cluster, static_cast<int>(nodeType), persist);
   NoteChange(store, cluster);
 }
 
@@ -83,11 +82,11 @@ void NoteMemberChange(Store& store, std::int64_t cluster) {
           "(SELECT 1 FROM memberships WHERE cluster = ?1 AND nodeType = 1)",
           cluster);
   if (Exists(store, "SELECT 1 FROM memberships WHERE cluster = ?", cluster)) return;
-  Rows mounting = Query(store,
-                        "SELECT DISTINCT m.cluster FROM mounts m JOIN datastores d "
-                        "ON d.id = m.datastore WHERE d.cluster = ?",
-                        cluster);
-  while (mounting.executeStep()) NoteChange(store, mounting.getColumn(0).getInt64());
+  for (const Row& row : Query(store,
+                              "SELECT DISTINCT m.cluster FROM mounts m JOIN datastores d "
+                              "ON d.id = m.datastore WHERE d.cluster = ?",
+                              cluster))
+    NoteChange(store, row.Number(0));
   Execute(store, "DELETE FROM clusters WHERE id = ?", cluster);
 }
 
@@ -97,29 +96,26 @@ void Depart(Store& store, const Host& host, std::int64_t cluster, const std::str
   NoteMemberChange(store, cluster);
 }
 
-Cluster ReadCluster(Store& store, Rows& rows) {
-  return {rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
-          rows.getColumn(2).getInt() != 0, rows.getColumn(3).getString(),
+Cluster ReadCluster(Store& store, const Row& row) {
+  return {row.Number(0), row.Text(1), row.Flag(2), row.Text(3),
           Texts(store,
                 "SELECT h.name FROM memberships m JOIN hosts h ON h.id = m.host "
                 "WHERE m.cluster = ? ORDER BY m.id",
-                rows.getColumn(0).getInt64())};
+                row.Number(0))};
 }
 
 }  // namespace
 
 std::vector<Membership> ActiveMemberships(Store& store, const Host& host) {
   std::vector<Membership> memberships;
-  Rows rows = Query(store,
-                    "SELECT c.id, c.uuid, c.isClient, m.nodeType, m.isPersisted FROM memberships m "
-                    "JOIN clusters c ON c.id = m.cluster "
-                    "WHERE m.host = ? AND m.isActive ORDER BY m.id",
-                    host.id);
-  while (rows.executeStep()) {
-    memberships.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
-                           rows.getColumn(2).getInt() != 0,
-                           static_cast<KorelNodeType>(rows.getColumn(3).getInt()),
-                           rows.getColumn(4).getInt() != 0});
+  for (const Row& row :
+       Query(store,
+             "SELECT c.id, c.uuid, c.isClient, m.nodeType, m.isPersisted FROM memberships m "
+             "JOIN clusters c ON c.id = m.cluster "
+             "WHERE m.host = ? AND m.isActive ORDER BY m.id",
+             host.id)) {
+    memberships.push_back({row.Number(0), row.Text(1), row.Flag(2),
+                           static_cast<KorelNodeType>(row.Number(3)), row.Flag(4)});
   }
   return memberships;
 }
@@ -128,6 +124,19 @@ std::optional<Membership> FirstMembership(Store& store, const Host& host) {
   auto memberships = ActiveMemberships(store, host);
   if (memberships.empty()) return std::nullopt;
   return std::move(memberships.front());
+}
+
+std::vector<std::string> JoinedClusterUuids(Store& store, const Host& host) {
+  std::vector<std::string> uuids;
+  for (Membership& membership : ActiveMemberships(store, host)) {
+    uuids.push_back(std::move(membership.clusterUuid));
+  }
+  return uuids;
+}
+
+std::string FirstClusterUuid(Store& store, const Host& host) {
+  const auto first = FirstMembership(store, host);
+  return first ? first->clusterUuid : std::string(kZeroUuid);
 }
 
 Membership RequireMember(Store& store, const Host& host, const std::string& clusterUuid) {
@@ -162,9 +171,9 @@ void CreateCluster(Store& store, const Host& host, const std::string& uuid, bool
   AddDefaultDatastore(store, cluster, canonical);
 }
 
-void JoinCluster(Store& store, const Host& host, const std::string& uuid, KorelNodeType nodeType,
-                 const std::string& preferredFaultDomain) {
-  const std::string canonical = CanonicalUuid(uuid);
+void JoinCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid,
+                 KorelNodeType nodeType, const std::string& preferredFaultDomain) {
+  const std::string canonical = UuidText(uuid);
   const auto cluster = FindCluster(store, canonical);
   if (!cluster) Fail("there is no cluster ", canonical);
   if (cluster->isClient)
@@ -188,8 +197,8 @@ void JoinClientCluster(Store& store, const Host& host, const std::string& uuid) 
                    KorelNodeType::Normal, true);
 }
 
-void LeaveCluster(Store& store, const Host& host, const std::string& uuid) {
-  const std::string canonical = CanonicalUuid(uuid);
+void LeaveCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid) {
+  const std::string canonical = UuidText(uuid);
   const auto cluster = FindCluster(store, canonical);
   if (!cluster || !Exists(store, "SELECT 1 FROM memberships WHERE host = ? AND cluster = ?",
                           host.id, cluster->id)) {
@@ -216,15 +225,16 @@ void SuspendClusters(Store& store, const Host& host) {
   }
 }
 
-void RestoreClusters(Store& store, const Host& host) {
+void RestoreClusters(Store& store, const Host& host, bool boot, bool postboot) {
+  if (boot && postboot) Fail("a restore is for one stage of a boot at most");
   for (const Membership& membership : ActiveMemberships(store, host)) {
     if (!membership.isPersisted) {
       Depart(store, host, membership.clusterId, membership.clusterUuid);
     }
   }
-  Rows suspended =
-      Query(store, "SELECT cluster FROM memberships WHERE host = ? AND NOT isActive", host.id);
-  while (suspended.executeStep()) NoteChange(store, suspended.getColumn(0).getInt64());
+  for (const Row& row :
+       Query(store, "SELECT cluster FROM memberships WHERE host = ? AND NOT isActive", host.id))
+    NoteChange(store, row.Number(0));
   Execute(store, "UPDATE memberships SET isActive = 1 WHERE host = ?", host.id);
 }
 
@@ -261,33 +271,29 @@ void SetNodeType(Store& store, const Host& host, KorelNodeType nodeType) {
 
 std::vector<Cluster> AllClusters(Store& store) {
   std::vector<Cluster> clusters;
-  Rows rows =
-      Query(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters ORDER BY id");
-  while (rows.executeStep()) clusters.push_back(ReadCluster(store, rows));
+  for (const Row& row :
+       Query(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters ORDER BY id"))
+    clusters.push_back(ReadCluster(store, row));
   return clusters;
 }
 
 Cluster ClusterOf(Store& store, const std::string& uuid) {
   const std::string canonical = CanonicalUuid(uuid);
-  Rows rows =
-      Query(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters WHERE uuid = ?",
+  Query row(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters WHERE uuid = ?",
             canonical);
-  if (!rows.executeStep()) Fail("there is no cluster ", canonical);
-  return ReadCluster(store, rows);
+  if (!row.Next()) Fail("there is no cluster ", canonical);
+  return ReadCluster(store, row);
 }
 
 std::vector<ClusterMember> MembersOf(Store& store, std::int64_t clusterId) {
   std::vector<ClusterMember> members;
-  Rows rows =
-      Query(store,
-            "SELECT h.name, h.nodeUuid, coalesce(h.faultDomain, h.name), m.nodeType, m.isActive "
-            "FROM memberships m JOIN hosts h ON h.id = m.host WHERE m.cluster = ? ORDER BY m.id",
-            clusterId);
-  while (rows.executeStep()) {
-    members.push_back({rows.getColumn(0).getString(), rows.getColumn(1).getString(),
-                       rows.getColumn(2).getString(),
-                       static_cast<KorelNodeType>(rows.getColumn(3).getInt()),
-                       rows.getColumn(4).getInt() != 0});
+  for (const Row& row :
+       Query(store,
+             "SELECT h.name, h.nodeUuid, coalesce(h.faultDomain, h.name), m.nodeType, m.isActive "
+             "FROM memberships m JOIN hosts h ON h.id = m.host WHERE m.cluster = ? ORDER BY m.id",
+             clusterId)) {
+    members.push_back({row.Text(0), row.Text(1), row.Text(2),
+                       static_cast<KorelNodeType>(row.Number(3)), row.Flag(4)});
   }
   return members;
 }

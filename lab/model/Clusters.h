@@ -24,6 +24,10 @@ struct Membership {
 std::vector<Membership> ActiveMemberships(Store& store, const Host& host);
 /// The first of them, which counts where one cluster is meant.
 std::optional<Membership> FirstMembership(Store& store, const Host& host);
+/// The UUIDs of all of them.
+std::vector<std::string> JoinedClusterUuids(Store& store, const Host& host);
+/// The UUID of the first of them; all zeros when there is none.
+std::string FirstClusterUuid(Store& store, const Host& host);
 /// The host's part in that cluster. Throws KorelCtlException when it takes no part in it now.
 Membership RequireMember(Store& store, const Host& host, const std::string& clusterUuid);
 /// The host takes part in a cluster that is no client cluster.
@@ -38,20 +42,21 @@ Tovrin::Korel::KorelNodeType NodeTypeOf(Store& store, const Host& host);
 void CreateCluster(Store& store, const Host& host, const std::string& uuid, bool persist);
 /// Joins an existing cluster. A witness, and only a witness, names the preferred fault domain, and
 /// may join several clusters.
-void JoinCluster(Store& store, const Host& host, const std::string& uuid,
+void JoinCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid,
                  Tovrin::Korel::KorelNodeType nodeType, const std::string& preferredFaultDomain);
 /// Joins a client cluster, which is made when it does not exist.
 void JoinClientCluster(Store& store, const Host& host, const std::string& uuid);
 /// Leaves a cluster of either kind, persisted or active; the host's agents of the cluster go too.
 /// With its last member a cluster goes, its datastores go, and so do the mounts of them elsewhere.
 /// A host that was in no other cluster is then no Korel Max host.
-void LeaveCluster(Store& store, const Host& host, const std::string& uuid);
+void LeaveCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid);
 
 /// What a reboot does: the host takes part in no cluster. Memberships that are not persisted end,
 /// the others stay for RestoreClusters.
 void SuspendClusters(Store& store, const Host& host);
-/// Makes the persisted memberships the active ones.
-void RestoreClusters(Store& store, const Host& host);
+/// Makes the persisted memberships the active ones. The flags name the stage of a boot, which makes
+/// no difference; throws KorelCtlException when both are set.
+void RestoreClusters(Store& store, const Host& host, bool boot, bool postboot);
 
 /// "normal", "witness" or "metadata"; throws KorelCtlException for any other number.
 const char* NodeTypeName(Tovrin::Korel::KorelNodeType nodeType);

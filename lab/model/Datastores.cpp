@@ -1,7 +1,7 @@
 #include "lab/model/Datastores.h"
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/store/Query.h"
@@ -44,11 +44,9 @@ std::vector<Known> KnownTo(Store& store, const Membership& own, const Which& whi
       "WHERE m.cluster = ?1 ",
       which.mounted, "ORDER BY first DESC, shown");
   std::vector<Known> known;
-  Rows rows = Query(store, sql.c_str(), own.clusterId, values...);
-  while (rows.executeStep()) {
-    known.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
-                     rows.getColumn(2).getString(), rows.getColumn(3).getString(),
-                     rows.getColumn(4).getInt() != 0, rows.getColumn(5).getInt() != 0});
+  for (const Row& row : Query(store, sql.c_str(), own.clusterId, values...)) {
+    known.push_back(
+        {row.Number(0), row.Text(1), row.Text(2), row.Text(3), row.Flag(4), row.Flag(5)});
   }
   return known;
 }
@@ -108,12 +106,12 @@ std::int64_t FindExported(Store& store, const std::string& uuid, const std::stri
   if (!Exists(store, "SELECT 1 FROM clusters WHERE uuid = ?", exporter)) {
     Fail("there is no cluster ", exporter);
   }
-  Rows rows = Query(store,
-                    "SELECT d.id FROM datastores d JOIN clusters c "
-                    "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
-                    uuid, exporter);
-  if (!rows.executeStep()) Fail("cluster ", exporter, " exports no datastore ", uuid);
-  return rows.getColumn(0).getInt64();
+  Query row(store,
+            "SELECT d.id FROM datastores d JOIN clusters c "
+            "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
+            uuid, exporter);
+  if (!row.Next()) Fail("cluster ", exporter, " exports no datastore ", uuid);
+  return row.Number(0);
 }
 
 void AddMount(Store& store, const Membership& own, const std::string& uuid, const std::string& name,

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Evacuation.h"
 #include "lab/model/Features.h"
@@ -113,7 +113,7 @@ void Release(Store& store, const Host& host, const Devices& devices, const Devic
 }
 
 void SetMounted(Store& store, const Device& device, bool isMounted) {
-  Execute(store, "UPDATE claims SET isMounted = ? WHERE device = ?", isMounted ? 1 : 0, device.id);
+  Execute(store, "UPDATE claims SET isMounted = ? WHERE device = ?", isMounted, device.id);
 }
 
 /// Takes the unhealthy disks out of `disks`, those of the group that are to be worked on, and
@@ -187,6 +187,13 @@ void CheckTrimCode(Store& store, int trimCode) {
     Fail("this host cannot trim disks in a rebuild");
   }
 }
+
+/// How a group is rebuilt.
+struct Rebuild {
+  const std::string& evacuationMode;
+  int trimCode;
+  bool force;
+};
 
 std::vector<std::string> RebuildNow(Store& store, const Host& host, const Group& group,
                                     const Rebuild& rebuild) {
@@ -301,15 +308,19 @@ void UnmountByUuid(Store& store, const Host& host, const std::string& uuid) {
 }
 
 std::vector<std::string> RebuildGroup(Store& store, const Host& host,
-                                      const std::string& cachingDevice, const Rebuild& rebuild) {
+                                      const std::string& cachingDevice,
+                                      const std::string& evacuationMode, int trimCode, bool force) {
   const Devices devices = DevicesOf(store, host);
-  return RebuildNow(store, host, GroupNamed(devices, FindByName(devices, cachingDevice)), rebuild);
+  return RebuildNow(store, host, GroupNamed(devices, FindByName(devices, cachingDevice)),
+                    {evacuationMode, trimCode, force});
 }
 
 std::vector<std::string> RebuildGroupByUuid(Store& store, const Host& host, const std::string& uuid,
-                                            const Rebuild& rebuild) {
+                                            const std::string& evacuationMode, int trimCode,
+                                            bool force) {
   const Devices devices = DevicesOf(store, host);
-  return RebuildNow(store, host, GroupNamed(devices, FindByUuid(devices, uuid)), rebuild);
+  return RebuildNow(store, host, GroupNamed(devices, FindByUuid(devices, uuid)),
+                    {evacuationMode, trimCode, force});
 }
 
 }  // namespace lab

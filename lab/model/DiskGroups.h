@@ -43,20 +43,16 @@ void UnmountDisk(Store& store, const Host& host, const std::string& device, bool
 /// Unmounts, whatever it holds, the disk of that UUID; its group when it is a caching device.
 void UnmountByUuid(Store& store, const Host& host, const std::string& uuid);
 
-/// How a group is rebuilt.
-struct Rebuild {
-  std::string evacuationMode;
-  int trimCode = 0;    ///< 0 metadata, 1 the whole disk, 2 nothing, as on a host that cannot trim
-  bool force = false;  ///< leave out unhealthy disks
-};
-
 /// Formats the disks of a group again, after an evacuation: empty, of the newest format, mounted.
-/// Returns the unhealthy disks that were left as they are, in the order of the inventory; the
-/// caching device is never one of them.
+/// `trimCode` is 0 for the metadata, 1 for the whole disk, 2 for nothing, as on a host that cannot
+/// trim; `force` leaves out unhealthy disks. Returns those, left as they are, in the order of the
+/// inventory; the caching device is never one of them.
 std::vector<std::string> RebuildGroup(Store& store, const Host& host,
-                                      const std::string& cachingDevice, const Rebuild& rebuild);
+                                      const std::string& cachingDevice,
+                                      const std::string& evacuationMode, int trimCode, bool force);
 /// The same, named by the UUID of the caching device.
 std::vector<std::string> RebuildGroupByUuid(Store& store, const Host& host, const std::string& uuid,
-                                            const Rebuild& rebuild);
+                                            const std::string& evacuationMode, int trimCode,
+                                            bool force);
 
 }  // namespace lab

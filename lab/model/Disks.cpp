@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/store/Query.h"
 
@@ -35,24 +35,24 @@ bool IsAllFlash(const Devices& devices, std::int64_t cachingDevice) {
   });
 }
 
-Device ReadDevice(Rows& rows) {
-  Device device{.id = rows.getColumn(0).getInt64(),
-                .name = rows.getColumn(1).getString(),
-                .uuid = rows.getColumn(2).getString(),
-                .isFlash = rows.getColumn(3).getInt() != 0,
-                .isCapacityFlash = rows.getColumn(4).getInt() != 0,
-                .isKorelDirect = rows.getColumn(5).getInt() != 0,
-                .isHealthy = rows.getColumn(6).getInt() != 0,
-                .sizeGb = rows.getColumn(7).getInt64(),
-                .vendor = rows.getColumn(8).getString(),
-                .model = rows.getColumn(9).getString(),
+Device ReadDevice(const Row& row) {
+  Device device{.id = row.Number(0),
+                .name = row.Text(1),
+                .uuid = row.Text(2),
+                .isFlash = row.Flag(3),
+                .isCapacityFlash = row.Flag(4),
+                .isKorelDirect = row.Flag(5),
+                .isHealthy = row.Flag(6),
+                .sizeGb = row.Number(7),
+                .vendor = row.Text(8),
+                .model = row.Text(9),
                 .claim = std::nullopt};
-  if (!rows.isColumnNull(11)) {
-    device.claim = Claim{.cachingDevice = rows.getColumn(10).getInt64(),
-                         .formatVersion = rows.getColumn(11).getInt(),
-                         .claimedAt = rows.getColumn(12).getString(),
-                         .isMounted = rows.getColumn(13).getInt() != 0,
-                         .usedGb = rows.getColumn(14).getInt64()};
+  if (!row.IsNull(11)) {
+    device.claim = Claim{.cachingDevice = row.Number(10),
+                         .formatVersion = static_cast<int>(row.Number(11)),
+                         .claimedAt = row.Text(12),
+                         .isMounted = row.Flag(13),
+                         .usedGb = row.Number(14)};
   }
   return device;
 }
@@ -65,8 +65,7 @@ Devices DevicesWhere(Store& store, const std::string& condition, const Values&..
       "FROM devices d LEFT JOIN claims c ON c.device = d.id WHERE " +
       condition + " ORDER BY d.id";
   Devices devices;
-  Rows rows = Query(store, sql.c_str(), values...);
-  while (rows.executeStep()) devices.push_back(ReadDevice(rows));
+  for (const Row& row : Query(store, sql.c_str(), values...)) devices.push_back(ReadDevice(row));
   return devices;
 }
 
@@ -161,6 +160,45 @@ void DeleteClaim(Store& store, const Device& device) {
   Execute(store, "DELETE FROM claims WHERE device = ?", device.id);
 }
 
+Tovrin::Korel::KorelDiskList ListedDisks(Store& store, const Host& host,
+                                         Tovrin::Korel::KorelDiskTypes types) {
+  Tovrin::Korel::KorelDiskList disks;
+  for (const Device& device : DevicesOf(store, host)) {
+    if (types == Tovrin::Korel::KorelDiskTypes::Claimed && !device.IsInGroup()) continue;
+    disks.push_back(
+        std::make_shared<Tovrin::Korel::KorelDiskLun>(CheckedUuid(device.uuid), device.name));
+  }
+  return disks;
+}
+
+std::vector<Tovrin::Korel::Uuid> ClaimedDisks(Store& store, const Host& host) {
+  std::vector<Tovrin::Korel::Uuid> uuids;
+  for (const Device& device : DevicesOf(store, host)) {
+    if (device.claim) uuids.push_back(CheckedUuid(device.uuid));
+  }
+  return uuids;
+}
+
+std::vector<std::string> UuidsAmong(const Tovrin::Korel::KorelDiskList& disks,
+                                    const std::string& deviceFilter,
+                                    const std::string& uuidFilter) {
+  const auto wanted = uuidFilter.empty() ? Tovrin::Korel::Uuid() : CheckedUuid(uuidFilter);
+  std::vector<std::string> uuids;
+  for (const auto& disk : disks) {
+    if (!deviceFilter.empty() && disk->GetName() != deviceFilter) continue;
+    if (!uuidFilter.empty() && disk->GetUuid() != wanted) continue;
+    uuids.push_back(UuidText(disk->GetUuid()));
+  }
+  return uuids;
+}
+
+std::string UuidOfNamed(const Tovrin::Korel::KorelDiskList& disks, const std::string& name) {
+  for (const auto& disk : disks) {
+    if (disk->GetName() == name) return UuidText(disk->GetUuid());
+  }
+  Fail("the host has no device ", Quoted(name));
+}
+
 void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel::Uuid& disk) {
   if (std::none_of(disks.begin(), disks.end(),
                    [&](const auto& lun) { return lun->GetUuid() == disk; })) {
@@ -168,7 +206,11 @@ void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel:
   }
 }
 
-Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host, const std::string& uuid) {
+Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host,
+                                      const Tovrin::Korel::Uuid& disk,
+                                      const Tovrin::Korel::KorelDiskList& disks) {
+  CheckListed(disks, disk);
+  const std::string uuid = UuidText(disk);
   const Devices devices = DeviceAndItsGroup(store, host, uuid);
   const Device& device = FindByUuid(devices, uuid);
   Tovrin::Korel::KorelDiskInfo info;
@@ -206,7 +248,7 @@ void RemoveTag(Store& store, const Host& host, const std::string& device, DiskTa
 }
 
 void SetHealth(Store& store, const Host& host, const std::string& device, bool isHealthy) {
-  Execute(store, "UPDATE devices SET isHealthy = ? WHERE id = ?", isHealthy ? 1 : 0,
+  Execute(store, "UPDATE devices SET isHealthy = ? WHERE id = ?", isHealthy,
           FindByName(DevicesOf(store, host), device).id);
 }
 

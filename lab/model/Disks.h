@@ -70,10 +70,23 @@ void InsertClaim(Store& store, const Device& device, std::int64_t cachingDevice,
                  const std::string& now);
 void DeleteClaim(Store& store, const Device& device);
 
+/// The disks that the host sees.
+Tovrin::Korel::KorelDiskList ListedDisks(Store& store, const Host& host,
+                                         Tovrin::Korel::KorelDiskTypes types);
+/// The UUIDs of those that are claimed.
+std::vector<Tovrin::Korel::Uuid> ClaimedDisks(Store& store, const Host& host);
+/// The UUID texts of the listed disks that pass the filters; an empty filter passes all.
+std::vector<std::string> UuidsAmong(const Tovrin::Korel::KorelDiskList& disks,
+                                    const std::string& deviceFilter, const std::string& uuidFilter);
+/// The UUID text of the listed disk of that name. Throws KorelCtlException when there is none.
+std::string UuidOfNamed(const Tovrin::Korel::KorelDiskList& disks, const std::string& name);
 /// Throws KorelCtlException when the disk is not in the list, which stands for what the host sees.
 void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel::Uuid& disk);
-/// The record of one of the host's devices. Throws KorelCtlException when no device has the UUID.
-Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host, const std::string& uuid);
+/// The record of one of the listed disks. Throws KorelCtlException when it is not in the list, or
+/// no device of the host has the UUID.
+Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host,
+                                      const Tovrin::Korel::Uuid& disk,
+                                      const Tovrin::Korel::KorelDiskList& disks);
 
 /// What a device is tagged for.
 enum class DiskTag { CapacityFlash, KorelDirect };

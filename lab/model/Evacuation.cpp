@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Clusters.h"
 #include "lab/store/Query.h"
 
@@ -47,10 +47,10 @@ struct Rooms {
 };
 
 /// Takes rooms until there is as much as is needed.
-void TakeRooms(Rows& rows, const std::vector<const Device*>& leaving, std::int64_t neededGb,
+void TakeRooms(Query& disks, const std::vector<const Device*>& leaving, std::int64_t neededGb,
                Rooms& taken) {
-  while (taken.freeGb < neededGb && rows.executeStep()) {
-    const Room room{rows.getColumn(0).getInt64(), rows.getColumn(1).getInt64()};
+  while (taken.freeGb < neededGb && disks.Next()) {
+    const Room room{disks.Number(0), disks.Number(1)};
     const bool isLeaving = std::any_of(leaving.begin(), leaving.end(), [&](const Device* device) {
       return device->id == room.device;
     });
@@ -64,11 +64,11 @@ void TakeRooms(Rows& rows, const std::vector<const Device*>& leaving, std::int64
 Rooms RoomFor(Store& store, const Host& host, const std::vector<const Device*>& leaving,
               std::int64_t neededGb) {
   Rooms taken;
-  Rows own = Query(store,
-                   "SELECT c.device, d.sizeGb - c.usedGb FROM devices d JOIN claims c "
-                   "ON c.device = d.id WHERE d.host = ? AND c.cachingDevice IS NOT c.device "
-                   "AND c.isMounted AND d.isHealthy ORDER BY c.device",
-                   host.id);
+  Query own(store,
+            "SELECT c.device, d.sizeGb - c.usedGb FROM devices d JOIN claims c "
+            "ON c.device = d.id WHERE d.host = ? AND c.cachingDevice IS NOT c.device "
+            "AND c.isMounted AND d.isHealthy ORDER BY c.device",
+            host.id);
   TakeRooms(own, leaving, neededGb, taken);
   const auto membership = FirstMembership(store, host);
   if (!membership || membership->isClient ||
@@ -77,14 +77,14 @@ Rooms RoomFor(Store& store, const Host& host, const std::vector<const Device*>& 
   }
   // In the order of the devices, which a host has from when it was added. The joins are crossed so
   // that disks are read host by host, as many as it takes.
-  Rows others = Query(store,
-                      "SELECT c.device, d.sizeGb - c.usedGb FROM memberships m "
-                      "CROSS JOIN devices d ON d.host = m.host "
-                      "CROSS JOIN claims c ON c.device = d.id "
-                      "WHERE m.cluster = ? AND m.host <> ? AND m.isActive AND m.nodeType <> 1 "
-                      "AND c.cachingDevice IS NOT c.device AND c.isMounted AND d.isHealthy "
-                      "ORDER BY m.host, c.device",
-                      membership->clusterId, host.id);
+  Query others(store,
+               "SELECT c.device, d.sizeGb - c.usedGb FROM memberships m "
+               "CROSS JOIN devices d ON d.host = m.host "
+               "CROSS JOIN claims c ON c.device = d.id "
+               "WHERE m.cluster = ? AND m.host <> ? AND m.isActive AND m.nodeType <> 1 "
+               "AND c.cachingDevice IS NOT c.device AND c.isMounted AND d.isHealthy "
+               "ORDER BY m.host, c.device",
+               membership->clusterId, host.id);
   TakeRooms(others, leaving, neededGb, taken);
   return taken;
 }

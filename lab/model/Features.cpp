@@ -1,6 +1,6 @@
 #include "lab/model/Features.h"
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -15,11 +15,10 @@ void ResetFeatures(Store& store) {
   }
 }
 
-std::vector<Feature> AllFeatures(Store& store) {
-  std::vector<Feature> features;
-  Rows rows = Query(store, "SELECT name, isEnabled FROM features ORDER BY name");
-  while (rows.executeStep()) {
-    features.push_back({rows.getColumn(0).getString(), rows.getColumn(1).getInt() != 0});
+std::vector<FeatureSwitch> AllFeatures(Store& store) {
+  std::vector<FeatureSwitch> features;
+  for (const Row& row : Query(store, "SELECT name, isEnabled FROM features ORDER BY name")) {
+    features.push_back({row.Text(0), row.Flag(1)});
   }
   return features;
 }
@@ -29,8 +28,7 @@ bool IsFeatureEnabled(Store& store, std::string_view name) {
 }
 
 void SetFeature(Store& store, const std::string& name, bool isEnabled) {
-  if (Execute(store, "UPDATE features SET isEnabled = ? WHERE name = ?", isEnabled ? 1 : 0, name) ==
-      0) {
+  if (Execute(store, "UPDATE features SET isEnabled = ? WHERE name = ?", isEnabled, name) == 0) {
     Fail("no feature is named ", Quoted(name), DidYouMean(name, FeatureNames()));
   }
 }

@@ -8,7 +8,7 @@
 
 namespace lab {
 
-struct Feature {
+struct FeatureSwitch {
   std::string name;
   bool isEnabled = false;
 };
@@ -18,7 +18,7 @@ std::vector<std::string> FeatureNames();
 /// Switches all features on, as in a fresh lab.
 void ResetFeatures(Store& store);
 /// By name.
-std::vector<Feature> AllFeatures(Store& store);
+std::vector<FeatureSwitch> AllFeatures(Store& store);
 bool IsFeatureEnabled(Store& store, std::string_view name);
 /// Throws KorelCtlException when there is no feature of that name.
 void SetFeature(Store& store, const std::string& name, bool isEnabled);

@@ -1,15 +1,12 @@
 #include "lab/model/HostFiles.h"
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 
 namespace lab {
 namespace {
 
-HostFile ReadFile(Rows& rows) {
-  return {rows.getColumn(0).getString(), rows.getColumn(1).getString(),
-          rows.getColumn(2).getInt() != 0};
-}
+HostFile ReadFile(const Row& row) { return {row.Text(0), row.Text(1), row.Flag(2)}; }
 
 }  // namespace
 
@@ -24,19 +21,19 @@ void CheckHostPath(const std::string& path) {
 
 std::vector<HostFile> FilesOf(Store& store, const Host& host) {
   std::vector<HostFile> files;
-  Rows rows = Query(
-      store, "SELECT path, content, isReadOnly FROM files WHERE host = ? ORDER BY path", host.id);
-  while (rows.executeStep()) files.push_back(ReadFile(rows));
+  for (const Row& row :
+       Query(store, "SELECT path, content, isReadOnly FROM files WHERE host = ? ORDER BY path",
+             host.id))
+    files.push_back(ReadFile(row));
   return files;
 }
 
 std::optional<HostFile> FindFile(Store& store, const Host& host, const std::string& path) {
   CheckHostPath(path);
-  Rows rows =
-      Query(store, "SELECT path, content, isReadOnly FROM files WHERE host = ? AND path = ?",
+  Query row(store, "SELECT path, content, isReadOnly FROM files WHERE host = ? AND path = ?",
             host.id, path);
-  if (!rows.executeStep()) return std::nullopt;
-  return ReadFile(rows);
+  if (!row.Next()) return std::nullopt;
+  return ReadFile(row);
 }
 
 void FailNoFile(const Host& host, const std::string& path) {
@@ -52,7 +49,7 @@ void PutFile(Store& store, const Host& host, const HostFile& file) {
   Execute(store,
           "INSERT INTO files (host, path, isReadOnly, content) VALUES (?, ?, ?, CAST(? AS BLOB)) "
           "ON CONFLICT DO UPDATE SET isReadOnly = excluded.isReadOnly, content = excluded.content",
-          host.id, file.path, file.isReadOnly ? 1 : 0, file.content);
+          host.id, file.path, file.isReadOnly, file.content);
 }
 
 void SetContent(Store& store, const Host& host, const std::string& path,

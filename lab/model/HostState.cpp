@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/NetworkConfig.h"
 #include "lab/store/Query.h"
@@ -12,9 +12,9 @@ namespace {
 
 std::int64_t Ask(Store& store, const Host& host, const std::string& column) {
   const std::string sql = "SELECT " + column + " FROM hosts WHERE id = ?";
-  Rows rows = Query(store, sql.c_str(), host.id);
-  rows.executeStep();
-  return rows.getColumn(0).getInt64();
+  Query row(store, sql.c_str(), host.id);
+  row.Next();
+  return row.Number(0);
 }
 
 void Set(Store& store, const Host& host, const std::string& column, std::int64_t value) {
@@ -34,6 +34,17 @@ void Reboot(Store& store, const Host& host) {
   Set(store, host, "isInMaintenance", 0);
 }
 
+std::shared_ptr<Tovrin::Korel::KorelClusterInfo> ClusterInfo(Store& store, const Host& host,
+                                                             bool isDetailed) {
+  auto info = std::make_shared<Tovrin::Korel::KorelClusterInfo>();
+  info->enabled = IsEnabled(store, host);
+  if (isDetailed) {
+    info->nodeUuid = host.nodeUuid;
+    info->maintenanceState = MaintenanceState(store, host);
+  }
+  return info;
+}
+
 bool IsKorelMax(Store& store, const Host& host) { return Ask(store, host, "isKorelMax") != 0; }
 
 void SetKorelMax(Store& store, const Host& host, bool isEnabled) {
@@ -44,7 +55,7 @@ void SetKorelMax(Store& store, const Host& host, bool isEnabled) {
                           host.id)) {
     Fail("the host has disk groups; they must be removed before it can be a Korel Max host");
   }
-  Set(store, host, "isKorelMax", isEnabled ? 1 : 0);
+  Set(store, host, "isKorelMax", isEnabled);
 }
 
 std::string MaintenanceState(Store& store, const Host& host) {

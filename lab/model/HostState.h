@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "lab/model/Hosts.h"
 #include "lab/store/Store.h"
+#include "platform/hostctl/Records.h"
 
 namespace lab {
 
@@ -13,6 +15,10 @@ namespace lab {
 /// Takes the host down and up: its active cluster memberships and network configuration are gone
 /// until they are restored, and so is a maintenance operation.
 void Reboot(Store& store, const Host& host);
+
+/// What the host is to its cluster; when it is not detailed, only whether it is in one.
+std::shared_ptr<Tovrin::Korel::KorelClusterInfo> ClusterInfo(Store& store, const Host& host,
+                                                             bool isDetailed);
 
 bool IsKorelMax(Store& store, const Host& host);
 /// Throws KorelCtlException when the host is not in a Korel cluster, or when it has disk groups and

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/Query.h"
 
@@ -13,23 +13,20 @@ namespace {
 constexpr const char* kSelectHosts =
     "SELECT id, name, nodeUuid, coalesce(faultDomain, name) FROM hosts ";
 
-Host ReadHost(Rows& rows) {
-  return {rows.getColumn(0).getInt64(), rows.getColumn(1).getString(),
-          rows.getColumn(2).getString(), rows.getColumn(3).getString()};
-}
+Host ReadHost(const Row& row) { return {row.Number(0), row.Text(1), row.Text(2), row.Text(3)}; }
 
 std::optional<Host> FindHost(Store& store, const std::string& name) {
   static const auto& sql = *new std::string(std::string(kSelectHosts) + "WHERE name = ?");
-  Rows rows = Query(store, sql.c_str(), name);
-  if (!rows.executeStep()) return std::nullopt;
-  return ReadHost(rows);
+  Query row(store, sql.c_str(), name);
+  if (!row.Next()) return std::nullopt;
+  return ReadHost(row);
 }
 
 std::optional<Host> FirstHost(Store& store) {
   static const auto& sql = *new std::string(std::string(kSelectHosts) + "ORDER BY id LIMIT 1");
-  Rows rows = Query(store, sql.c_str());
-  if (!rows.executeStep()) return std::nullopt;
-  return ReadHost(rows);
+  Query row(store, sql.c_str());
+  if (!row.Next()) return std::nullopt;
+  return ReadHost(row);
 }
 
 void AddDevice(Store& store, std::int64_t host, const std::string& hostName,
@@ -40,8 +37,8 @@ void AddDevice(Store& store, std::int64_t host, const std::string& hostName,
   Execute(store,
           "INSERT INTO devices (host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, model)"
           " VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
-          host, device.name, DerivedUuid("device " + hostName + " " + device.name),
-          device.isFlash ? 1 : 0, device.isCapacityFlash ? 1 : 0, device.sizeGb, device.vendor,
+          host, device.name, DerivedUuid("device " + hostName + " " + device.name), device.isFlash,
+          device.isCapacityFlash, device.sizeGb, device.vendor,
           device.model.empty() ? std::string(kind) : device.model);
 }
 
@@ -84,8 +81,8 @@ Host HostNamed(Store& store, const std::string& name) {
 
 std::vector<Host> AllHosts(Store& store) {
   std::vector<Host> hosts;
-  Rows rows = Query(store, (std::string(kSelectHosts) + "ORDER BY id").c_str());
-  while (rows.executeStep()) hosts.push_back(ReadHost(rows));
+  for (const Row& row : Query(store, (std::string(kSelectHosts) + "ORDER BY id").c_str()))
+    hosts.push_back(ReadHost(row));
   return hosts;
 }
 

@@ -1,11 +1,9 @@
 #include "lab/model/Inventory.h"
 
-#include <cerrno>
-#include <fstream>
 #include <set>
-#include <system_error>
 
-#include "lab/common/Text.h"
+#include "lab/base/File.h"
+#include "lab/base/Text.h"
 #include "lab/model/InventoryJson.h"
 
 namespace lab {
@@ -183,15 +181,8 @@ std::vector<HostInventory> ParseInventory(std::string_view text, std::vector<std
 std::string ReadInventoryFile(const std::string& path) {
   // A pipe tells no size, so it is read up to one that no inventory has.
   constexpr std::size_t kMaxSize = 16U << 20U;
-  std::string text(kMaxSize, '\0');
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  if (!file || (!file.read(text.data(), kMaxSize) && file.bad())) {
-    Fail("cannot read the inventory ", Quoted(path), ": ",
-         std::generic_category().message(errno == 0 ? EIO : errno));
-  }
-  if (!file.eof()) Fail("the inventory ", Quoted(path), " is larger than 16 MB");
-  text.resize(static_cast<std::size_t>(file.gcount()));
+  std::string text = ReadUpTo(kMaxSize, path, "the inventory ");
+  if (text.size() == kMaxSize) Fail("the inventory ", Quoted(path), " is larger than 16 MB");
   return text;
 }
 

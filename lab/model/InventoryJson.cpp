@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 
 namespace lab {
 namespace {

@@ -1,6 +1,6 @@
 #include "lab/model/Lab.h"
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/Features.h"
 #include "lab/model/Upgrade.h"
 #include "lab/store/LabFile.h"

@@ -1,7 +1,7 @@
 #include "lab/model/NetworkConfig.h"
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -72,25 +72,22 @@ void SetInterfaceConfig(Store& store, const Host& host, const KorelHskNicConfig2
       store, "INSERT OR REPLACE INTO networkConfigs VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, 1)",
       host.id, config.GetHsknicName(), agentV4, agentV6, masterV4, masterV6,
       config.GetAgentMulticastPort(), config.GetPrimaryMulticastPort(), config.GetHostUnicastPort(),
-      config.GetMulticastTTL(), config.korelTraffic ? 1 : 0, config.witnessTraffic ? 1 : 0);
+      config.GetMulticastTTL(), config.korelTraffic, config.witnessTraffic);
 }
 
 std::vector<std::unique_ptr<KorelHskNicConfig2>> InterfaceConfigs(Store& store, const Host& host) {
-  Rows rows =
-      Query(store,
-            "SELECT interface, agentV4, agentV6, masterV4, masterV6, agentPort, masterPort, "
-            "unicastPort, ttl, carriesKorel, carriesWitness FROM networkConfigs c "
-            "JOIN interfaces i ON i.host = c.host AND i.name = c.interface "
-            "WHERE c.host = ? AND isActive ORDER BY i.position, i.name",
-            host.id);
   std::vector<std::unique_ptr<KorelHskNicConfig2>> configs;
-  while (rows.executeStep()) {
-    const auto text = [&](int column) { return rows.getColumn(column).getString(); };
-    const auto number = [&](int column) { return rows.getColumn(column).getInt64(); };
+  for (const Row& row :
+       Query(store,
+             "SELECT interface, agentV4, agentV6, masterV4, masterV6, agentPort, masterPort, "
+             "unicastPort, ttl, carriesKorel, carriesWitness FROM networkConfigs c "
+             "JOIN interfaces i ON i.host = c.host AND i.name = c.interface "
+             "WHERE c.host = ? AND isActive ORDER BY i.position, i.name",
+             host.id)) {
     configs.push_back(std::make_unique<KorelHskNicConfig2>(
-        text(0), V4(text(1)), V6(text(2)), V4(text(3)), V6(text(4)), number(5), number(6),
-        number(7), number(8), number(9) != 0, number(10) != 0, ""));
-    configs.back()->SetIfaceUuid(DerivedUuid("interface " + host.name + " " + text(0)));
+        row.Text(0), V4(row.Text(1)), V6(row.Text(2)), V4(row.Text(3)), V6(row.Text(4)),
+        row.Number(5), row.Number(6), row.Number(7), row.Number(8), row.Flag(9), row.Flag(10), ""));
+    configs.back()->SetIfaceUuid(DerivedUuid("interface " + host.name + " " + row.Text(0)));
   }
   return configs;
 }

@@ -8,10 +8,10 @@
 #include <memory>
 #include <string_view>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/File.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/TraceDaemon.h"
-#include "lab/store/LabFile.h"
 
 namespace lab {
 namespace {

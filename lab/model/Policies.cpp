@@ -4,7 +4,7 @@
 #include <array>
 #include <set>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 
 namespace lab {

@@ -1,6 +1,7 @@
 #include "lab/model/StoragePool.h"
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Evacuation.h"
@@ -69,7 +70,11 @@ bool IsPoolDisk(Store& store, const Host& host, const std::string& device) {
 }
 
 Tovrin::Korel::KorelStoragePoolDiskInfo PoolDiskInfo(Store& store, const Host& host,
-                                                     const std::string& uuid, bool fromCluster) {
+                                                     const Tovrin::Korel::Uuid& disk,
+                                                     const Tovrin::Korel::KorelDiskList& disks,
+                                                     bool fromCluster) {
+  CheckListed(disks, disk);
+  const std::string uuid = UuidText(disk);
   const Devices devices = DeviceAndItsGroup(store, host, uuid);
   const Device& device = FindByUuid(devices, uuid);
   CheckInPool(devices, device);

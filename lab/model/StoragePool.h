@@ -20,9 +20,11 @@ void RemovePoolDiskByUuid(Store& store, const Host& host, const std::string& uui
                           const std::string& evacuationMode);
 /// An unknown device is an error.
 bool IsPoolDisk(Store& store, const Host& host, const std::string& device);
-/// The record of a disk of the pool. Without `fromCluster` the directory is not asked, and so the
-/// disk not found in it.
+/// The record of one of the listed disks, which is in the pool. Without `fromCluster` the directory
+/// is not asked, and so the disk not found in it.
 Tovrin::Korel::KorelStoragePoolDiskInfo PoolDiskInfo(Store& store, const Host& host,
-                                                     const std::string& uuid, bool fromCluster);
+                                                     const Tovrin::Korel::Uuid& disk,
+                                                     const Tovrin::Korel::KorelDiskList& disks,
+                                                     bool fromCluster);
 
 }  // namespace lab

@@ -4,7 +4,7 @@
 #include <array>
 #include <charconv>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -82,9 +82,9 @@ void SetTraceOptions(Store& store, const Host& host, const TraceOptions& options
 
 TraceOptions TraceOptionsOf(Store& store, const Host& host) {
   TraceOptions options;
-  Rows rows = Query(store, "SELECT name, value FROM traceOptions WHERE host = ?", host.id);
-  while (rows.executeStep()) {
-    options[rows.getColumn(0).getString()] = rows.getColumn(1).getString();
+  for (const Row& row :
+       Query(store, "SELECT name, value FROM traceOptions WHERE host = ?", host.id)) {
+    options[row.Text(0)] = row.Text(1);
   }
   return options;
 }

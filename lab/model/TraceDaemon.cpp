@@ -1,6 +1,6 @@
 #include "lab/model/TraceDaemon.h"
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/HostFiles.h"
 #include "lab/store/Query.h"
 
@@ -108,6 +108,12 @@ int RunTraceScript(Store& store, const Host& host, const std::string& argument) 
   return 0;
 }
 
+int RunHostProgram(Store& store, const Host& host, const std::string& path,
+                   const std::string& arguments) {
+  constexpr int kCannotBeRun = -1;
+  return path == kTraceDaemon ? RunTraceScript(store, host, arguments) : kCannotBeRun;
+}
+
 void StartTraceDaemon(Store& store, const Host& host) {
   if (RunTraceScript(store, host, "start") == 0) return;
   Fail("the trace daemon cannot start: ", host.name, " has no ", kTraceConfigFile,
@@ -122,17 +128,13 @@ void SetTraceAnswers(Store& store, const Host& host, const TraceAnswers& answers
 }
 
 TraceAnswers TraceAnswersOf(Store& store, const Host& host) {
-  TraceAnswers answers;
-  Rows rows =
-      Query(store, "SELECT daemonStatus, daemonRestartStatus FROM hosts WHERE id = ?", host.id);
-  rows.executeStep();
-  if (!rows.isColumnNull(0)) answers.status = rows.getColumn(0).getInt();
-  if (!rows.isColumnNull(1)) answers.restart = rows.getColumn(1).getInt();
-  return answers;
+  Query row(store, "SELECT daemonStatus, daemonRestartStatus FROM hosts WHERE id = ?", host.id);
+  row.Next();
+  return {row.OptionalNumber(0), row.OptionalNumber(1)};
 }
 
 void SetTraceDaemonRunning(Store& store, const Host& host, bool isRunning) {
-  Execute(store, "UPDATE hosts SET isDaemonRunning = ? WHERE id = ?", isRunning ? 1 : 0, host.id);
+  Execute(store, "UPDATE hosts SET isDaemonRunning = ? WHERE id = ?", isRunning, host.id);
 }
 
 std::string NewestLogLines(const std::string& log) {

@@ -25,6 +25,11 @@ void InstallTraceDaemon(Store& store, const Host& host);
 /// cannot start.
 int RunTraceScript(Store& store, const Host& host, const std::string& argument);
 
+/// Runs a program of the host, of which a lab host has the daemon's init script alone. Returns its
+/// exit status, negative when there is no such program.
+int RunHostProgram(Store& store, const Host& host, const std::string& path,
+                   const std::string& arguments);
+
 /// Starts or stops the daemon; throws KorelCtlException when that fails.
 void StartTraceDaemon(Store& store, const Host& host);
 void StopTraceDaemon(Store& store, const Host& host);

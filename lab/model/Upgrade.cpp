@@ -1,11 +1,9 @@
 #include "lab/model/Upgrade.h"
 
-#include <SQLiteCpp/Database.h>
-
 #include <cstdio>
 #include <string_view>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/model/OldFiles.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
@@ -22,22 +20,21 @@ static_assert(kLastOldVersion + 1 == kSchemaVersion);
 
 /// Makes every table from scratch and moves the rows, so that the file holds what a new one would.
 void MoveRows(Store& store) {
-  SQLite::Database& database = store.GetDatabase();
   const auto isNew = [](std::string_view table) { return table == "files"; };
   // Or other tables' references would follow.
-  database.exec("PRAGMA legacy_alter_table = ON");
+  RunScript(store, "PRAGMA legacy_alter_table = ON");
   for (const auto& [name, sql] : kTables) {
     const std::string table = name;
-    if (!isNew(table)) database.exec("ALTER TABLE " + table + " RENAME TO old_" + table);
+    if (!isNew(table)) RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
   }
-  database.exec("PRAGMA legacy_alter_table = OFF");
+  RunScript(store, "PRAGMA legacy_alter_table = OFF");
   MakeSchema(store);
   for (const auto& [name, sql] : kTables) {
     const std::string table = name;
     if (isNew(table)) continue;
     const std::string added = table == "hosts" ? ", 1, NULL, NULL" : "";
-    database.exec("INSERT INTO " + table + " SELECT *" + added + " FROM old_" + table);
-    database.exec("DROP TABLE old_" + table);
+    RunScript(store, "INSERT INTO " + table + " SELECT *" + added + " FROM old_" + table);
+    RunScript(store, "DROP TABLE old_" + table);
   }
 }
 
@@ -75,7 +72,7 @@ std::string UpgradeSchema(Store& store) {
     return {};
   }
   for (int from = version; from < kLastOldVersion; ++from) {
-    store.GetDatabase().exec(kOldMigrations.at(static_cast<std::size_t>(from)));
+    RunScript(store, kOldMigrations.at(static_cast<std::size_t>(from)));
   }
   MoveRows(store);
   TakeFiles(store, !hasNewHosts);

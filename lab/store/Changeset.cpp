@@ -1,12 +1,12 @@
 #include "lab/store/Changeset.h"
 
-#include <SQLiteCpp/Exception.h>
+#include <SQLiteCpp/Database.h>
 
 #include <algorithm>
 #include <memory>
 #include <string_view>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 #include "lab/store/Session.h"
@@ -22,8 +22,8 @@ std::vector<bool> KeysOf(Store& store, const std::string& table) {
   const bool isOwn = std::any_of(kTables.begin(), kTables.end(),
                                  [&](const SchemaObject& own) { return own.name == table; });
   if (!isOwn) return keys;
-  Rows rows = Query(store, "SELECT pk > 0 FROM pragma_table_info(?)", table);
-  while (rows.executeStep()) keys.push_back(rows.getColumn(0).getInt() != 0);
+  for (const Row& row : Query(store, "SELECT pk > 0 FROM pragma_table_info(?)", table))
+    keys.push_back(row.Flag(0));
   return keys;
 }
 
@@ -126,18 +126,6 @@ class Reader {
 int Stop(void*, int, sqlite3_changeset_iter*) { return SQLITE_CHANGESET_ABORT; }
 
 }  // namespace
-
-void CheckResult(int result) {
-  if (result != SQLITE_OK && result != SQLITE_DONE) {
-    throw SQLite::Exception(sqlite3_errstr(result), result);
-  }
-}
-
-Changeset TakeChangeset(int result, int size, void* bytes) {
-  const std::unique_ptr<void, decltype(&sqlite3_free)> owned(bytes, sqlite3_free);
-  CheckResult(result);
-  return {static_cast<const char*>(bytes), static_cast<std::size_t>(size)};
-}
 
 std::vector<RowChange> RowsOf(Store& store, const Changeset& changes) {
   std::vector<RowChange> rows;

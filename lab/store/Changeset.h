@@ -41,9 +41,4 @@ Changeset Inverted(Store& store, const Changeset& changes);
 /// then nothing is said about what was changed before: the transaction must not be committed.
 bool Apply(Store& store, const Changeset& changes);
 
-/// Throws SQLite::Exception unless the result is one of success.
-void CheckResult(int result);
-/// The bytes that the extension made, which are freed; throws as CheckResult.
-Changeset TakeChangeset(int result, int size, void* bytes);
-
 }  // namespace lab

@@ -9,10 +9,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <string_view>
-#include <system_error>
-#include <utility>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 
 namespace lab {
 namespace {
@@ -68,14 +66,14 @@ bool HasForeignJournal(const std::string& path) {
          std::string_view(end.data(), end.size()) == kJournalMagic;
 }
 
-bool Exists(const std::string& path) {
+bool IsThere(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0;
 }
 
 std::string NameAside(const std::string& path) {
   std::string name = path + ".old";
-  for (int number = 2; Exists(name); ++number) name = path + ".old." + std::to_string(number);
+  for (int number = 2; IsThere(name); ++number) name = path + ".old." + std::to_string(number);
   return name;
 }
 
@@ -104,33 +102,11 @@ File AloneWith(const std::string& path) {
     while (fcntl(file.Get(), F_OFD_SETLKW, &lock) != 0 && errno == EINTR) {
     }
     // Whoever was waited for may have put another file there.
-    struct stat locked {};
-    struct stat named {};
-    if (fstat(file.Get(), &locked) == 0 && stat(path.c_str(), &named) == 0 &&
-        locked.st_ino == named.st_ino && locked.st_dev == named.st_dev) {
-      return file;
-    }
+    if (IsNamed(file, path)) return file;
   }
 }
 
 }  // namespace
-
-File::~File() {
-  if (descriptor_ >= 0) close(descriptor_);
-}
-
-File::File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-
-File& File::operator=(File&& other) noexcept {
-  std::swap(descriptor_, other.descriptor_);
-  return *this;
-}
-
-File OpenFile(const std::string& path, int flags) {
-  return File(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0644));
-}
-
-std::string ErrorText(int error) { return std::generic_category().message(error); }
 
 std::string LabPath() {
   if (const char* value = Environment("KOREL_LAB")) {
@@ -162,21 +138,14 @@ UnusableLab::UnusableLab(const std::string& path, const std::string& problem)
                                   "'autocli lab init --force', which keeps what is there as " +
                                   Quoted(NameAside(path))) {}
 
-bool IsSameFile(const std::string& path, const std::string& other) {
-  struct stat one {};
-  struct stat two {};
-  return stat(path.c_str(), &one) == 0 && stat(other.c_str(), &two) == 0 &&
-         one.st_dev == two.st_dev && one.st_ino == two.st_ino;
-}
-
-void FailNoFile(const std::string& path) {
+void FailNotFile(const std::string& path) {
   Fail("the lab ", Quoted(path), " is not a file; set KOREL_LAB to the path of one");
 }
 
 bool HoldsLab(const File& file, const std::string& path) {
   struct stat status {};
   if (fstat(file.Get(), &status) != 0) Fail("cannot read ", Quoted(path), ": ", ErrorText(errno));
-  if (!S_ISREG(status.st_mode)) FailNoFile(path);
+  if (!S_ISREG(status.st_mode)) FailNotFile(path);
   if (HasForeignJournal(path)) {
     throw UnusableLab(path, "the journal of " + Quoted(path) + " is of another program");
   }

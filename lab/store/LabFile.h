@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "lab/base/File.h"
 #include "platform/hostctl/KorelCtlException.h"
 
 namespace lab {
@@ -26,33 +27,8 @@ std::string LabPath();
 /// nothing of the lab changes, nor is it made, and no call is logged.
 bool MayChange();
 
-/// What the error number says.
-std::string ErrorText(int error);
-
-/// A descriptor, closed at its end.
-class File {
- public:
-  explicit File(int descriptor = -1) : descriptor_(descriptor) {}
-  ~File();
-  File(File&& other) noexcept;
-  File& operator=(File&& other) noexcept;
-
-  bool IsOpen() const { return descriptor_ >= 0; }
-  int Get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
-
-/// Opens the file with those flags, without following a pipe into a wait. Not open when that fails;
-/// errno says why.
-File OpenFile(const std::string& path, int flags);
-
-/// The two names are of one file. Opens neither: closing the lab's file would drop SQLite's locks.
-bool IsSameFile(const std::string& path, const std::string& other);
-
 /// Throws KorelCtlException: the path names a folder, a pipe or the like.
-[[noreturn]] void FailNoFile(const std::string& path);
+[[noreturn]] void FailNotFile(const std::string& path);
 
 /// Looks at a file before SQLite touches it, since opening a foreign database may change it.
 /// True when there is a lab, of whatever version; false when the file is empty, or is empty again

@@ -1,13 +1,14 @@
 #include "lab/store/Memory.h"
 
-#include <algorithm>
+#include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/VariadicBind.h>
+
 #include <ctime>
 
-#include "lab/common/CommandLine.h"
-#include "lab/common/Text.h"
+#include "lab/base/CommandLine.h"
+#include "lab/base/Text.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
-#include "lab/store/Session.h"
 
 namespace lab {
 namespace {
@@ -16,13 +17,6 @@ constexpr std::int64_t kMostEntries = 1000;
 constexpr std::int64_t kMostBytes = 8 << 20;
 constexpr std::size_t kMostText = 4096;
 constexpr std::int64_t kMostNumber = std::int64_t{1} << 53;
-
-int IsRecorded(void*, const char* table) {
-  return std::any_of(kTables.begin(), kTables.end(),
-                     [&](const SchemaObject& own) { return std::string_view(own.name) == table; })
-             ? 1
-             : 0;
-}
 
 /// A text as it is kept: the beginning of a very long one.
 std::string Kept(const std::string& text) {
@@ -38,9 +32,9 @@ struct Newest {
 };
 
 Newest FindNewest(Store& store) {
-  Rows rows = Query(store, "SELECT number, total FROM history ORDER BY number DESC LIMIT 1");
-  if (!rows.executeStep()) return {};
-  return {rows.getColumn(0).getInt64(), rows.getColumn(1).getInt64()};
+  Query row(store, "SELECT number, total FROM history ORDER BY number DESC LIMIT 1");
+  if (!row.Next()) return {};
+  return {row.Number(0), row.Number(1)};
 }
 
 /// Looks at the oldest entry alone, as long as that one goes: the totals say what all of them hold.
@@ -48,11 +42,11 @@ void Forget(Store& store, const Newest& newest) {
   while (true) {
     std::int64_t oldest = 0;
     {
-      Rows rows = Query(store, "SELECT number, total - size FROM history ORDER BY number LIMIT 1");
-      rows.executeStep();
-      oldest = rows.getColumn(0).getInt64();
-      const bool isTooMany = oldest <= newest.number - kMostEntries ||
-                             rows.getColumn(1).getInt64() < newest.total - kMostBytes;
+      Query row(store, "SELECT number, total - size FROM history ORDER BY number LIMIT 1");
+      row.Next();
+      oldest = row.Number(0);
+      const bool isTooMany =
+          oldest <= newest.number - kMostEntries || row.Number(1) < newest.total - kMostBytes;
       if (!isTooMany || oldest == newest.number) return;
     }
     Execute(store, "DELETE FROM history WHERE number = ?", oldest);
@@ -61,13 +55,9 @@ void Forget(Store& store, const Newest& newest) {
 
 std::vector<Entry> ReadEntries(Store& store, const std::string& sql, std::int64_t value) {
   std::vector<Entry> entries;
-  Rows rows = Query(store, sql.c_str(), value);
-  while (rows.executeStep()) {
-    entries.push_back({rows.getColumn(0).getInt64(), rows.getColumn(1).getInt64(),
-                       rows.getColumn(2).getInt64(), rows.getColumn(3).getString(),
-                       rows.getColumn(4).getString(), rows.getColumn(5).getString(),
-                       rows.getColumn(6).getInt(), std::nullopt});
-    if (!rows.isColumnNull(7)) entries.back().changes = rows.getColumn(7).getString();
+  for (const Row& row : Query(store, sql.c_str(), value)) {
+    entries.push_back({row.Number(0), row.Number(1), row.Number(2), row.Text(3), row.Text(4),
+                       row.Text(5), static_cast<int>(row.Number(6)), row.OptionalText(7)});
   }
   return entries;
 }
@@ -76,25 +66,6 @@ constexpr const char* kSelect =
     "SELECT number, command, time, host, line, operation, version, changes FROM history ";
 
 }  // namespace
-
-sqlite3_session* BeginRecording(Store& store) {
-  sqlite3_session* session = nullptr;
-  CheckResult(sqlite3session_create(store.GetDatabase().getHandle(), "main", &session));
-  sqlite3session_table_filter(session, IsRecorded, nullptr);
-  if (const int failure = sqlite3session_attach(session, nullptr); failure != SQLITE_OK) {
-    sqlite3session_delete(session);
-    CheckResult(failure);
-  }
-  return session;
-}
-
-Changeset EndRecording(sqlite3_session* session) {
-  int size = 0;
-  void* bytes = nullptr;
-  const int result = sqlite3session_changeset(session, &size, &bytes);
-  sqlite3session_delete(session);
-  return TakeChangeset(result, size, bytes);
-}
 
 void Remember(Store& store, const Origin& origin, const Changeset* changes) {
   const CommandLine command = CurrentCommand();

@@ -23,12 +23,6 @@ struct Entry {
   std::optional<Changeset> changes;  ///< none when it made the lab
 };
 
-/// Within a transaction: starts recording what changes the lab's own tables. Statements are
-/// prepared after this, or they may change rows without being seen.
-sqlite3_session* BeginRecording(Store& store);
-/// What has changed since; the recording is over.
-Changeset EndRecording(sqlite3_session* session);
-
 /// Within a transaction: adds an entry, with what was changed or, for the making of a lab, null;
 /// forgets the oldest ones.
 void Remember(Store& store, const Origin& origin, const Changeset* changes);

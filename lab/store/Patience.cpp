@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "lab/common/CommandLine.h"
-#include "lab/common/Text.h"
+#include "lab/base/CommandLine.h"
+#include "lab/base/Text.h"
 
 namespace lab {
 namespace {

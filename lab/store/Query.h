@@ -1,76 +1,113 @@
 #pragma once
 
-#include <SQLiteCpp/Column.h>
-#include <SQLiteCpp/Database.h>
-#include <SQLiteCpp/Statement.h>
-#include <SQLiteCpp/VariadicBind.h>
-
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "lab/store/Store.h"
 
 namespace lab {
 
-/// A statement in use. Its rows come one by one: executeStep() goes to the next, the first
-/// included, and is false after the last.
-class Rows {
+/// The row at which a statement stands. Columns count from 0. A column that it does not have, or
+/// no row at all, makes ThrowActionable() say that the lab cannot be used.
+class Row {
  public:
-  template <typename... Values>
-  Rows(Store& store, const char* sql, const Values&... values)
-      : store_(store), statement_(store.Take(sql)) {
-    SQLite::bind(*statement_, values...);
-  }
-  ~Rows() { store_.Keep(std::move(statement_)); }
-  Rows(const Rows&) = delete;
-  Rows& operator=(const Rows&) = delete;
+  /// The bytes, or a number's digits; empty for NULL.
+  std::string Text(int column) const;
+  /// 0 for NULL.
+  std::int64_t Number(int column) const;
+  /// The number is not 0.
+  bool Flag(int column) const;
+  bool IsNull(int column) const;
+  /// Nothing for NULL.
+  std::optional<std::string> OptionalText(int column) const;
+  std::optional<std::int64_t> OptionalNumber(int column) const;
+  int ColumnCount() const;
 
-  bool executeStep() { return statement_->executeStep(); }
-  int exec() { return statement_->exec(); }
-  SQLite::Column getColumn(int index) { return statement_->getColumn(index); }
-  bool isColumnNull(int index) const { return statement_->isColumnNull(index); }
-  int getColumnCount() const { return statement_->getColumnCount(); }
+ protected:
+  explicit Row(std::unique_ptr<SQLite::Statement> statement);
+  ~Row();
+  Row(const Row&) = delete;
+  Row& operator=(const Row&) = delete;
 
- private:
-  Store& store_;
   std::unique_ptr<SQLite::Statement> statement_;
 };
 
-/// A statement with its values bound in their order.
-template <typename... Values>
-Rows Query(Store& store, const char* sql, const Values&... values) {
-  return Rows(store, sql, values...);
-}
+/// A statement with its values, numbers and texts, bound in their order. Its rows come one by one:
+///   for (const Row& row : Query(store, "SELECT name FROM hosts WHERE id > ?", 3)) row.Text(0);
+/// and it is itself the row that came last.
+class Query : public Row {
+ public:
+  template <typename... Values>
+  Query(Store& store, const char* sql, const Values&... values) : Query(store, sql) {
+    int place = 0;
+    (Bind(++place, values), ...);
+  }
+  Query(Store& store, const char* sql);
+  ~Query();
+
+  /// Goes to the next row, the first included; false after the last.
+  bool Next();
+
+  class Iterator {
+   public:
+    explicit Iterator(Query& query) : query_(query), hasRow_(query.Next()) {}
+
+    const Row& operator*() const { return query_; }
+    Iterator& operator++() {
+      hasRow_ = query_.Next();
+      return *this;
+    }
+    bool operator!=(std::nullptr_t) const { return hasRow_; }
+
+   private:
+    Query& query_;
+    bool hasRow_;
+  };
+  Iterator begin() { return Iterator(*this); }
+  std::nullptr_t end() const { return nullptr; }
+
+  /// Runs a statement that answers no rows; returns how many rows it changed.
+  int Run();
+  /// Runs an INSERT; returns the id of the row.
+  std::int64_t RunInsert();
+
+ private:
+  void Bind(int place, std::int64_t number);
+  void Bind(int place, const std::string& text);
+
+  Store& store_;
+};
 
 /// Runs a statement that answers no rows; returns how many rows it changed.
 template <typename... Values>
 int Execute(Store& store, const char* sql, const Values&... values) {
-  return Query(store, sql, values...).exec();
+  return Query(store, sql, values...).Run();
 }
 
 /// Runs an INSERT; returns the id of the row.
 template <typename... Values>
 std::int64_t Insert(Store& store, const char* sql, const Values&... values) {
-  Execute(store, sql, values...);
-  return store.GetDatabase().getLastInsertRowid();
+  return Query(store, sql, values...).RunInsert();
 }
+
+/// Runs statements without values, which will not be needed again.
+void RunScript(Store& store, const std::string& sql);
 
 /// The first column of all rows.
 template <typename... Values>
 std::vector<std::string> Texts(Store& store, const char* sql, const Values&... values) {
-  Rows rows = Query(store, sql, values...);
   std::vector<std::string> texts;
-  while (rows.executeStep()) texts.push_back(rows.getColumn(0).getString());
+  for (const Row& row : Query(store, sql, values...)) texts.push_back(row.Text(0));
   return texts;
 }
 
 /// There is at least one row.
 template <typename... Values>
 bool Exists(Store& store, const char* sql, const Values&... values) {
-  return Query(store, sql, values...).executeStep();
+  return Query(store, sql, values...).Next();
 }
 
 }  // namespace lab

@@ -3,7 +3,7 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/OldSchema.h"
 #include "lab/store/Query.h"
@@ -46,13 +46,12 @@ SchemaTexts SchemaOfVersion(int version) {
 
 void CheckSchema(Store& store, const SchemaTexts& schema) {
   std::size_t known = 0;
-  Rows rows = Query(store, kSelect);
-  while (rows.executeStep()) {
-    const std::string kind = rows.getColumn(0).getString() + " ";
-    const std::string name = rows.getColumn(1).getString();
+  for (const Row& row : Query(store, kSelect)) {
+    const std::string kind = row.Text(0) + " ";
+    const std::string name = row.Text(1);
     const auto own = schema.find(name);
     if (own == schema.end()) Refuse(store, "holds a " + kind + Quoted(name) + " that no lab has");
-    if (own->second != rows.getColumn(2).getString()) {
+    if (own->second != row.Text(2)) {
       Refuse(store, "has another " + kind + Quoted(name) + " than a lab of its version");
     }
     ++known;

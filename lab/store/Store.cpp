@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/Memory.h"
 #include "lab/store/Patience.h"
@@ -135,9 +135,9 @@ void Store::Keep(std::unique_ptr<SQLite::Statement> statement) noexcept {
 }
 
 int Store::GetVersion() {
-  Rows rows = Query(*this, "PRAGMA user_version");
-  rows.executeStep();
-  return rows.getColumn(0).getInt();
+  Query row(*this, "PRAGMA user_version");
+  row.Next();
+  return static_cast<int>(row.Number(0));
 }
 
 bool Store::IsCurrent() {
@@ -149,9 +149,9 @@ bool Store::IsCurrent() {
                                  std::to_string(kSchemaVersion) + ")");
   }
   if (version < kSchemaVersion) return false;
-  Rows rows = Query(*this, "PRAGMA schema_version");
-  rows.executeStep();
-  const int schema = rows.getColumn(0).getInt();
+  Query row(*this, "PRAGMA schema_version");
+  row.Next();
+  const int schema = static_cast<int>(row.Number(0));
   if (schema == checkedSchema_) return true;
   // Again: what a journal brought back counts.
   HoldsLab(turnstile_.GetFile(), path_);

@@ -22,7 +22,7 @@ class Store {
  public:
   /// Opens the file, and makes it and its directory when missing; nothing is written into it yet.
   /// While nothing may change, only opens it for reading.
-  /// Throws KorelCtlException or SQLite::Exception.
+  /// Throws KorelCtlException, or what ThrowActionable makes one of.
   explicit Store(std::string path);
   ~Store();
   Store(const Store&) = delete;
@@ -34,6 +34,7 @@ class Store {
   static void CloseForProcess();
 
   const std::string& GetPath() const { return path_; }
+  /// For this folder alone.
   SQLite::Database& GetDatabase() { return *database_; }
   Turnstile& GetTurnstile() { return turnstile_; }
 

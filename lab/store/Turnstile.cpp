@@ -1,14 +1,13 @@
 #include "lab/store/Turnstile.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <ctime>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/store/Patience.h"
 
 namespace lab {
@@ -89,7 +88,7 @@ Turnstile::Turnstile(const std::string& path) : path_(path) {
   file_ = OpenFile(path, MayChange() ? O_RDWR | O_CREAT : O_RDONLY);
   isWritable_ = file_.IsOpen() && MayChange();
   if (!file_.IsOpen() && (errno == EACCES || errno == EROFS)) file_ = OpenFile(path, O_RDONLY);
-  if (!file_.IsOpen() && errno == EISDIR) FailNoFile(path);
+  if (!file_.IsOpen() && errno == EISDIR) FailNotFile(path);
   if (!file_.IsOpen()) Fail("cannot open the lab ", Quoted(path), ": ", ErrorText(errno));
 }
 
@@ -103,12 +102,5 @@ void Turnstile::Enter(Access access) {
 }
 
 void Turnstile::Leave() noexcept { Unlock(file_, kServed); }
-
-bool Turnstile::IsInPlace() const {
-  struct stat opened {};
-  struct stat named {};
-  return fstat(file_.Get(), &opened) == 0 && stat(path_.c_str(), &named) == 0 &&
-         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
 
 }  // namespace lab

@@ -35,7 +35,7 @@ class Turnstile {
 
   const File& GetFile() const { return file_; }
   /// The path still names the file that was opened.
-  bool IsInPlace() const;
+  bool IsInPlace() const { return IsNamed(file_, path_); }
 
  private:
   std::string path_;

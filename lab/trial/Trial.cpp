@@ -6,8 +6,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 #include "lab/memory/Copies.h"
 #include "lab/model/Lab.h"
 #include "lab/store/LabFile.h"
@@ -60,8 +61,16 @@ std::vector<std::string> LinesOfFile(const std::string& path) {
   return lines;
 }
 
+/// Reads one line of the call log.
+LoggedCall ReadCall(const std::string& line) {
+  const auto json = nlohmann::ordered_json::parse(line);
+  LoggedCall call{json["operation"], json["arguments"].dump(), std::nullopt};
+  if (json.contains("error")) call.error = json["error"];
+  return call;
+}
+
 /// What has changed in the lab of that file since that entry of its memory.
-std::vector<Change> ChangesSince(const std::string& path, std::int64_t entry) {
+std::vector<FieldChange> ChangesSince(const std::string& path, std::int64_t entry) {
   Store store(path);
   const Transaction transaction(store, Access::Read);
   std::vector<Changeset> changes;

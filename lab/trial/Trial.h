@@ -1,20 +1,27 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "lab/hostctl/CallLog.h"
 #include "lab/memory/Words.h"
 
 namespace lab {
 
+/// One host control operation, as the call log has it.
+struct LoggedCall {
+  std::string operation;
+  std::string arguments;  ///< a JSON array
+  std::optional<std::string> error;
+};
+
 /// What came of a command that was tried.
 struct Trial {
-  int status = -1;                  ///< its exit status
-  std::vector<std::string> output;  ///< its standard output, line by line
-  std::vector<std::string> errors;  ///< its standard error, line by line
-  std::vector<LoggedCall> calls;    ///< the host control operations, in their order
-  std::vector<Change> changes;      ///< of the lab
+  int status = -1;                   ///< its exit status
+  std::vector<std::string> output;   ///< its standard output, line by line
+  std::vector<std::string> errors;   ///< its standard error, line by line
+  std::vector<LoggedCall> calls;     ///< the host control operations, in their order
+  std::vector<FieldChange> changes;  ///< of the lab
 };
 
 /// Runs `autocli WORDS...` in a process of its own, on a copy of the lab and of its hosts' files

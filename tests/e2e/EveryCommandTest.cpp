@@ -1,10 +1,9 @@
-#include <SQLiteCpp/SQLiteCpp.h>
-
 #include <filesystem>
 #include <fstream>
 #include <set>
 
 #include "tests/e2e/Program.h"
+#include "tests/support/Database.h"
 
 namespace test {
 namespace {
@@ -47,19 +46,13 @@ class EveryCommand : public Lab {
   /// Every row of every table but the faults and the memory.
   std::string State() const {
     std::string state;
-    SQLite::Database database(LabFile());
-    SQLite::Statement tables(database,
-                             "SELECT name FROM sqlite_schema WHERE type = 'table' "
-                             "AND name NOT IN ('faults', 'history') ORDER BY name");
-    while (tables.executeStep()) {
-      const std::string table = tables.getColumn(0);
-      state += "\n" + table;
-      SQLite::Statement rows(database, "SELECT * FROM " + table);
-      while (rows.executeStep()) {
+    for (const auto& table : RowsOf(LabFile(),
+                                    "SELECT name FROM sqlite_schema WHERE type = 'table' "
+                                    "AND name NOT IN ('faults', 'history') ORDER BY name")) {
+      state += "\n" + table.front();
+      for (const auto& row : RowsOf(LabFile(), "SELECT * FROM " + table.front())) {
         state += "\n";
-        for (int i = 0; i < rows.getColumnCount(); ++i) {
-          state += rows.getColumn(i).getString() + "|";
-        }
+        for (const std::string& value : row) state += value + "|";
       }
     }
     EXPECT_TRUE(std::filesystem::exists(LabFile()));
@@ -69,11 +62,8 @@ class EveryCommand : public Lab {
   }
 
   void Inject(const std::string& operation) const {
-    SQLite::Database database(LabFile(), SQLite::OPEN_READWRITE);
-    SQLite::Statement insert(
-        database, "INSERT INTO faults (operation, message) VALUES (?, 'injected failure')");
-    insert.bind(1, operation);
-    insert.exec();
+    RunSql(LabFile(), "INSERT INTO faults (operation, message) VALUES ('" + operation +
+                          "', 'injected failure')");
   }
 
   /// The operations called since the last question, in order.

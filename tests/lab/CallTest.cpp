@@ -1,8 +1,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "lab/model/Faults.h"
 #include "lab/model/Features.h"
+#include "lab/model/InjectedFailures.h"
 #include "lab/model/Lab.h"
 #include "platform/base/FeatureList.h"
 #include "tests/lab/Support.h"
@@ -14,7 +14,9 @@ using HskCtl::Korel::KorelUtil;
 using testing::ElementsAre;
 
 void AddFault(const std::string& operation, const std::string& message, std::int64_t count) {
-  lab::ChangeLab([&](lab::Store& store) { lab::AddFault(store, {operation, message, count}); });
+  lab::ChangeLab([&](lab::Store& store) {
+    lab::AddInjectedFailure(store, {operation, message, count});
+  });
 }
 
 class CallTest : public LabTest {

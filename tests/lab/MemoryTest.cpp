@@ -18,7 +18,7 @@ class MemoryTest : public LabTest {
   static std::vector<lab::Entry> Entries() {
     return lab::ReadLab([](lab::Store& store) { return lab::EntriesAfter(store, 0); });
   }
-  static std::vector<std::string> Told(const std::vector<lab::Change>& changes) {
+  static std::vector<std::string> Told(const std::vector<lab::FieldChange>& changes) {
     std::vector<std::string> texts;
     for (const auto& [kind, subject, field, before, after] : changes) {
       texts.push_back(std::string(kind) + " " + subject + ": " + field.value_or("-") + " " +

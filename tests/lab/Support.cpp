@@ -1,6 +1,5 @@
 #include "tests/lab/Support.h"
 
-#include <SQLiteCpp/Database.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -9,6 +8,7 @@
 
 #include "lab/model/Lab.h"
 #include "lab/store/Query.h"
+#include "tests/support/Database.h"
 
 namespace lab_test {
 
@@ -44,10 +44,9 @@ std::string State() {
                                         "SELECT name FROM sqlite_schema WHERE type = "
                                         "'table' AND name <> 'history' ORDER BY name")) {
       state << table << "\n";
-      lab::Rows rows = lab::Query(store, ("SELECT * FROM " + table).c_str());
-      while (rows.executeStep()) {
-        for (int i = 0; i < rows.getColumnCount(); ++i) {
-          state << "|" << rows.getColumn(i).getString();
+      for (const lab::Row& row : lab::Query(store, ("SELECT * FROM " + table).c_str())) {
+        for (int i = 0; i < row.ColumnCount(); ++i) {
+          state << "|" << row.Text(i);
         }
         state << "\n";
       }
@@ -78,10 +77,7 @@ void Command(int number, const std::string& line) {
   setenv("AUTOCLI_LINE", text.c_str(), 1);
 }
 
-void Sql(const std::string& sql) {
-  SQLite::Database(std::getenv("KOREL_LAB"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
-      .exec(sql);
-}
+void Sql(const std::string& sql) { test::RunSql(std::getenv("KOREL_LAB"), sql); }
 
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);

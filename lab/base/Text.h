@@ -24,6 +24,23 @@ std::string Quoted(std::string_view text);
 /// The texts with `separator` between them.
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator);
 
+/// Of ASCII's.
+constexpr bool IsLetterOrDigit(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+/// A capital letter of ASCII as a small one; any other character as it is.
+constexpr char LowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+/// The value of a hexadecimal digit in either case; -1 for any other character.
+constexpr int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  const char lower = LowerCase(c);
+  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+/// The text with each byte that `isKept` is false for as "%3B".
+std::string PercentEncoded(std::string_view text, bool (*isKept)(char));
+
 /// The number of bytes of the UTF-8 character that `text` begins with; 0 when it begins with none.
 std::size_t Utf8CharacterSize(std::string_view text);
 

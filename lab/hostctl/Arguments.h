@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <tuple>
 
 #include "lab/hostctl/CallLog.h"
 #include "platform/hostctl/Records.h"
@@ -13,7 +14,7 @@ Json Logged(const Tovrin::Korel::KorelDatastore& datastore);
 Json Logged(const Tovrin::Korel::KorelHskNicConfig2& config);
 Json Logged(const Tovrin::Korel::KorelDiskList& disks);
 
-/// Any other value.
+/// Any other value; an enum as its number.
 template <typename Plain>
 Json Logged(const Plain& value) {
   return value;
@@ -23,18 +24,19 @@ Json Logged(const Plain& value) {
 /// which has to be before the end of the expression: most calls are not logged, and a list of all
 /// disks is long.
 template <typename... Values>
-auto Arguments(const Values&... values) {
-  return [&values...] {
-    Json arguments = Json::array();
-    (arguments.push_back(Logged(values)), ...);
-    return arguments;
-  };
-}
+class Arguments {
+ public:
+  explicit Arguments(const Values&... values) : values_(values...) {}
 
-/// An enum as its number.
-template <typename Enum>
-int Number(Enum value) {
-  return static_cast<int>(value);
-}
+  Json operator()() const {
+    Json arguments = Json::array();
+    std::apply([&](const Values&... values) { (arguments.push_back(Logged(values)), ...); },
+               values_);
+    return arguments;
+  }
+
+ private:
+  std::tuple<const Values&...> values_;
+};
 
 }  // namespace lab

@@ -1,8 +1,11 @@
-#include "lab/common/Uuids.h"
+#include "lab/conversions/Uuids.h"
 
 #include <cstdint>
+#include <cstring>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
+#include "platform/base/Uuid.h"
+#include "platform/hostctl/KorelUtil.h"
 
 namespace lab {
 namespace {
@@ -12,13 +15,6 @@ using Tovrin::Korel::Uuid;
 constexpr std::size_t kTextLength = 36;
 
 bool IsHyphenPlace(std::size_t i) { return i == 8 || i == 13 || i == 18 || i == 23; }
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
 
 /// FNV-1a, its bits mixed at the end: texts that differ in one character give unlike numbers.
 std::uint64_t Hash(std::string_view text, std::uint64_t start) {
@@ -85,3 +81,26 @@ std::string DerivedUuid(std::string_view seed) {
 }
 
 }  // namespace lab
+
+namespace HskCtl::Korel {
+
+Tovrin::Korel::Uuid KorelUtil::StringToKorelUuid(const std::string& text) {
+  return lab::CheckedUuid(text);
+}
+
+std::string KorelUtil::KorelUuidToString(const Uuid& uuid) { return lab::UuidText(uuid); }
+
+}  // namespace HskCtl::Korel
+
+char* UUID_PackText(const char* text, char* buffer, std::size_t size) {
+  std::string packed;
+  for (const char* c = text; *c != '\0'; ++c) {
+    if (*c == '-') continue;
+    if (packed.size() == lab::kTextLength) return nullptr;
+    if (lab::IsHyphenPlace(packed.size())) packed += '-';
+    packed += *c;
+  }
+  const auto uuid = lab::ParseUuid(packed);
+  if (!uuid || size <= packed.size()) return nullptr;
+  return std::strcpy(buffer, lab::UuidText(*uuid).c_str());
+}

@@ -10,8 +10,8 @@
 
 namespace lab {
 
-/// An operation that fails on purpose.
-struct Fault {
+/// An operation that fails on purpose: what people know as a fault of the lab.
+struct InjectedFailure {
   std::string operation;
   std::string message;
   std::optional<std::int64_t> remaining;  ///< how many more calls fail; all when absent
@@ -21,16 +21,16 @@ struct Fault {
 void CheckOperation(const std::string& name);
 
 /// Makes the next `count` calls of the operation fail with that message, all without a count;
-/// replaces an earlier fault of the operation. Throws KorelCtlException when there is no such
+/// replaces an earlier failure of the operation. Throws KorelCtlException when there is no such
 /// operation or the count is not positive.
-void AddFault(Store& store, const Fault& fault);
+void AddInjectedFailure(Store& store, const InjectedFailure& failure);
 /// By operation.
-std::vector<Fault> AllFaults(Store& store);
-void ClearFaults(Store& store);
+std::vector<InjectedFailure> AllInjectedFailures(Store& store);
+void ClearInjectedFailures(Store& store);
 /// Calls of the operation are to fail.
-bool HasFault(Store& store, std::string_view operation);
+bool HasInjectedFailure(Store& store, std::string_view operation);
 /// The message with which this call of the operation is to fail, counted down; nothing when it is
 /// to go on.
-std::optional<std::string> TakeFault(Store& store, std::string_view operation);
+std::optional<std::string> TakeInjectedFailure(Store& store, std::string_view operation);
 
 }  // namespace lab

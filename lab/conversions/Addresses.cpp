@@ -1,8 +1,7 @@
-#include "platform/hostctl/Network.h"
-
 #include <arpa/inet.h>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
+#include "platform/hostctl/Network.h"
 
 namespace Tovrin::Network {
 namespace {
@@ -30,13 +29,9 @@ ZeroRun LongestZeroRun(const std::array<unsigned, 8>& groups) {
   return longest;
 }
 
-std::string Hexadecimal(unsigned group) {
-  std::string digits;
-  do {
-    digits.insert(digits.begin(), "0123456789abcdef"[group & 0xfU]);
-    group >>= 4U;
-  } while (group != 0);
-  return digits;
+/// Four bytes as an IPv4 address has them.
+std::string Dotted(const std::uint8_t* bytes) {
+  return Misc::StrPrintf("%d.%d.%d.%d", bytes[0], bytes[1], bytes[2], bytes[3]);
 }
 
 }  // namespace
@@ -50,14 +45,7 @@ bool Ipv4Address::IsValidAddress(const std::string& text) {
   return Parse(AF_INET, text, bytes);
 }
 
-std::string Ipv4Address::GetStringAddress() const {
-  std::string text;
-  for (const std::uint8_t byte : bytes_) {
-    if (!text.empty()) text += '.';
-    text += std::to_string(byte);
-  }
-  return text;
-}
+std::string Ipv4Address::GetStringAddress() const { return Dotted(bytes_.data()); }
 
 Ipv6Address::Ipv6Address(const std::string& text) {
   if (!Parse(AF_INET6, text, bytes_)) lab::Fail(lab::Quoted(text), " is not an IPv6 address");
@@ -76,10 +64,7 @@ std::string Ipv6Address::GetStringAddress() const {
   }
   const bool isMapped =
       groups[5] == 0xffff && LongestZeroRun(groups).size >= 5 && LongestZeroRun(groups).start == 0;
-  if (isMapped) {
-    return "::ffff:" + std::to_string(bytes_[12]) + "." + std::to_string(bytes_[13]) + "." +
-           std::to_string(bytes_[14]) + "." + std::to_string(bytes_[15]);
-  }
+  if (isMapped) return "::ffff:" + Dotted(bytes_.data() + 12);
   const ZeroRun zeros = LongestZeroRun(groups);
   std::string text;
   for (std::size_t i = 0; i < groups.size(); ++i) {
@@ -89,7 +74,7 @@ std::string Ipv6Address::GetStringAddress() const {
       continue;
     }
     if (!text.empty() && text.back() != ':') text += ':';
-    text += Hexadecimal(groups[i]);
+    text += Misc::StrPrintf("%x", groups[i]);
   }
   return text;
 }

@@ -1,9 +1,7 @@
-#include <algorithm>
 #include <array>
 #include <utility>
 
-#include "lab/common/Text.h"
-#include "lab/common/Uuids.h"
+#include "lab/base/Text.h"
 #include "platform/hostctl/KorelUtil.h"
 
 namespace HskCtl::Korel {
@@ -41,21 +39,6 @@ std::string KorelUtil::KorelPolicyClassToString(KorelPolicyClass policyClass) {
     if (known == policyClass) return name;
   }
   lab::Fail("there is no policy class ", std::to_string(static_cast<int>(policyClass)));
-}
-
-Tovrin::Korel::Uuid KorelUtil::StringToKorelUuid(const std::string& text) {
-  return lab::CheckedUuid(text);
-}
-
-std::string KorelUtil::KorelUuidToString(const Uuid& uuid) { return lab::UuidText(uuid); }
-
-std::size_t KorelUtil::UTF8StringCharLength(const std::string& text) {
-  std::string_view rest = text;
-  std::size_t count = 0;
-  for (; !rest.empty(); ++count) {
-    rest.remove_prefix(std::max<std::size_t>(1, lab::Utf8CharacterSize(rest)));
-  }
-  return count;
 }
 
 }  // namespace HskCtl::Korel

@@ -1,6 +1,6 @@
-#include "lab/hostctl/Records.h"
+#include "lab/hostctl/Arguments.h"
 
-#include "lab/common/Uuids.h"
+#include "lab/conversions/Uuids.h"
 
 namespace lab {
 

@@ -1,10 +1,10 @@
-#include "lab/common/CommandLine.h"
+#include "lab/base/CommandLine.h"
 
 #include <unistd.h>
 
 #include <string_view>
 
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 
 namespace lab {
 

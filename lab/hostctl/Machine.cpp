@@ -1,9 +1,18 @@
 #include <sys/random.h>
 
 #include <cstring>
+#include <ctime>
 
-#include "lab/common/Uuids.h"
+#include "lab/conversions/Uuids.h"
+#include "lab/hostctl/Call.h"
 #include "platform/base/Uuid.h"
+#include "platform/hostctl/KorelUtil.h"
+
+// What a lab host has from the machine that it lives on: the time, and randomness.
+
+std::string HskCtl::Korel::KorelUtil::GetFormattedSystemDateTime() {
+  return lab::Call("GetFormattedSystemDateTime", [] { return lab::LocalTime(std::time(nullptr)); });
+}
 
 char* UUID_CreateRandom() {
   Tovrin::Korel::Uuid uuid;

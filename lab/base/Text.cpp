@@ -1,4 +1,4 @@
-#include "lab/common/Text.h"
+#include "lab/base/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -12,10 +12,6 @@ namespace {
 
 constexpr std::size_t kMaxQuoted = 100;
 constexpr std::size_t kMaxNameLength = 80;
-
-bool IsLetterOrDigit(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
 
 std::size_t EditDistance(std::string_view from, std::string_view to) {
   std::vector<std::size_t> row(to.size() + 1);
@@ -34,9 +30,7 @@ std::size_t EditDistance(std::string_view from, std::string_view to) {
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
+  for (char& c : lower) c = lab::LowerCase(c);
   return lower;
 }
 
@@ -57,6 +51,20 @@ std::size_t Utf8CharacterSize(std::string_view text) {
   if ((lead == 0xe0 && second < 0xa0) || (lead == 0xed && second > 0x9f)) return 0;
   if ((lead == 0xf0 && second < 0x90) || (lead == 0xf4 && second > 0x8f)) return 0;
   return size;
+}
+
+std::string PercentEncoded(std::string_view text, bool (*isKept)(char)) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string encoded;
+  for (const char c : text) {
+    if (isKept(c)) {
+      encoded += c;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(c);
+    encoded += {'%', kDigits[byte >> 4U], kDigits[byte & 0xfU]};
+  }
+  return encoded;
 }
 
 std::string Quoted(std::string_view text) {

@@ -1,12 +1,16 @@
-#include "lab/commands/Common.h"
+#include "lab/commands/LabCommand.h"
 
 #include "platform/hostctl/KorelCtlException.h"
 
 namespace lab {
 
-void Attempt(const OutputPtr& output, const std::function<void()>& work) {
+std::shared_ptr<InputSpec> LabCommand::GetInputSpecInternal() { return Inputs(); }
+
+std::shared_ptr<OutputSpec> LabCommand::GetOutputSpecInternal() { return Answers(MetaBool::New()); }
+
+void LabCommand::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {
   try {
-    work();
+    Run(input, output);
   } catch (const Tovrin::Lib::Korel::KorelCtlException& failure) {
     Refuse(output, failure.GetMessage());
   }
