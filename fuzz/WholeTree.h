@@ -4,7 +4,7 @@
 
 #include "autocli/program/Tools.h"
 #include "korel/Tree.h"
-#include "lab/commands/Tree.h"
+#include "lab/plugin/Tree.h"
 #include "platform/autocli/Declare.h"
 
 namespace fuzz {

@@ -8,6 +8,7 @@
 #include "autocli/line/ParseOptions.h"
 #include "autocli/line/Suggest.h"
 #include "autocli/line/Value.h"
+#include "platform/autocli/Suggest.h"
 
 namespace autocli {
 
@@ -97,7 +98,7 @@ void OptionReader::ReadLong(const std::string& word) {
 
 void OptionReader::ReadUnknownLong(const std::string& name, bool hasValue) {
   if (ignoreUnknown_) return;
-  const std::string closest = Closest(name, LongOptions());
+  const std::string closest = Corvex::Suggest::Closest(name, LongOptions());
   Refuse(fmt::format("unknown option \"{}\"{}", name, DidYouMean(name, LongOptions())));
   if (closest.empty() || hasValue) return;
   // The next word is the value of what was meant, no second fault.

@@ -5,34 +5,14 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
-#include <numeric>
+
+#include "platform/autocli/Suggest.h"
 
 namespace lab {
 namespace {
 
 constexpr std::size_t kMaxQuoted = 100;
 constexpr std::size_t kMaxNameLength = 80;
-
-std::size_t EditDistance(std::string_view from, std::string_view to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 1; i <= from.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i;
-    for (std::size_t j = 1; j <= to.size(); ++j) {
-      const std::size_t replaced = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
-    }
-  }
-  return row.back();
-}
-
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) c = lab::LowerCase(c);
-  return lower;
-}
 
 }  // namespace
 
@@ -103,17 +83,8 @@ void CheckPlainName(std::string_view kind, const std::string& name) {
 }
 
 std::string DidYouMean(std::string_view word, const std::vector<std::string>& words) {
-  constexpr std::size_t kLongestWord = 100;
-  if (word.size() > kLongestWord) return {};
-  const std::string* nearest = nullptr;
-  std::size_t nearestDistance = word.size() / 3 + 2;
-  for (const std::string& candidate : words) {
-    const std::size_t distance = EditDistance(LowerCase(word), LowerCase(candidate));
-    if (distance >= nearestDistance) continue;
-    nearestDistance = distance;
-    nearest = &candidate;
-  }
-  return nearest == nullptr ? std::string() : ", did you mean " + Quoted(*nearest) + "?";
+  const std::string closest = Corvex::Suggest::Closest(word, words);
+  return closest.empty() ? "" : ", did you mean " + Quoted(closest) + "?";
 }
 
 void CheckRange(std::string_view what, std::int64_t value, std::int64_t min, std::int64_t max) {

@@ -8,13 +8,6 @@ namespace lab {
 namespace {
 
 class LabCheck final : public LabCommand {
- public:
-  LabCheck() {
-    SetDescription(
-        "Examine the lab: the structure of its file, what its rows refer to, and the rules that a "
-        "host keeps. Each problem is an error.");
-  }
-
  private:
   void Run(const InputPtr&, const OutputPtr& output) override {
     const auto problems = ReadLab(Problems);

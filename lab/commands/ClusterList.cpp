@@ -17,12 +17,7 @@ std::shared_ptr<MetaStruct> Shape() {
 
 class LabClusterList final : public LabCommand {
  public:
-  LabClusterList() {
-    SetDescription("List the clusters of the lab.");
-    Show(*this, *Shape(), "table");
-    SetDefaultOutputParameter("completes:UUID:Members",
-                              "lab cluster show --uuid,korel cluster join --cluster-uuid");
-  }
+  LabClusterList() { Show(*this, *Shape(), "table"); }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }

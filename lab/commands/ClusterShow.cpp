@@ -47,7 +47,6 @@ std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
 class LabClusterShow final : public LabCommand {
  public:
   LabClusterShow() {
-    SetDescription("Show a cluster of the lab as all its members share it.");
     Show(*this, *Shape(), "simple", "Cluster %UUID%");
     SetDefaultOutputParameter("units:LabCluster.Rekey Interval", "minutes");
   }

@@ -1,44 +1,16 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/autocli/AutoCli.h"
 
-/// The commands of `autocli lab`, in the order of their tree, each made by the file of its name.
 namespace lab {
 
-using CommandPtr = std::shared_ptr<Corvex::AutoCli::NamespaceNode>;
+using CommandPtr = std::shared_ptr<Corvex::AutoCli::CommandSpec>;
 
-CommandPtr NewInit();
-CommandPtr NewShow();
-CommandPtr NewTry();
-CommandPtr NewHistory();
-CommandPtr NewUndo();
-CommandPtr NewSave();
-CommandPtr NewLoad();
-CommandPtr NewDiff();
-CommandPtr NewCheck();
-CommandPtr NewHostAdd();
-CommandPtr NewHostList();
-CommandPtr NewHostSet();
-CommandPtr NewHostReboot();
-CommandPtr NewClusterList();
-CommandPtr NewClusterShow();
-CommandPtr NewMaintenanceStart();
-CommandPtr NewResyncSet();
-CommandPtr NewDiskList();
-CommandPtr NewDiskSet();
-CommandPtr NewDaemonStop();
-CommandPtr NewDaemonStart();
-CommandPtr NewDaemonSet();
-CommandPtr NewFileList();
-CommandPtr NewFileGet();
-CommandPtr NewFilePut();
-CommandPtr NewFileRemove();
-CommandPtr NewFaultAdd();
-CommandPtr NewFaultList();
-CommandPtr NewFaultClear();
-CommandPtr NewFeatureList();
-CommandPtr NewFeatureSet();
+/// The command of `autocli lab` at that path ("host add"). Throws std::invalid_argument when there
+/// is none.
+CommandPtr NewCommand(const std::string& path);
 
 }  // namespace lab

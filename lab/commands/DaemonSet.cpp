@@ -10,13 +10,6 @@ constexpr int kLeast = -255;
 constexpr int kMost = 255;
 
 class LabDaemonSet final : public LabCommand {
- public:
-  LabDaemonSet() {
-    SetDescription(
-        "Choose what the init script of the trace daemon answers, to see what commands make of it. "
-        "What is not given is answered as it is: 0 done, 3 the daemon does not run.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     return Inputs(
@@ -24,8 +17,8 @@ class LabDaemonSet final : public LabCommand {
           .shortName = "s",
           .type = ParameterType::Int,
           .constraint = IntRange(kLeast, kMost),
-          .description = "Answer to \"status\"; a negative one says that the script could "
-                         "not be run."},
+          .description =
+              "Answer to \"status\"; a negative one says that the script could not be run."},
          {.name = "restart-status",
           .shortName = "r",
           .type = ParameterType::Int,

@@ -7,11 +7,6 @@ namespace lab {
 namespace {
 
 class LabDaemonStart final : public LabCommand {
- public:
-  LabDaemonStart() {
-    SetDescription("Start the trace daemon of the host; one that runs is left alone.");
-  }
-
  private:
   void Run(const InputPtr&, const OutputPtr& output) override {
     ChangeLab([](Store& store) { StartTraceDaemon(store, CurrentHost(store)); });

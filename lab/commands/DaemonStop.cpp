@@ -7,11 +7,6 @@ namespace lab {
 namespace {
 
 class LabDaemonStop final : public LabCommand {
- public:
-  LabDaemonStop() {
-    SetDescription("Stop the trace daemon of the host, as if Korel were not enabled on it.");
-  }
-
  private:
   void Run(const InputPtr&, const OutputPtr& output) override {
     ChangeLab([](Store& store) { StopTraceDaemon(store, CurrentHost(store)); });

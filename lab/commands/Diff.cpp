@@ -8,10 +8,7 @@ namespace {
 
 class LabDiff final : public LabCommand {
  public:
-  LabDiff() {
-    SetDescription("Show what has to change in another lab to make it this one, row by row.");
-    Show(*this, *NoChanges()->GetPrototype(), "table");
-  }
+  LabDiff() { Show(*this, *NoChanges()->GetPrototype(), "table"); }
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {

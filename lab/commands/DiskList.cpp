@@ -43,15 +43,7 @@ std::shared_ptr<MetaStruct> Describe(const Device& device) {
 
 class LabDiskList final : public LabCommand {
  public:
-  LabDiskList() {
-    SetDescription("List the devices of the host, in use or not, and what they are fit for.");
-    Show(*this, *Shape(), "table");
-    // A host's own commands list the devices that are in use; only the lab knows the others.
-    SetDefaultOutputParameter("completes:Device:Fit For",
-                              "lab disk set --device,korel storage add --ssd,"
-                              "korel storage add --disks,korel storage tag add --disk,"
-                              "korel storage tag remove --disk,korel storagepool add --disk");
-  }
+  LabDiskList() { Show(*this, *Shape(), "table"); }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }

@@ -7,14 +7,6 @@ namespace lab {
 namespace {
 
 class LabDiskSet final : public LabCommand {
- public:
-  LabDiskSet() {
-    SetDescription(
-        "Make a device of the host unhealthy or healthy, or its on-disk format an older one, to "
-        "see "
-        "what mounting and rebuilding make of it.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     return Inputs({{.name = "device",

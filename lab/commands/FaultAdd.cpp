@@ -7,30 +7,22 @@ namespace lab {
 namespace {
 
 class LabFaultAdd final : public LabCommand {
- public:
-  LabFaultAdd() {
-    SetDescription(
-        "Make a host control operation fail with a message of your choice, before it does "
-        "anything. "
-        "GetKorelInfo then yields no object. Replaces an earlier fault of the operation.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs({{.name = "operation",
-                    .shortName = "o",
-                    .required = true,
-                    .description = "Name of the operation, as in the call log: \"AddDatastore\"."},
-                   {.name = "message",
-                    .shortName = "m",
-                    .required = true,
-                    .description = "What the failing call says."},
-                   {.name = "count",
-                    .shortName = "c",
-                    .type = ParameterType::Int,
-                    .constraint = IntRange(1, INT64_MAX),
-                    .description = "How many calls fail, of all processes together. All when not "
-                                   "given."}});
+    return Inputs(
+        {{.name = "operation",
+          .shortName = "o",
+          .required = true,
+          .description = "Name of the operation, as in the call log: \"AddDatastore\"."},
+         {.name = "message",
+          .shortName = "m",
+          .required = true,
+          .description = "What the failing call says."},
+         {.name = "count",
+          .shortName = "c",
+          .type = ParameterType::Int,
+          .constraint = IntRange(1, INT64_MAX),
+          .description = "How many calls fail, of all processes together. All when not given."}});
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {

@@ -7,9 +7,6 @@ namespace lab {
 namespace {
 
 class LabFaultClear final : public LabCommand {
- public:
-  LabFaultClear() { SetDescription("Let all host control operations work again."); }
-
  private:
   void Run(const InputPtr&, const OutputPtr& output) override {
     ChangeLab(ClearInjectedFailures);

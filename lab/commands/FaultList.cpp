@@ -14,11 +14,7 @@ std::shared_ptr<MetaStruct> Shape() {
 
 class LabFaultList final : public LabCommand {
  public:
-  LabFaultList() {
-    SetDescription(
-        "List the operations that are made to fail. Without \"Calls Left\" all calls fail.");
-    Show(*this, *Shape(), "simple", "%Operation%");
-  }
+  LabFaultList() { Show(*this, *Shape(), "simple", "%Operation%"); }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }

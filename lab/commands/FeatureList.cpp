@@ -12,10 +12,7 @@ std::shared_ptr<MetaStruct> Shape() {
 
 class LabFeatureList final : public LabCommand {
  public:
-  LabFeatureList() {
-    SetDescription("List the feature switches.");
-    Show(*this, *Shape(), "table");
-  }
+  LabFeatureList() { Show(*this, *Shape(), "table"); }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }

@@ -7,9 +7,6 @@ namespace lab {
 namespace {
 
 class LabFeatureSet final : public LabCommand {
- public:
-  LabFeatureSet() { SetDescription("Switch a feature on or off."); }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     std::vector<ParameterConstraint::EnumValue> names;

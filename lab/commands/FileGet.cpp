@@ -9,23 +9,17 @@ namespace lab {
 namespace {
 
 class LabFileGet final : public LabCommand {
- public:
-  LabFileGet() {
-    SetDescription(
-        "Show the lines of a file of the host, or write its bytes to a file of the machine.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs({{.name = "path",
-                    .shortName = "p",
-                    .required = true,
-                    .description = "Path of the file on the host: "
-                                   "\"/etc/ostrel/korel/koreltraced.conf\"."},
-                   {.name = "to", .shortName = "t", .description = "The file to write."},
-                   {.name = "force",
-                    .type = ParameterType::Flag,
-                    .description = "Replace an existing file."}});
+    return Inputs(
+        {{.name = "path",
+          .shortName = "p",
+          .required = true,
+          .description = "Path of the file on the host: \"/etc/ostrel/korel/koreltraced.conf\"."},
+         {.name = "to", .shortName = "t", .description = "The file to write."},
+         {.name = "force",
+          .type = ParameterType::Flag,
+          .description = "Replace an existing file."}});
   }
 
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override {

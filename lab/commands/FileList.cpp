@@ -15,13 +15,8 @@ std::shared_ptr<MetaStruct> Shape() {
 class LabFileList final : public LabCommand {
  public:
   LabFileList() {
-    SetDescription(
-        "List the files of the host. They are kept in the lab and are not files of the machine.");
     Show(*this, *Shape(), "table");
     SetDefaultOutputParameter("units:LabFile.Size", "B");
-    SetDefaultOutputParameter("completes:Path",
-                              "lab file get --path,lab file put --path,"
-                              "lab file remove --path");
   }
 
  private:

@@ -8,28 +8,21 @@ namespace lab {
 namespace {
 
 class LabFilePut final : public LabCommand {
- public:
-  LabFilePut() {
-    SetDescription(
-        "Give the host a file, or another one in its place. It is kept in the lab, at most 64 "
-        "KiB.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs({{.name = "path",
-                    .shortName = "p",
-                    .required = true,
-                    .description = "Path of the file on the host: "
-                                   "\"/etc/ostrel/korel/koreltraced.conf\"."},
-                   {.name = "from",
-                    .shortName = "f",
-                    .required = true,
-                    .description = "File of the machine that holds the content."},
-                   {.name = "read-only",
-                    .shortName = "r",
-                    .type = ParameterType::Flag,
-                    .description = "Commands of the host cannot write the file."}});
+    return Inputs(
+        {{.name = "path",
+          .shortName = "p",
+          .required = true,
+          .description = "Path of the file on the host: \"/etc/ostrel/korel/koreltraced.conf\"."},
+         {.name = "from",
+          .shortName = "f",
+          .required = true,
+          .description = "File of the machine that holds the content."},
+         {.name = "read-only",
+          .shortName = "r",
+          .type = ParameterType::Flag,
+          .description = "Commands of the host cannot write the file."}});
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {

@@ -7,16 +7,13 @@ namespace lab {
 namespace {
 
 class LabFileRemove final : public LabCommand {
- public:
-  LabFileRemove() { SetDescription("Take a file from the host."); }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs({{.name = "path",
-                    .shortName = "p",
-                    .required = true,
-                    .description = "Path of the file on the host: "
-                                   "\"/etc/ostrel/korel/koreltraced.conf\"."}});
+    return Inputs(
+        {{.name = "path",
+          .shortName = "p",
+          .required = true,
+          .description = "Path of the file on the host: \"/etc/ostrel/korel/koreltraced.conf\"."}});
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {

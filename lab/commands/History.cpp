@@ -68,12 +68,7 @@ std::shared_ptr<MetaList> DescribeOne(Store& store, std::int64_t number) {
 
 class LabHistory final : public LabCommand {
  public:
-  LabHistory() {
-    SetDescription(
-        "Show what changed the lab, the newest first, or row by row what one entry changed. The "
-        "memory keeps the newest 1,000 entries or 8 MiB of them.");
-    Show(*this, *Shape(), "simple", "Entry %Entry%");
-  }
+  LabHistory() { Show(*this, *Shape(), "simple", "Entry %Entry%"); }
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {

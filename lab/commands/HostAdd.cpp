@@ -6,20 +6,14 @@ namespace lab {
 namespace {
 
 class LabHostAdd final : public LabCommand {
- public:
-  LabHostAdd() {
-    SetDescription(
-        "Add a host with the standard devices and interfaces. KOREL_LAB_HOST picks the host that "
-        "commands act on.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs({{.name = "name",
-                    .shortName = "n",
-                    .required = true,
-                    .description = "Name of the new host: up to 80 letters, digits, points, "
-                                   "underscores and hyphens, a letter or digit first."}});
+    return Inputs(
+        {{.name = "name",
+          .shortName = "n",
+          .required = true,
+          .description =
+              "Name of the new host: up to 80 letters, digits, points, underscores and hyphens, a letter or digit first."}});
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {

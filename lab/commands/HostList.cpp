@@ -38,12 +38,7 @@ std::shared_ptr<MetaStruct> Describe(Store& store, const Host& host) {
 
 class LabHostList final : public LabCommand {
  public:
-  LabHostList() {
-    SetDescription("List the hosts of the lab.");
-    Show(*this, *Shape(), "simple", "%Name%");
-    SetDefaultOutputParameter("completes:Name:Fault Domain",
-                              "lab host set --name,lab host reboot --name");
-  }
+  LabHostList() { Show(*this, *Shape(), "simple", "%Name%"); }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }

@@ -7,13 +7,6 @@ namespace lab {
 namespace {
 
 class LabHostReboot final : public LabCommand {
- public:
-  LabHostReboot() {
-    SetDescription(
-        "Reboot a host: it takes part in no cluster and has no network configuration until \"korel "
-        "cluster restore\" and \"korel network restore\" bring back what is persisted.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override { return Inputs({HostName()}); }
 

@@ -28,11 +28,6 @@ void SetFaultDomainOrDefault(Store& store, const Host& host, const std::string& 
 }
 
 class LabHostSet final : public LabCommand {
- public:
-  LabHostSet() {
-    SetDescription("Change the fault domain of a host, or what it is to the clusters it is in.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     std::vector<ParameterConstraint::EnumValue> nodeTypes;

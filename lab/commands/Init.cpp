@@ -6,27 +6,18 @@ namespace lab {
 namespace {
 
 class LabInit final : public LabCommand {
- public:
-  LabInit() {
-    SetDescription("Make the lab, with one standard host \"host1\" or the hosts of an inventory.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     return Inputs(
         {{.name = "force",
           .shortName = "f",
           .type = ParameterType::Flag,
-          .description = "Replace an existing lab, which 'lab undo' brings back. A file "
-                         "that is damaged, of a newer version or no lab at all is renamed "
-                         "first, to FILE.old or the next name that is free."},
+          .description =
+              "Replace an existing lab, which 'lab undo' brings back. A file that is damaged, of a newer version or no lab at all is renamed first, to FILE.old or the next name that is free."},
          {.name = "inventory",
           .shortName = "i",
-          .description = "JSON file with the hosts of the lab: {\"hosts\": [{\"name\": "
-                         "\"host1\", \"devices\": [{\"name\": \"disk1\", \"ssd\": true, "
-                         "\"capacityFlash\": false, \"sizeGb\": 800}], \"interfaces\": "
-                         "[\"hsk0\"]}]}. A host without devices or interfaces has the "
-                         "standard ones."}});
+          .description =
+              "JSON file with the hosts of the lab: {\"hosts\": [{\"name\": \"host1\", \"devices\": [{\"name\": \"disk1\", \"ssd\": true, \"capacityFlash\": false, \"sizeGb\": 800}], \"interfaces\": [\"hsk0\"]}]}. A host without devices or interfaces has the standard ones."}});
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {

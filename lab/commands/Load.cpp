@@ -6,12 +6,6 @@ namespace lab {
 namespace {
 
 class LabLoad final : public LabCommand {
- public:
-  LabLoad() {
-    SetDescription(
-        "Make the lab what a saved one is. Its own history stays, and 'lab undo' takes this back.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     return Inputs({{.name = "file",

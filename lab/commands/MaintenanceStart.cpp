@@ -7,14 +7,6 @@ namespace lab {
 namespace {
 
 class LabMaintenanceStart final : public LabCommand {
- public:
-  LabMaintenanceStart() {
-    SetDescription(
-        "Begin a maintenance mode operation of the host, which goes on until \"korel "
-        "maintenancemode "
-        "cancel\" or a reboot ends it.");
-  }
-
  private:
   void Run(const InputPtr&, const OutputPtr& output) override {
     ChangeLab([](Store& store) { StartMaintenance(store, CurrentHost(store)); });

@@ -7,13 +7,6 @@ namespace lab {
 namespace {
 
 class LabResyncSet final : public LabCommand {
- public:
-  LabResyncSet() {
-    SetDescription(
-        "Set the resync workload of the host's busiest disk group. \"korel resync bandwidth get\" "
-        "shows it, or the throttle when that is less.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     return Inputs({{.name = "rate",

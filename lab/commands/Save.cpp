@@ -6,12 +6,6 @@ namespace lab {
 namespace {
 
 class LabSave final : public LabCommand {
- public:
-  LabSave() {
-    SetDescription(
-        "Write the whole lab, its history included, to another file, which is a lab too.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     return Inputs(

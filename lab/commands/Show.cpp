@@ -59,10 +59,7 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
 
 class LabShow final : public LabCommand {
  public:
-  LabShow() {
-    SetDescription("Show the lab: its file, the host that commands act on, and what it holds.");
-    Show(*this, *Shape(), "simple");
-  }
+  LabShow() { Show(*this, *Shape(), "simple"); }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(Shape()); }

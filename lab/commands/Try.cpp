@@ -53,20 +53,18 @@ void ReportErrors(const OutputPtr& output, const Trial& trial, const std::string
 class LabTry final : public LabCommand {
  public:
   LabTry() {
-    SetDescription(
-        "Run a command on a copy of the lab: show its output, the host control operations that it "
-        "calls, and what it would change. The lab stays as it is.");
     Show(*this, *Shape(), "simple");
     SetDefaultOutputParameter("rest", "command");
   }
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs({{.name = "command",
-                    .type = ParameterType::StringList,
-                    .required = true,
-                    .description = "The command and all its options, as they follow \"autocli\". "
-                                   "Options of this command come before them."}});
+    return Inputs(
+        {{.name = "command",
+          .type = ParameterType::StringList,
+          .required = true,
+          .description =
+              "The command and all its options, as they follow \"autocli\". Options of this command come before them."}});
   }
 
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(Shape()); }

@@ -7,20 +7,13 @@ namespace lab {
 namespace {
 
 class LabUndo final : public LabCommand {
- public:
-  LabUndo() {
-    SetDescription(
-        "Take back what the last command on the lab changed, whichever host it was for, or all "
-        "that "
-        "came after an entry of the history. Doing it twice changes nothing.");
-  }
-
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs({{.name = "to",
-                    .type = ParameterType::Int,
-                    .description = "Number of the entry after which everything is taken back; see "
-                                   "'lab history'."}});
+    return Inputs(
+        {{.name = "to",
+          .type = ParameterType::Int,
+          .description =
+              "Number of the entry after which everything is taken back; see 'lab history'."}});
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {

@@ -133,7 +133,8 @@ inline void Refuse(const OutputPtr& output, const std::string& message) {
   output->AddErrorMessage(message);
 }
 
-/// A namespace with its children, or a command made by `make`.
+/// A namespace with its children, or a command made by `make`, which knows its description unless
+/// there is one here.
 struct Node {
   const char* name;
   const char* description;
@@ -151,7 +152,11 @@ Node Verb(const char* name) {
 
 /// The node with everything below it, ready to be registered.
 inline std::shared_ptr<AutoCli::NamespaceNode> Grow(const Node& node) {
-  if (node.make != nullptr) return node.make();
+  if (node.make != nullptr) {
+    auto command = node.make();
+    if (*node.description != '\0') command->SetDescription(node.description);
+    return command;
+  }
   auto space = AutoCli::Namespace::New();
   space->SetDescription(node.description);
   for (const Node& child : node.children) {

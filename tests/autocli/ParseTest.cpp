@@ -1,5 +1,5 @@
 #include "autocli/line/ParseOptions.h"
-#include "autocli/line/Suggest.h"
+#include "platform/autocli/Suggest.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
@@ -92,11 +92,13 @@ TEST(ParseTest, OtherTypes) {
 
 TEST(ParseTest, OnlySlipsAreSuggested) {
   const Words names = {"list", "add", "remove", "get"};
-  EXPECT_EQ(Closest("gte", names), "get") << "a swap is one slip";
-  EXPECT_EQ(Closest("rmovee", names), "remove") << "two slips in a word of six letters";
-  EXPECT_EQ(Closest("ls", names), "") << "two slips in a word of two";
-  EXPECT_EQ(Closest("x", {"a"}), "") << "nothing in common";
-  EXPECT_EQ(Closest(std::string(1000000, 'x'), names), "");
+  EXPECT_EQ(Corvex::Suggest::Closest("gte", names), "get") << "a swap is one slip";
+  EXPECT_EQ(Corvex::Suggest::Closest("rmovee", names), "remove")
+      << "two slips in a word of six letters";
+  EXPECT_EQ(Corvex::Suggest::Closest("ls", names), "") << "two slips in a word of two";
+  EXPECT_EQ(Corvex::Suggest::Closest("x", {"a"}), "") << "nothing in common";
+  EXPECT_EQ(Corvex::Suggest::Closest("LSIT", names), "list") << "capitals are no slip";
+  EXPECT_EQ(Corvex::Suggest::Closest(std::string(1000000, 'x'), names), "");
 }
 
 }  // namespace

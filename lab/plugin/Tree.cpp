@@ -1,0 +1,134 @@
+#include "lab/plugin/Tree.h"
+
+#include "lab/plugin/Deferred.h"
+
+namespace lab {
+namespace {
+
+using Corvex::Declare::Node;
+using NodePtr = std::shared_ptr<Corvex::AutoCli::NamespaceNode>;
+
+Node Verb(const char* name, const char* description) {
+  return {name, description, {}, []() -> NodePtr { return std::make_shared<Deferred>(); }};
+}
+
+/// A command that knows values of options.
+NodePtr Completing(const char* fields, const char* options) {
+  auto node = std::make_shared<Deferred>();
+  node->SetDefaultOutputParameter(fields, options);
+  return node;
+}
+
+NodePtr NewHostList() {
+  return Completing("completes:Name:Fault Domain", "lab host set --name,lab host reboot --name");
+}
+
+NodePtr NewClusterList() {
+  return Completing("completes:UUID:Members",
+                    "lab cluster show --uuid,korel cluster join --cluster-uuid");
+}
+
+// A host's own commands list the devices that are in use; only the lab knows the others.
+NodePtr NewDiskList() {
+  return Completing(
+      "completes:Device:Fit For",
+      "lab disk set --device,korel storage add --ssd,korel storage add --disks,korel storage tag add --disk,korel storage tag remove --disk,korel storagepool add --disk");
+}
+
+NodePtr NewFileList() {
+  return Completing("completes:Path",
+                    "lab file get --path,lab file put --path,lab file remove --path");
+}
+
+}  // namespace
+
+Node Tree() {
+  return {
+      "lab",
+      "Prepare, break and look into the lab: a Korel host without the hardware",
+      {Verb("init", "Make the lab, with one standard host \"host1\" or the hosts of an inventory."),
+       Verb("show", "Show the lab: its file, the host that commands act on, and what it holds."),
+       Verb(
+           "try",
+           "Run a command on a copy of the lab: show its output, the host control operations that it calls, and what it would change. The lab stays as it is."),
+       Verb(
+           "history",
+           "Show what changed the lab, the newest first, or row by row what one entry changed. The memory keeps the newest 1,000 entries or 8 MiB of them."),
+       Verb(
+           "undo",
+           "Take back what the last command on the lab changed, whichever host it was for, or all that came after an entry of the history. Doing it twice changes nothing."),
+       Verb("save",
+            "Write the whole lab, its history included, to another file, which is a lab too."),
+       Verb(
+           "load",
+           "Make the lab what a saved one is. Its own history stays, and 'lab undo' takes this back."),
+       Verb("diff", "Show what has to change in another lab to make it this one, row by row."),
+       Verb(
+           "check",
+           "Examine the lab: the structure of its file, what its rows refer to, and the rules that a host keeps. Each problem is an error."),
+       {"host",
+        "Hosts of the lab",
+        {Verb(
+             "add",
+             "Add a host with the standard devices and interfaces. KOREL_LAB_HOST picks the host that commands act on."),
+         {"list", "List the hosts of the lab.", {}, NewHostList},
+         Verb("set", "Change the fault domain of a host, or what it is to the clusters it is in."),
+         Verb(
+             "reboot",
+             "Reboot a host: it takes part in no cluster and has no network configuration until \"korel cluster restore\" and \"korel network restore\" bring back what is persisted.")}},
+       {"cluster",
+        "Clusters of the lab",
+        {{"list", "List the clusters of the lab.", {}, NewClusterList},
+         Verb("show", "Show a cluster of the lab as all its members share it.")}},
+       {"maintenance",
+        "Maintenance mode operation of the host",
+        {Verb(
+            "start",
+            "Begin a maintenance mode operation of the host, which goes on until \"korel maintenancemode cancel\" or a reboot ends it.")}},
+       {"resync",
+        "Resync workload of the host",
+        {Verb(
+            "set",
+            "Set the resync workload of the host's busiest disk group. \"korel resync bandwidth get\" shows it, or the throttle when that is less.")}},
+       {"disk",
+        "Devices of the host",
+        {{"list",
+          "List the devices of the host, in use or not, and what they are fit for.",
+          {},
+          NewDiskList},
+         Verb(
+             "set",
+             "Make a device of the host unhealthy or healthy, or its on-disk format an older one, to see what mounting and rebuilding make of it.")}},
+       {"daemon",
+        "Trace daemon of the host",
+        {Verb("stop", "Stop the trace daemon of the host, as if Korel were not enabled on it."),
+         Verb("start", "Start the trace daemon of the host; one that runs is left alone."),
+         Verb(
+             "set",
+             "Choose what the init script of the trace daemon answers, to see what commands make of it. What is not given is answered as it is: 0 done, 3 the daemon does not run.")}},
+       {"file",
+        "Files of the host, which are kept in the lab",
+        {{"list",
+          "List the files of the host. They are kept in the lab and are not files of the machine.",
+          {},
+          NewFileList},
+         Verb("get",
+              "Show the lines of a file of the host, or write its bytes to a file of the machine."),
+         Verb(
+             "put",
+             "Give the host a file, or another one in its place. It is kept in the lab, at most 64 KiB."),
+         Verb("remove", "Take a file from the host.")}},
+       {"fault",
+        "Host control operations that fail on purpose",
+        {Verb(
+             "add",
+             "Make a host control operation fail with a message of your choice, before it does anything. GetKorelInfo then yields no object. Replaces an earlier fault of the operation."),
+         Verb("list",
+              "List the operations that are made to fail. Without \"Calls Left\" all calls fail."),
+         Verb("clear", "Let all host control operations work again.")}},
+       {"feature",
+        "Feature switches of the host",
+        {Verb("list", "List the feature switches."), Verb("set", "Switch a feature on or off.")}}}};
+}
+
+}  // namespace lab
