@@ -20,11 +20,12 @@ target_compile_definitions(deps::fmt INTERFACE FMT_STATIC_THOUSANDS_SEPARATOR=44
 
 # The C++ runtime is linked into each of our files, for mapping and relocating it as shared libraries
 # is most of what starting a C++ program costs. Exceptions cross our files all the same: the runtime
-# tells their types by name. The sanitizers want the shared one.
+# tells their types by name. The sanitizers want the shared one. Code and constants are mapped as one
+# segment instead of three: each takes as long as a hundred symbols.
 function(carry_runtime target)
   target_link_options(
     ${target} PRIVATE
-    $<$<CONFIG:Release>:-static-libstdc++;-shared-libgcc;LINKER:--gc-sections;LINKER:-z,pack-relative-relocs>)
+    $<$<CONFIG:Release>:-static-libstdc++;-shared-libgcc;LINKER:--gc-sections;LINKER:-z,pack-relative-relocs;LINKER:-z,noseparate-code>)
 endfunction()
 
 # Links a static library whole: all of it is there for who loads `target`.
