@@ -7,7 +7,7 @@ fault() { echo "$1: $2"; faults=1; }
 # has FILE WHAT PATTERN COMMAND...: the command's output has the pattern.
 has() { [[ $("${@:4}" 2>/dev/null) =~ $3 ]] || fault "$1" "$2"; }
 
-for file in bin/autocli lib/libautocli.so lib/libkorelctl.so lib/autocli/plugins/*.so; do
+for file in bin/autocli lib/libautocli.so lib/libkorelctl.so lib/autocli/libkorellab.so lib/autocli/plugins/*.so; do
   has "$file" "no RELRO" GNU_RELRO readelf -Wl "$file"
   has "$file" "not bound at once" BIND_NOW readelf -Wd "$file"
   has "$file" "not position-independent" 'DYN \(' readelf -Wh "$file"
@@ -21,7 +21,7 @@ for file in bin/autocli lib/libautocli.so lib/libkorelctl.so lib/autocli/plugins
   has "$file" "no stack protector" __stack_chk_fail readelf -W --dyn-syms "$file"
 done
 has bin/autocli "no PIE" PIE readelf -Wd bin/autocli
-for file in lib/libautocli.so lib/libkorelctl.so; do
+for file in lib/libautocli.so lib/autocli/libkorellab.so; do
   has $file "no fortified functions" '__[a-z]+_chk@' readelf -W --dyn-syms $file
 done
 for file in lib/autocli/plugins/*.so; do

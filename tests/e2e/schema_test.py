@@ -4,6 +4,7 @@ what the command declares. What hints name has to be there. Takes the folder of 
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -63,9 +64,14 @@ with tempfile.TemporaryDirectory() as folder:
     run("korel", "cluster", "new", host="host2")
     cluster = answer("lab", "cluster", "list")[0]["UUID"]
     run("korel", "cluster", "join", "-u", cluster, host="host3")
-    batch = run("batch", "-", "--keep-going", text=LINES.replace("CLUSTER", cluster))
 
     tree = dict(commands(json.loads(run("--describe").stdout), ""))
+    # Commands that no line runs, as far as they need no more than their path.
+    alone = [path for path, node in tree.items() if not re.search(f"^{path}( -|$)", LINES, re.M)
+             and not any(option["required"] for option in node["parameters"])]
+    text = "\n".join([LINES.replace("CLUSTER", cluster), *alone, ""])
+    batch = run("batch", "-", "--keep-going", text=text)
+
     options = {f"{path} --{option['long']}" for path, node in tree.items()
                for option in node["parameters"]}
     faults = [batch.stderr] if batch.stderr else []

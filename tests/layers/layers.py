@@ -18,6 +18,7 @@ LIBRARIES = {
 }
 SYSTEM = """arpa/inet.h dirent.h dlfcn.h elf.h fcntl.h link.h poll.h signal.h spawn.h sys/auxv.h sys/ioctl.h sys/mman.h
 sys/random.h sys/sendfile.h sys/stat.h sys/time.h sys/types.h sys/wait.h unistd.h""".split()
+MADE_BY_THE_BUILD = ("autocli/Version.h", "lab/OperationNames.h")
 LONGEST = 500
 
 
@@ -53,8 +54,8 @@ def may_include(room, header, is_quoted, rows):
     if not is_quoted:
         library = library_of(header)
         return library == "C++" or library in libraries
-    if header == "autocli/Version.h":  # made by the build
-        return room.startswith("autocli/")
+    if header in MADE_BY_THE_BUILD:
+        return header.partition("/")[0] == room.partition("/")[0]
     other = header.rpartition("/")[0]
     part, _, folder = other.partition("/")
     if part == "platform":
