@@ -28,6 +28,11 @@ std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl() {
   return Tovrin::Lib::Korel::KorelPluginFactory::GetKorelPlugin()->GetKorelInfo();
 }
 
+std::unique_ptr<Tovrin::Korel::KorelInfo> At(const std::string& host) {
+  StandOn(host);
+  return HostControl();
+}
+
 std::string Failure(const std::function<void()>& work) {
   try {
     work();

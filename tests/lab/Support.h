@@ -31,6 +31,9 @@ void AddHostsUpTo(int last);
 /// The control interface of the host that is stood on.
 std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl();
 
+/// The same of that host, which is stood on from now on.
+std::unique_ptr<Tovrin::Korel::KorelInfo> At(const std::string& host);
+
 /// The message of the KorelCtlException that `work` throws; empty when it throws none.
 std::string Failure(const std::function<void()>& work);
 
