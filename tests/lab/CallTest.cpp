@@ -5,7 +5,7 @@
 #include "lab/model/Features.h"
 #include "lab/model/Lab.h"
 #include "platform/base/FeatureList.h"
-#include "tests/lab/Support.h"
+#include "tests/lab/Script.h"
 
 namespace lab_test {
 namespace {
@@ -13,11 +13,12 @@ namespace {
 using HskCtl::Korel::KorelUtil;
 using testing::ElementsAre;
 
-void AddFault(const std::string& operation, const std::string& message, std::int64_t count) {
+void AddFault(const std::string& operation, const std::string& message,
+              std::optional<std::int64_t> count) {
   lab::ChangeLab([&](lab::Store& store) { lab::AddFault(store, {operation, message, count}); });
 }
 
-class CallTest : public LabTest {
+class CallTest : public RowsTest {
  protected:
   CallTest() { setenv("KOREL_LAB_CALLS", Path("calls").c_str(), 1); }
 
@@ -62,7 +63,47 @@ TEST_F(CallTest, LogThatCannotBeWrittenIsRefusedBeforeAnythingChanges) {
             "'/dev/full': No space left on device");
 }
 
-TEST_F(CallTest, RefusesFaultsThatCannotHappen) {
+TEST_F(CallTest, FaultsStrikeAsOftenAsTheyAreToldWhicheverHostAsks) {
+  AddHostsUpTo(2);
+  // Five calls by turns of two hosts, of which a point stands for one that goes on.
+  const auto strikes = [](const std::string& operation) {
+    std::string all;
+    for (int i = 0; i < 5; ++i) {
+      const std::string message = Failure([&] {
+        const auto host = At(i % 2 == 0 ? "host1" : "host2");
+        operation == "Get" ? static_cast<void>(host->GetResyncThrottle())
+                           : host->SetResyncThrottle(i);
+      });
+      all += message.empty() ? "." : message;
+    }
+    return all;
+  };
+  const std::tuple<const char*, std::optional<std::int64_t>, const char*, const char*> cases[] = {
+      {"SetResyncThrottle", 1, "!....", "....."},
+      {"SetResyncThrottle", 3, "!!!..", "....."},
+      {"GetResyncThrottle", 2, ".....", "!!..."},
+      {"GetResyncThrottle", {}, ".....", "!!!!!"},
+      {"GetResyncBandwidth", {}, ".....", "....."}};
+  for (const auto& [operation, count, sets, gets] : cases) {
+    Again();
+    AddFault(operation, "replaced", 9);
+    AddFault(operation, "!", count);
+    EXPECT_EQ(strikes("Set"), sets) << operation;
+    EXPECT_EQ(strikes("Get"), gets) << operation;
+  }
+  Again();
+  AddFault("SetResyncThrottle", "first", 2);
+  AddFault("GetKorelInfo", "second", 1);
+  EXPECT_EQ(HostControl(), nullptr);
+  EXPECT_EQ(Failure([] { HostControl()->SetResyncThrottle(513); }), "first") << "before all else";
+  const auto left = lab::ReadLab(lab::AllFaults);
+  ASSERT_EQ(left.size(), 1U);
+  EXPECT_EQ(left[0].remaining, 1);
+  EXPECT_EQ(HostControl()->GetResyncThrottle(), 0);
+  AddFault("AddDisks", "", {});
+  EXPECT_EQ(lab::ReadLab(lab::AllFaults).front().operation, "AddDisks") << "by operation";
+  lab::ChangeLab(lab::ClearFaults);
+  EXPECT_EQ(strikes("Set"), ".....");
   ExpectRefused([] { AddFault("AddDatastor", "x", 1); },
                 "no host control operation is named 'AddDatastor', did you mean 'AddDatastore'?");
   ExpectRefused([] { AddFault("AddDatastore", "x", 0); },

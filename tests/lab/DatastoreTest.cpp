@@ -1,3 +1,7 @@
+#include <cctype>
+#include <cstring>
+
+#include "lab/model/Lab.h"
 #include "tests/lab/Script.h"
 
 namespace lab_test {
@@ -73,6 +77,37 @@ TEST_F(DatastoreTest, Refusals) {
 5 clear         -> Korel is not enabled on this host: it is in no cluster
 1 reboot; 1 remove d2 -> Korel is not enabled on this host: it is in no cluster
 )");
+}
+
+TEST_F(DatastoreTest, NamesOfDatastoresAndHostsAtTheirEdges) {
+  const std::string rule =
+      " name: 1 to 80 letters, digits, points, underscores and hyphens, a letter or digit first";
+  const auto rename = [](const std::string& name) { At("host1")->SetDatastoreName("", name); };
+  const auto addHost = [](const std::string& name) {
+    lab::ChangeLab([&](lab::Store& store) { lab::AddHost(store, lab::StandardHost(name)); });
+  };
+  Texts bad = {"", "-a", ".a", "_a", std::string(81, 'x'), std::string(100'000, 'x')};
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string name = "a" + std::string(1, static_cast<char>(byte)) + "b";
+    const bool isGood = byte < 0x80 && (std::isalnum(byte) != 0 || strchr("._-", byte));
+    if (byte == 0 || !isGood) {
+      bad.push_back(name);
+    } else {
+      rename(name);
+    }
+  }
+  for (const std::string& name : bad) {
+    // No message repeats a long one whole.
+    const std::string cut = name.size() > 100 ? name.substr(0, 100) + "..." : name;
+    EXPECT_EQ(Failure([&] { rename(name); }), "'" + cut + "' is not a datastore" + rule);
+    EXPECT_EQ(Failure([&] { addHost(name); }), "'" + cut + "' is not a host" + rule);
+  }
+  for (const std::string& good : {std::string("9"), "Z" + std::string(79, '-')}) {
+    rename(good);
+    addHost(good);
+    ExpectRefused([&] { addHost(good); }, "the lab has a host '" + good + "' already");
+  }
+  EXPECT_EQ(At("9")->GetFaultDomainName(), "9");
 }
 
 }  // namespace

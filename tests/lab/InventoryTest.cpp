@@ -39,6 +39,34 @@ TEST_F(InventoryTest, HostsAreAsTheFileSays) {
   });
 }
 
+TEST_F(InventoryTest, AStandardHostHasThreeInterfacesAndTenDevices) {
+  const lab::HostInventory host = lab::StandardHost("h");
+  EXPECT_THAT(host.interfaces, ElementsAre("hsk0", "hsk1", "hsk2"));
+  std::string kinds;
+  for (const auto& device : host.devices) {
+    kinds += (device.isCapacityFlash ? " f"
+              : device.isFlash       ? " c"
+                                     : " s") +
+             std::to_string(device.sizeGb);
+  }
+  EXPECT_EQ(kinds, " c800 c800 f3840 f3840 s4000 s4000 s4000 s4000 s4000 s4000");
+}
+
+TEST_F(InventoryTest, NamesAndSizesAtTheirEdges) {
+  const auto isGood = [](const std::string& name, const std::string& size) {
+    return FaultsOf(R"({"hosts": [{"name": "a", "devices": [{"name": ")" + name +
+                    R"(", "sizeGb": )" + size + "}]}]}")
+        .empty();
+  };
+  for (const char* size : {"1", "1000000"}) EXPECT_TRUE(isGood("d", size)) << size;
+  for (const char* size : {"0", "1000001", "-1", "1.0", "\"1\"", "9223372036854775808"}) {
+    EXPECT_FALSE(isGood("d", size)) << size;
+  }
+  EXPECT_TRUE(isGood(std::string(80, 'x'), "1") && isGood("a:b", "1"));
+  EXPECT_FALSE(isGood(std::string(81, 'x'), "1") || isGood(":b", "1") || isGood("", "1"));
+  EXPECT_THAT(FaultsOf(R"({"hosts": [{"name": "a:b"}]})"), SizeIs(1));
+}
+
 TEST_F(InventoryTest, AllFaultsAreListedAtOnce) {
   const std::string name =
       ": must be a name of 1 to 80 letters, digits, points, underscores and hyphens, a letter or "

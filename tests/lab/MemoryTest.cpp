@@ -6,7 +6,7 @@
 #include "lab/model/Lab.h"
 #include "lab/store/Memory.h"
 #include "lab/store/Query.h"
-#include "tests/lab/Support.h"
+#include "tests/lab/Script.h"
 
 namespace lab_test {
 namespace {
@@ -110,6 +110,20 @@ TEST_F(MemoryTest, NothingIsTakenBackUnlessItLeadsToTheStateOfThen) {
   Sql("DELETE FROM history WHERE number = 6; UPDATE history SET command = 1 WHERE number = 5;"
       "DELETE FROM history WHERE number = 1");
   ExpectRefused(lab::UndoLastCommand, "entry 1, with which the last command began, is forgotten");
+}
+
+TEST_F(MemoryTest, NothingIsTakenBackThatWouldBreakARule) {
+  ASSERT_EQ(Play("1 create A; 1 max on"), "");
+  Command(1, "one");
+  ASSERT_EQ(Play("1 max off"), "");
+  Command(2, "two");
+  ASSERT_EQ(Play("1 claim mpx.dkhba0:C0:T1:L0 mpx.dkhba2:C0:T1:L0"), "");
+  SetThrottle(7);
+  // As if the first command went on after the second.
+  Sql("UPDATE history SET command = 4 WHERE number = 6");
+  ExpectRefused(lab::UndoLastCommand,
+                "entry 4 cannot be taken back: then host 'host1' is a Korel Max host with disk "
+                "groups");
 }
 
 TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {

@@ -4,7 +4,6 @@
 #include <sstream>
 
 #include "lab/model/Clusters.h"
-#include "lab/model/Datastores.h"
 #include "lab/model/Disks.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Inventory.h"
@@ -13,14 +12,13 @@
 namespace lab_test {
 namespace {
 
+using HostInterface = Tovrin::Korel::KorelInfo;
 using HskCtl::Korel::KorelUtil;
 using Tovrin::Korel::KorelIpAddress;
 using Tovrin::Korel::KorelNodeType;
 using AgentType = Tovrin::Korel::KorelUnicastAgentType;
 using Tovrin::Network::Ipv4Address;
 using Tovrin::Network::Ipv6Address;
-
-using HostInterface = Tovrin::Korel::KorelInfo;
 
 /// What a verb is given: the host, and the words that follow.
 struct Act {
@@ -154,6 +152,8 @@ const std::pair<const char*, std::string> kShort[] = {
     {"B", kClusterB},
     {"C", kClusterC},
     {"D", "dddddddd-0000-4000-8000-000000000004"},
+    {"dA", "570c9813-f857-80cc-a7cd-93cf37318925"},
+    {"dB", "1386a853-2a94-86d8-beb0-e6bc945371f8"},
     {"d1", kDatastore1},
     {"d2", kDatastore2},
     {"n1", "11111111-0000-4000-8000-000000000001"},
@@ -161,21 +161,7 @@ const std::pair<const char*, std::string> kShort[] = {
     {"zeros", kZeros},
     {"all", "EvacuateAllData"},
     {"half", "EnsureObjectAccessibility"},
-    {"elsewhere-in-the", "on other mounted capacity disks of the"},
-};
-
-/// The UUID of the cluster's default datastore.
-std::string DefaultDatastoreOf(const std::string& cluster) {
-  return lab::ReadLab([&](lab::Store& store) {
-    for (const lab::Host& host : lab::AllHosts(store)) {
-      for (const auto& datastore : lab::KnownDatastores(store, host)) {
-        if (!datastore->IsDefault() || datastore->GetClusterUuid() != Long(cluster)) continue;
-        return datastore->GetUuid();
-      }
-    }
-    return std::string("none");
-  });
-}
+    {"elsewhere-in-the", "on other mounted capacity disks of the"}};
 
 /// Of the host that is stood on.
 std::string UuidOfDevice(const std::string& name) {
@@ -198,7 +184,6 @@ std::string Long(const std::string& word) {
   for (const auto& [name, whole] : kShort) {
     if (word == name) return whole;
   }
-  if (word == "dA" || word == "dB") return DefaultDatastoreOf(word.substr(1));
   if (word[0] == '#') return UuidOfDevice(word.substr(1));
   return word == "-" ? "" : word;
 }

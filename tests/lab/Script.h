@@ -6,9 +6,9 @@
 ///
 /// A script is acts separated by "; ": a host's number, a verb of Script.cpp and its words, such as
 /// "2 join A". A word may be short for a UUID: A to D of clusters, of which the labs here do not
-/// have D, dA of A's default datastore, d1 and d2 of others, n1 and n2 of nodes, "#s1" of the
-/// host's device s1, zeros. The modes of an evacuation are all and half. "-" is an empty text. Any
-/// other word stands for itself.
+/// have D, dA and dB of their default datastores, d1 and d2 of others, n1 and n2 of nodes, "#s1" of
+/// the host's device s1, zeros. The modes of an evacuation are all and half. "-" is an empty text.
+/// Any other word stands for itself.
 namespace lab_test {
 
 using Texts = std::vector<std::string>;
@@ -31,13 +31,13 @@ class RowsTest : public LabTest {
   void Expect(const std::function<std::string()>& view, const std::string& table);
   /// Expects that the last act of each script fails with that message and changes nothing.
   void ExpectRefusals(const std::string& table);
+  /// Runs the test with both sides of each row.
+  void EachRow(const std::string& table,
+               const std::function<void(const std::string&, const std::string&)>& test);
   /// Puts back the lab that the first row found.
   void Again();
 
  private:
-  void EachRow(const std::string& table,
-               const std::function<void(const std::string&, const std::string&)>& test);
-
   std::string first_;
 };
 
