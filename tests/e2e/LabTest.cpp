@@ -17,26 +17,6 @@ Texts Lines(const std::string& path) {
   return lines;
 }
 
-TEST_F(Lab, RefusesInPlainWordsAndChangesNothing) {
-  Do("korel cluster new");
-  const auto before = Ask("korel datastore list");
-  const Texts hostile = {"",           "two words",   "$(touch pwned);`id`",
-                         "line\nfeed", "\x1b[31mred", "bad\xff\xfeutf8",
-                         "-leading",   "../up",       std::string(100000, 'n')};
-  for (const std::string& name : hostile) {
-    SCOPED_TRACE(name.substr(0, 30));
-    const Ended ended = RunWords({"korel", "datastore", "add", "--name=" + name});
-    EXPECT_EQ(ended.status, 1);
-    EXPECT_EQ(ended.out, "");
-    EXPECT_TRUE(ended.err.starts_with("error: Unable to add datastore: ")) << ended.err;
-    EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1);
-    EXPECT_EQ(ended.err.find('\x1b'), std::string::npos);
-    // The message stays readable however long the name is.
-    EXPECT_LT(ended.err.size(), 1000U);
-  }
-  EXPECT_EQ(Ask("korel datastore list"), before);
-}
-
 TEST_F(Lab, BringsAboutEveryMessageOfTheTraceCommands) {
   const std::string config = "--path /etc/ostrel/korel/koreltraced.conf";
   const std::string checking = "Checking koreltraced status failed.";

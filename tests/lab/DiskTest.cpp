@@ -1,9 +1,11 @@
-#include "tests/lab/Script.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
 
 using HskCtl::Korel::KorelUtil;
+using Tovrin::Korel::KorelDiskList;
+using Tovrin::Korel::KorelDiskTypes;
 using DiskTest = DisksTest;
 
 TEST_F(DiskTest, DevicesAreClaimedTaggedAndGivenBack) {
@@ -13,14 +15,12 @@ TEST_F(DiskTest, DevicesAreClaimedTaggedAndGivenBack) {
 1 claim c3 f2                             -> c1(s1:100 s2:100) c2(s3:100) c3(f2:10) pool(f1:10)
 1 pool f2 c3                              -> c1(s1:100 s2:100) c2(s3:100) pool(c3:100 f1:10 f2:10)
 1 unclaim s1                              -> c1(s2:100) c2(s3:100) pool(f1:10)
-1 unclaim #s2 NoAction                    -> c1(s1:100) c2(s3:100) pool(f1:10)
+1 unclaim #s2 NoAction / 1 ungroup c1; 1 claim c1 s1 -> c1(s1:100) c2(s3:100) pool(f1:10)
 1 ungroup c1                              -> c2(s3:100) pool(f1:10)
 1 unclaim #c2                             -> c1(s1:100 s2:100) pool(f1:10)
-1 unpool f1                               -> c1(s1:100 s2:100) c2(s3:100) pool()
-1 unpool #f1                              -> c1(s1:100 s2:100) c2(s3:100) pool()
+1 unpool f1 / 1 unpool #f1                -> c1(s1:100 s2:100) c2(s3:100) pool()
 1 pool c3; 1 unpool #c3 half              -> c1(s1:150 s2:100) c2(s3:100) pool(f1:10)
 1 unpool f1 all                           -> c1(s1:110 s2:100) c2(s3:100) pool()
-1 ungroup c1; 1 claim c1 s1               -> c1(s1:100) c2(s3:100) pool(f1:10)
 1 ungroup c2; 1 flash c2; 1 claim c1 c2   -> c1(c2:100 s1:100 s2:100) pool(f1:10)
 1 unflash f2; 1 claim f2 s4               -> c1(s1:100 s2:100) c2(s3:100) f2(s4:100) pool(f1:10)
 1 unflash f2; 1 pool f2                   -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:10)
@@ -31,56 +31,38 @@ TEST_F(DiskTest, DevicesAreClaimedTaggedAndGivenBack) {
 
 TEST_F(DiskTest, Refusals) {
   ExpectRefusals(R"(
-1 claim c3 x   -> the host has no device 'x'
-1 claim x s4   -> the host has no device 'x'
+1 claim c3 x / 1 claim x s4 / 1 sick x -> the host has no device 'x'
 1 claim c3     -> a disk group needs at least one capacity device
-1 claim c3 s4 s4 -> device 's4' is named twice
-1 claim c3 s4 c3 -> device 'c3' is named twice
+1 claim c3 s4 s4 / 1 claim c3 s4 c3 / 1 pool f2 f2 -> device... is named twice
 1 pool         -> no device is named for the storage pool
-1 pool f2 f2   -> device 'f2' is named twice
 1 claim s4 f2  -> device 's4' is not flash, as caching needs
 1 claim f2 s4  -> device 'f2' is tagged for capacity and cannot be used for caching
-1 claim c1 s4 c3 -> device 'c3' is flash without the capacity tag, as capacity needs
-1 unflash f2; 1 claim c1 f2 -> device 'f2' is flash without the capacity tag, as capacity needs
-1 claim c2 s1  -> device 's1' is in use in disk group 'c1'
-1 claim c3 c1  -> device 'c1' is in use in disk group 'c1'
-1 claim s1 s4  -> device 's1' is in use in disk group 'c1'
-1 claim f1 s4  -> device 'f1' is in use in the storage pool
-1 claim c1 f1  -> device 'f1' is in use in the storage pool
-1 pool f2 f1   -> device 'f1' is in use in the storage pool
-1 pool c1      -> device 'c1' is in use in disk group 'c1'
+1 claim c1 s4 c3 / 1 unflash f2; 1 claim c1 f2 -> device... is flash without the capacity tag...
+1 claim c2 s1 / 1 claim s1 s4 / 1 direct s1 -> device... is in use in disk group 'c1'
+1 claim c3 c1 / 1 pool c1 / 1 flash c1 -> device... is in use in disk group 'c1'
+1 claim f1 s4 / 1 claim c1 f1 / 1 pool f2 f1 -> device... is in use in the storage pool
+1 unflash f1   -> device... is in use in the storage pool
 1 pool s4      -> device 's4' is not flash, as the storage pool needs
-1 direct c3; 1 claim c3 s4 -> device 'c3' is tagged korelDirect and cannot be in a disk group
-1 direct s4; 1 claim c3 s4 -> device 's4' is tagged korelDirect and cannot be in a disk group
+1 direct c3; 1 claim c3 s4 -> device... is tagged korelDirect and cannot...
+1 direct s4; 1 claim c3 s4 -> device... is tagged korelDirect and cannot...
 1 direct f2; 1 pool f2 -> device 'f2' is tagged korelDirect and cannot be in the storage pool
 1 unclaim f2   -> device 'f2' is in no disk group
 1 unclaim f1   -> device 'f1' is in the storage pool, not in a disk group
 1 unclaim c1   -> device 'c1' is the caching device of a disk group; remove the whole group
 1 unclaim #s3  -> device 's3' is the last capacity device of disk group 'c2'; remove the whole group
-1 ungroup s1   -> device 's1' is not the caching device of a disk group
-1 ungroup c3   -> device 'c3' is not the caching device of a disk group
-1 unclaim n1   -> the host has no device with UUID n1
+1 ungroup s1 / 1 ungroup c3 -> device... is not the caching device of a disk group
 1 unpool f2    -> device 'f2' is not in the storage pool
 1 unpool #s1   -> device 's1' is in disk group 'c1', not in the storage pool
 1 flash s4     -> device 's4' is not flash, as the tag capacityFlash needs
 1 flash f2     -> device 'f2' is tagged capacityFlash already
-1 flash c1     -> device 'c1' is in use in disk group 'c1'
-1 unflash f1   -> device 'f1' is in use in the storage pool
 1 unflash c3   -> device 'c3' is not tagged capacityFlash
-1 direct s1    -> device 's1' is in use in disk group 'c1'
 1 direct s4; 1 direct s4 -> device 's4' is tagged korelDirect already
 1 undirect s4  -> device 's4' is not tagged korelDirect
 1 format s4 20 -> device 's4' is not in use, and so has no format
-1 format s1 0  -> on-disk format versions are 1 to 20, got 0
-1 format s1 21 -> on-disk format versions are 1 to 20, got 21
-1 sick x       -> the host has no device 'x'
+1 format s1 0 / 1 format s1 21 -> on-disk format versions are 1 to 20, got...
+1 unclaim s1 x / 1 unclaim #s1 x / 1 ungroup c1 x / 1 unpool f1 x / 1 unpool #f1 x -> 'x' is no...
+1 emptygroup c1 x / 1 rebuild c1 x 0 -> 'x' is no evacuation mode: NoAction, half or all
 )");
-  for (const std::string act : {"unclaim s1", "unclaim #s1", "ungroup c1", "unpool f1",
-                                "unpool #f1", "emptygroup c1", "rebuild c1"}) {
-    ExpectRefusals("1 " + act +
-                   " noAction 0 -> 'noAction' is no evacuation mode: NoAction, "
-                   "half or all");
-  }
 }
 
 TEST_F(DiskTest, AHostHasFourGroupsOfSixAtMost) {
@@ -97,19 +79,18 @@ TEST_F(DiskTest, AHostHasFourGroupsOfSixAtMost) {
 TEST_F(DiskTest, GroupsAndDisksGoOutOfUseAndComeBack) {
   Expect(Groups, R"(
 1 unmount s1 force                                    -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
+1 sick s1; 1 unmount #c1; 1 mountgroup c1 force       -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
 1 unmount #s1; 1 mount s1; 1 unmount #s2; 1 mount #s2 -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
-1 unmountgroup c1 force                               -> c1-(s1:100- s2:100-) c2(s3:100) pool(f1:10)
-1 unmount #c2                                         -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
-1 emptygroup c2 NoAction                              -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
 1 unmountgroup c1 force; 1 mountgroup c1              -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
-1 unmount s1 force; 1 unmount #c2; 1 mountgroup c1    -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
 1 unmount s1 force; 1 unmount #c1; 1 mount #c1        -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 sick s1; 1 unmount #c1; 1 well s1; 1 mount #c1      -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 unmountgroup c1 force                               -> c1-(s1:100- s2:100-) c2(s3:100) pool(f1:10)
+1 unmount #c2 / 1 emptygroup c2 NoAction              -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
+1 unmount s1 force; 1 unmount #c2; 1 mountgroup c1    -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
 1 rebuild c1 - 1; 1 unmount s1; 1 unmountgroup c1     -> c1-(s1:0- s2:0-) c2(s3:100) pool(f1:10)
 1 unmountgroup c1 force; 1 unmount #c2; 1 rebuild c1 - 0 -> c1(s1:0 s2:0) c2-(s3:100-) pool(f1:10)
 1 rebuild #c1 - 2                                     -> c1(s1:0 s2:0) c2(s3:100) pool(f1:10)
 1 sick s1; 1 rebuild c1 - 2 force                     -> c1(s1:100 s2:0) c2(s3:100) pool(f1:10)
-1 sick s1; 1 unmount #c1; 1 mountgroup c1 force       -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
-1 sick s1; 1 unmount #c1; 1 well s1; 1 mount #c1      -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
 )");
 }
 
@@ -120,7 +101,7 @@ TEST_F(DiskTest, RefusalsOfGroups) {
 1 mount s1             -> device 's1' is mounted already
 1 unmount s1 force; 1 unmount #s1 -> device 's1' is unmounted already
 1 unmount #c2; 1 mount s3 -> device 's3' cannot be mounted alone: disk group 'c2' is unmounted
-1 mountgroup s1        -> device 's1' is not the caching device of a disk group
+1 mountgroup s1 / 1 rebuild #s1 - 0 -> device... is not the caching device of a disk group
 1 mountgroup c1 force  -> disk group 'c1' is mounted already
 1 unmount #c2; 1 unmountgroup c2 force -> disk group 'c2' is unmounted already
 1 unmount #c2; 1 unmount #c2 -> disk group 'c2' is unmounted already
@@ -128,9 +109,8 @@ TEST_F(DiskTest, RefusalsOfGroups) {
 1 unmount #c2; 1 claim c2 s4 -> disk group 'c2' is unmounted; mount it first
 1 unmount s1           -> device 's1' is in use: it holds 100 GB of data
 1 unmountgroup c1      -> disk group 'c1' is in use: it holds 200 GB of data
-1 rebuild c1 - 3 force -> there is no trim code 3: 0 metadata only, 1 full disk, 2 none
-1 rebuild c1 - -1      -> there is no trim code -1: 0 metadata only, 1 full disk, 2 none
-1 rebuild #s1 - 0      -> device 's1' is not the caching device of a disk group
+1 rebuild c1 - 3 force -> there is no trim code 3: 0 metadata...
+1 rebuild c1 - -1      -> there is no trim code -1: 0 metadata...
 1 sick s2; 1 unmount s2 force; 1 mount s2 -> device 's2' is not healthy
 1 sick s1; 1 sick s2; 1 rebuild c1 - 0 -> disk group 'c1' has unhealthy disks: s1, s2
 1 sick s2; 1 unmount #c1; 1 mountgroup c1 -> disk group 'c1' has unhealthy disks: s2
@@ -140,7 +120,7 @@ TEST_F(DiskTest, RefusalsOfGroups) {
 )");
   Again();
   ASSERT_EQ(Play("1 sick s1"), "");
-  std::vector<std::string> skipped;
+  Texts skipped;
   HostControl()->RebuildDiskGroupByUuid(Long("#c1"), "", 1, true, skipped);
   EXPECT_THAT(skipped, testing::ElementsAre("s1"));
 }
@@ -153,13 +133,12 @@ TEST_F(DiskTest, AGroupThatIsNotThereIsNoOperationsEnd) {
 
 TEST_F(DiskTest, RecordsSayWhatADiskIs) {
   const auto records = [] {
-    Tovrin::Korel::KorelDiskList disks;
-    KorelUtil::GetKorelDisks(disks, Tovrin::Korel::KorelDiskTypes::All);
+    KorelDiskList disks;
+    KorelUtil::GetKorelDisks(disks, KorelDiskTypes::All);
     std::string all;
-    for (const char* device : {"s1", "c3"}) {
+    for (const char* device : {"#s1", "#c3"}) {
       Tovrin::Korel::KorelDiskInfo info;
-      At("host1")->GetDiskInfo(KorelUtil::StringToKorelUuid(Long(std::string("#") + device)), disks,
-                               info);
+      At("host1")->GetDiskInfo(KorelUtil::StringToKorelUuid(Long(device)), disks, info);
       const std::string& group = info.diskGroupName;
       EXPECT_EQ(info.diskGroupUuid, group.empty() ? "" : Long("#" + group));
       all += std::to_string(info.onDiskFormatVersion) + group + (info.isSsd ? " flash" : " disk") +
@@ -170,20 +149,24 @@ TEST_F(DiskTest, RecordsSayWhatADiskIs) {
     for (const char* device : {"c1", "s1", "f1", "c3"}) {
       if (KorelUtil::IsStoragePoolDisk(device)) all += device;
     }
-    KorelUtil::GetKorelDisks(disks, Tovrin::Korel::KorelDiskTypes::Claimed);
+    Tovrin::Korel::KorelStoragePoolDiskInfo pool;
+    KorelUtil::GetKorelStoragePoolDiskInfo(KorelUtil::StringToKorelUuid(Long("#f1")), disks, true,
+                                           pool);
+    EXPECT_EQ(pool.capacityBytes, 40'000'000'000);
+    KorelUtil::GetKorelDisks(disks, KorelDiskTypes::Claimed);
     std::vector<Tovrin::Korel::Uuid> uuids;
     HostControl()->ListDiskUuids(uuids);
     return all + " " + std::to_string(disks.size()) + " " + std::to_string(uuids.size());
   };
   Expect(records, R"(
                              -> 20c1 disk capacity used mounted; 0 flash; f1 5 6
+1 format s1 19; 1 rebuild c1 - 2 -> 20c1 disk capacity used mounted; 0 flash; f1 5 6
 1 create A                   -> 20c1 disk capacity used mounted shared; 0 flash; f1 5 6
 1 client C; 1 flash c3       -> 20c1 disk capacity used mounted; 0 flash capacity; f1 5 6
 1 format s1 1; 1 sick s1     -> 1c1 disk capacity bad mounted; 0 flash; f1 5 6
-1 format s1 19; 1 rebuild c1 - 2 -> 20c1 disk capacity used mounted; 0 flash; f1 5 6
 1 unclaim s1; 1 pool c3      -> 0 disk capacity; 20 flash capacity all-flash used mounted; f1c3 4 6
 1 unmount #s1; 1 claim c3 f2 -> 20c1 disk capacity used; 20c3 flash all-flash used mounted; f1 7 8
-1 claim c3 f2 s4             -> 20c1 disk capacity used mounted; 20c3 flash used mounted; f1 8 9
+1 sick s4; 1 claim c3 f2 s4  -> 20c1 disk capacity used mounted; 20c3 flash used mounted; f1 8 9
 )");
 }
 

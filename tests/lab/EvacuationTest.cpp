@@ -1,6 +1,6 @@
 #include "lab/model/Disks.h"
 #include "lab/model/Lab.h"
-#include "tests/lab/Script.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
@@ -35,36 +35,30 @@ TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToTheOtherDataHostsInThe
   Expect(Data, R"(
                                                       -> 100 10 | 25 | 25 | 25
 1 unclaim s400                                        -> - 10 | 25 | 25 | 25
-1 unclaim s400 all                                    -> - 40 | 25 | 95 | 25
-1 unclaim #s400 all                                   -> - 40 | 25 | 95 | 25
-1 unclaim s40 all                                     -> 110 - | 25 | 25 | 25
+1 unclaim s400 all / 1 unclaim #s400 all              -> - 40 | 25 | 95 | 25
+1 unclaim s40 all / 1 leave A; 1 unclaim s40 all      -> 110 - | 25 | 25 | 25
 1 unclaim s40 half                                    -> 105 - | 25 | 25 | 25
-1 ungroup c all                                       -> - - | 25 | 100 | 60
+1 ungroup c all / 3 sick c; 1 ungroup c all           -> - - | 25 | 100 | 60
 1 emptygroup c half                                   -> 50 5 | 25 | 80 | 25
-1 emptygroup c all                                    -> 0 0 | 25 | 100 | 60
-1 rebuild c all 0                                     -> 0 0 | 25 | 100 | 60
+1 emptygroup c all / 1 rebuild c all 0                -> 0 0 | 25 | 100 | 60
 1 rebuild c half 0                                    -> 0 0 | 25 | 80 | 25
 1 rebuild c - 0                                       -> 0 0 | 25 | 25 | 25
-3 sick s100; 1 unclaim s400 all                       -> - 40 | 25 | 25 | 95
-3 unmount s100 force; 1 unclaim s400 all              -> - 40 | 25 | 25 | 95
+3 sick s100; 1 unclaim s400 all / 3 unmount s100 force; 1 unclaim s400 all -> - 40 | 25 | 25 | 95
 3 reboot; 1 unclaim s400 all                          -> - 40 | 25 | 25 | 95
 3 leave A; 3 join A witness host1; 1 unclaim s400 all -> - 40 | 25 | 25 | 95
 3 type metadata; 1 unclaim s400 all                   -> - 40 | 25 | 25 | 95
-1 sick s40; 1 unclaim s400 all                        -> - 10 | 25 | 100 | 50
-1 unmount s40 force; 1 unclaim s400 all               -> - 10 | 25 | 100 | 50
-3 sick c; 1 ungroup c all                             -> - - | 25 | 100 | 60
-1 leave A; 1 unclaim s40 all                          -> 110 - | 25 | 25 | 25
+1 sick s40; 1 unclaim s400 all / 1 unmount s40 force; 1 unclaim s400 all -> - 10 | 25 | 100 | 50
 1 sick s40; 1 rebuild c all 0 force                   -> 0 10 | 25 | 100 | 50
 )");
   ExpectRefusals(R"(
-1 leave A; 1 unclaim s400 all   -> all needs 100 GB elsewhere-in-the host, and there are 30 GB free
-1 reboot; 1 unclaim s400 all    -> all needs 100 GB elsewhere-in-the host, and there are 30 GB free
-1 leave A; 1 client C; 2 leave B; 2 client C; 1 unclaim s400 all -> all needs 100 GB elsewhere-in-the host, and there are 30 GB free
-1 leave A; 1 join A witness host3; 1 unclaim s400 all -> all needs 100 GB elsewhere-in-the cluster, and there are 30 GB free
-1 type metadata; 1 unclaim s400 all -> all needs 100 GB elsewhere-in-the cluster, and there are 30 GB free
-3 leave A; 4 leave A; 1 ungroup c all -> all needs 110 GB elsewhere-in-the cluster, and there are 0 GB free
+1 leave A; 1 unclaim s400 all   -> all needs 100 GB in-the host, and there are 30 GB free
+1 reboot; 1 unclaim s400 all    -> all needs 100 GB in-the host, and there are 30 GB free
+1 leave A; 1 client C; 2 leave B; 2 client C; 1 unclaim s400 all -> all needs 100 GB in-the host, and there are 30 GB free
+1 leave A; 1 join A witness host3; 1 unclaim s400 all -> all needs 100 GB in-the cluster, and there are 30 GB free
+1 type metadata; 1 unclaim s400 all -> all needs 100 GB in-the cluster, and there are 30 GB free
+3 leave A; 4 leave A; 1 ungroup c all -> all needs 110 GB in-the cluster, and there are 0 GB free
 1 sick s400; 1 unclaim s400 all -> device 's400' is not healthy, so its 100 GB of data cannot be...
-1 unmount s40 force; 1 unclaim s40 half -> device 's40' is unmounted, so its 10 GB of data cannot be moved; mount...
+1 unmount s40 force; 1 unclaim s40 half -> device 's40' is unmounted, so its 10 GB of data cannot be...
 )");
 }
 
@@ -72,21 +66,20 @@ TEST_F(EvacuationTest, OddAmountsAndRoomToTheLastGigabyte) {
   MakeHosts("c s7=7 s13=13 s3=3 s28=28 s1=1 f9=9");
   ASSERT_EQ(Play("1 claim c s7 s13 s3 s28"), "");
   Expect(Data, R"(
-                                                                           -> 1 3 0 7 - -
-1 claim c s1 f9                                                            -> 1 3 0 7 0 2
-1 unclaim s13 half                                                         -> 3 - 0 7 - -
-1 unclaim s7 half                                                          -> - 4 0 7 - -
-1 unclaim s28 half                                                         -> 5 3 0 - - -
-1 unclaim s28 all                                                          -> 7 4 0 - - -
-1 sick s3; 1 unclaim s3 all                                                -> 1 3 - 7 - -
-1 unmount s3; 1 unclaim s3 half                                            -> 1 3 - 7 - -
-1 pool f9; 1 unclaim s13; 1 unclaim s7; 1 unclaim s3; 1 ungroup c all      -> - - - - - 9
+                                                              -> 1 3 0 7 - -
+1 claim c s1 f9                                               -> 1 3 0 7 0 2
+1 unclaim s13 half                                            -> 3 - 0 7 - -
+1 unclaim s7 half                                             -> - 4 0 7 - -
+1 unclaim s28 half                                            -> 5 3 0 - - -
+1 unclaim s28 all                                             -> 7 4 0 - - -
+1 sick s3; 1 unclaim s3 all / 1 unmount s3; 1 unclaim s3 half -> 1 3 - 7 - -
+1 pool f9; 1 unclaim s13; 1 unclaim s7; 1 unclaim s3; 1 ungroup c all -> - - - - - 9
 1 unclaim s28; 1 unclaim s13; 1 claim c f9; 1 unclaim s3; 1 unclaim f9 all -> 3 - - - - -
 )");
   ExpectRefusals(R"(
-1 unclaim s7; 1 unclaim s13; 1 unclaim s28 half                        -> half needs 4 GB elsewhere-in-the host, and there are 3 GB free
-1 pool f9; 1 sick f9; 1 unclaim s7; 1 unclaim s13; 1 emptygroup c half -> half needs 4 GB elsewhere-in-the host, and there are 0 GB free
-1 pool f9; 1 unclaim s3; 1 unclaim s13; 1 ungroup c all                -> all needs 8 GB elsewhere-in-the host, and there are 7 GB free
+1 unclaim s7; 1 unclaim s13; 1 unclaim s28 half         -> half needs 4 GB in-the host, and there are 3 GB free
+1 pool f9; 1 sick f9; 1 unclaim s7; 1 unclaim s13; 1 emptygroup c half -> half needs 4 GB in-the host, and there are 0 GB free
+1 pool f9; 1 unclaim s3; 1 unclaim s13; 1 ungroup c all -> all needs 8 GB in-the host, and there are 7 GB free
 )");
 }
 

@@ -4,7 +4,7 @@
 #include "lab/model/Clusters.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Lab.h"
-#include "tests/lab/Script.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
@@ -79,18 +79,16 @@ std::string HeldBy(const std::string& number) {
 
 TEST_F(MembershipTest, RolesFollowTheOrderOfJoining) {
   Expect([] { return Members("A"); }, R"(
-                              -> 1 MASTER, 2 BACKUP, 6 WITNESS
-5 join A                      -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
-5 join A metadata             -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
-5 join A; 1 leave A           -> 2 MASTER, 6 WITNESS, 5 BACKUP
-5 join A; 1 leave A; 1 join A -> 2 MASTER, 6 WITNESS, 5 BACKUP, 1 AGENT
-5 join A; 1 reboot            -> 2 MASTER, 6 WITNESS, 5 BACKUP
-5 join A; 1 reboot; 2 reboot  -> 6 WITNESS, 5 MASTER
-5 join A; 1 reboot; 1 restore -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
-2 type metadata; 5 join A     -> 1 MASTER, 2 AGENT, 6 WITNESS, 5 BACKUP
-1 type metadata               -> 1 AGENT, 2 MASTER, 6 WITNESS
-6 type normal                 -> 1 MASTER, 2 BACKUP, 6 AGENT
-6 reboot                      -> 1 MASTER, 2 BACKUP
+                                         -> 1 MASTER, 2 BACKUP, 6 WITNESS
+5 join A / 5 join A metadata             -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
+5 join A; 1 reboot; 1 restore            -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
+5 join A; 1 leave A / 5 join A; 1 reboot -> 2 MASTER, 6 WITNESS, 5 BACKUP
+5 join A; 1 leave A; 1 join A            -> 2 MASTER, 6 WITNESS, 5 BACKUP, 1 AGENT
+5 join A; 1 reboot; 2 reboot             -> 6 WITNESS, 5 MASTER
+2 type metadata; 5 join A                -> 1 MASTER, 2 AGENT, 6 WITNESS, 5 BACKUP
+1 type metadata                          -> 1 AGENT, 2 MASTER, 6 WITNESS
+6 type normal                            -> 1 MASTER, 2 BACKUP, 6 AGENT
+6 reboot                                 -> 1 MASTER, 2 BACKUP
 )");
   Expect([] { return Members("B") + " | " + Members("C"); }, R"(
 6 join B witness any; 5 client C -> 3 MASTER, 6 WITNESS | 4 AGENT, 5 AGENT
@@ -115,26 +113,25 @@ TEST_F(MembershipTest, WhatARebootARestoreAndLeavingTakeBack) {
             "");
   Expect([] { return HeldBy("1"); }, R"(
                                -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 ENTERING
+2 reboot; 2 clearnet; 2 leave A; 1 restore -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 ENTERING
 1 reboot                       -> none normal; .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 reboot; 2 restore; 2 restorenet -> none normal; .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 restore            -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 restore boot       -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
+1 reboot; 1 restore / 1 reboot; 1 restore boot -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 restore postboot   -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 restore boot; 1 restore postboot -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 restorenet         -> none normal; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 OFF
 1 reboot; 1 leave A; 1 restore -> none normal; .3 .4 east copies=4 7 5 OFF
 1 clearnet; 2 restorenet       -> korel normal A; .2 .3 .4 east max copies=4 7 5 ENTERING
 1 clearnet; 1 restorenet; 1 cancel -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 OFF
-2 reboot; 2 clearnet; 2 leave A; 1 restore -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 ENTERING
 1 leave A                      -> none normal; .3 .4 hsk0 hsk2 east copies=4 7 5 ENTERING
 1 leave A; 1 reboot; 1 restore; 1 restorenet -> none normal; .3 .4 hsk0 hsk2 east copies=4 7 5 OFF
 1 domain; 1 unpolicy; 1 max off; 1 throttle 0 -> korel normal A; .2 .3 .4 hsk0 hsk2 host1 copies=2 0 5 ENTERING
 )");
   Expect([] { return HeldBy("5"); }, R"(
-1 restore; 1 restorenet                     -> none normal; host5 copies=2 0 0 OFF
-5 join A; 5 reboot; 1 restore; 1 restorenet -> none normal; host5 copies=2 0 0 OFF
-5 create D once; 5 agent node n1 10.0.0.2 1 D; 5 max on; 5 reboot; 5 restore -> none normal; host5 copies=2 0 0 OFF
-5 create D once; 5 agent node n1 10.0.0.2 1 D; 5 max on; 5 restore boot -> none normal; host5 copies=2 0 0 OFF
+1 restore; 1 restorenet                                       -> none normal; host5 copies=2 0 0 OFF
+5 join A; 5 reboot; 1 restore; 1 restorenet                   -> none normal; host5 copies=2 0 0 OFF
+5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 reboot  -> none normal; host5 copies=2 0 0 OFF
+5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 restore -> none normal; host5 copies=2 0 0 OFF
 )");
   Expect([] { return HeldBy("6"); }, R"(
 6 join B witness any; 6 max on; 6 leave A            -> korel witness B; host6 max copies=2 0 0 OFF
@@ -147,114 +144,141 @@ TEST_F(MembershipTest, WhatCountsAsAChangeOfACluster) {
   // Cluster B has datastore 1, which A mounts.
   ASSERT_EQ(Play("3 add d1 export; 1 add d1 far B; 6 join B witness any"), "");
   Expect(Generations, R"(
-                                                                        -> A 4, B 3, C 1
-5 create D                                                              -> A 4, B 3, C 1, D 1
-5 join A                                                                -> A 5, B 3, C 1
-5 join A; 5 leave A                                                     -> A 6, B 3, C 1
-5 join A metadata; 5 type normal                                        -> A 6, B 3, C 1
-2 type metadata; 2 type metadata                                        -> A 5, B 3, C 1
-2 type witness; 2 type normal                                           -> A 6, B 3, C 1
-6 type witness                                                          -> A 4, B 3, C 1
-6 leave A                                                               -> A 5, B 3, C 1
-5 client C                                                              -> A 4, B 3, C 2
-4 reboot; 4 restore                                                     -> A 4, B 3, C 3
-6 reboot                                                                -> A 5, B 4, C 1
-6 reboot; 6 reboot; 2 restore; 6 restore; 6 restore postboot            -> A 6, B 5, C 1
-3 leave B; 6 leave B                                                    -> A 5, C 1
-3 add d2 other                                                          -> A 4, B 4, C 1
-3 rename d1 renamed; 3 rename d1 renamed                                -> A 4, B 4, C 1
-3 rename - renamed; 3 rename - default                                  -> A 4, B 5, C 1
-3 add d2 other; 3 remove d2                                             -> A 4, B 5, C 1
-1 remove d1                                                             -> A 5, B 3, C 1
-1 add d2 other; 1 clear; 2 clear                                        -> A 6, B 3, C 1
-4 add d1 far B                                                          -> A 4, B 3, C 2
-4 add d1 far B; 4 add dB farther B; 3 leave B; 6 leave B                -> A 5, C 4
-6 prefer A host2; 6 prefer A host2                                      -> A 5, B 3, C 1
+                                                                 -> A 4, B 3, C 1
+6 type witness / 1 domain east; 1 domain; 1 throttle 1; 1 rate 1; 1 maintain -> A 4, B 3, C 1
+1 agent node n1 10.0.0.2 1 A; 1 interface hsk0 korel; 1 clearnet -> A 4, B 3, C 1
+1 policy vmem copies=1; 1 max on                                 -> A 4, B 3, C 1
+5 create D                                                       -> A 4, B 3, C 1, D 1
+5 join A / 2 type metadata; 2 type metadata / 6 leave A / 1 remove d1 -> A 5, B 3, C 1
+6 prefer A host2; 6 prefer A host2 / 1 rekey A 1440; 1 rekey A 30; 2 rekey A 30 -> A 5, B 3, C 1
+5 join A; 5 leave A / 5 join A metadata; 5 type normal           -> A 6, B 3, C 1
+2 type witness; 2 type normal / 1 add d2 other; 1 clear; 2 clear -> A 6, B 3, C 1
 2 encrypt A on SETTLED; 1 encrypt A on SETTLED; 1 encrypt A off SETTLED -> A 6, B 3, C 1
-1 rekey A 1440; 1 rekey A 30; 2 rekey A 30                              -> A 5, B 3, C 1
-1 domain east; 1 domain; 1 throttle 1; 1 rate 1; 1 maintain             -> A 4, B 3, C 1
-1 agent node n1 10.0.0.2 1 A; 1 interface hsk0 korel; 1 clearnet        -> A 4, B 3, C 1
-1 policy vmem copies=1; 1 max on                                        -> A 4, B 3, C 1
+5 client C / 4 add d1 far B                                      -> A 4, B 3, C 2
+4 reboot; 4 restore                                              -> A 4, B 3, C 3
+6 reboot                                                         -> A 5, B 4, C 1
+6 reboot; 6 reboot; 2 restore; 6 restore; 6 restore postboot     -> A 6, B 5, C 1
+3 leave B; 6 leave B                                             -> A 5, C 1
+3 add d2 other / 3 rename d1 renamed; 3 rename d1 renamed        -> A 4, B 4, C 1
+3 rename - renamed; 3 rename - default / 3 add d2 other; 3 remove d2 -> A 4, B 5, C 1
+4 add d1 far B; 4 add dB farther B; 3 leave B; 6 leave B         -> A 5, C 4
 )");
 }
 
 TEST_F(MembershipTest, Refusals) {
   ExpectRefusals(R"(
-1 create D              -> the host is in cluster A; it must leave that one first
-1 join B                -> the host is in cluster A; it must leave that one first
-1 join B witness any    -> the host is in cluster A; it must leave that one first
-1 client C              -> the host is in cluster A; it must leave that one first
-6 client C              -> the host is in cluster A; it must leave that one first
-1 join A                -> the host is in cluster A already
-6 join A witness host1  -> the host is in cluster A already
-6 join B                -> the host is a witness of cluster A and can join others only as a witness
-6 join B metadata       -> the host is a witness of cluster A and can join others only as a witness
-1 reboot; 1 join A      -> the host's persisted configuration has it in cluster A; it must be...
-6 reboot; 6 join B witness any -> the host's persisted configuration has it in cluster A; it must be...
+1 create D / 1 join B / 1 join B witness any / 1 client C -> the host is in cluster A; it must...
+6 client C       -> the host is in cluster A; it must...
+1 join A / 6 join A witness host1 -> the host is in cluster A already
+6 join B / 6 join B metadata -> the host is a witness of cluster A and can join others only...
+1 reboot; 1 join A -> the host's persisted configuration has it in cluster A; ...
+6 reboot; 6 join B witness any -> the host's persisted configuration has it in cluster A; ...
 1 restore boot postboot -> a restore is for one stage of a boot at most
 5 create CCCCCCCC-0000-4000-8000-000000000003 -> cluster UUID C is taken
-5 create zeros          -> the UUID of all zeros stands for none and cannot be used
-5 client zeros          -> the UUID of all zeros stands for none and cannot be used
-5 create x              -> 'x' is not a UUID of the form "nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn"
-5 join D                -> there is no cluster D
-3 leave B; 5 join B     -> there is no cluster B
-5 join C                -> cluster C is a client cluster; join it in client mode
-5 client A              -> cluster A is not a client cluster
+5 create zeros / 5 client zeros -> the UUID of all zeros stands for none and cannot be used
+5 create x       -> 'x' is not a UUID of the form "nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn"
+5 create - / 5 create 01234567-89ab-cdef-fedc-ba98765432100 -> '...' is not a UUID of the form...
+5 create 0123456789abcdeffedcba9876543210---- -> '...' is not a UUID of the form...
+5 create 01234567-89ab-cdef-fedc-ba987654321g -> '...' is not a UUID of the form...
+5 join D         -> there is no cluster D
+3 leave B; 5 join B -> there is no cluster B
+5 join C         -> cluster C is a client cluster; join it in client mode
+5 client A       -> cluster A is not a client cluster
 5 join A metadata host1 -> only a witness names a preferred fault domain
-5 join B witness        -> a witness must name its preferred fault domain
-5 leave A               -> the host is not in cluster A
-6 leave D               -> the host is not in cluster D
-1 reboot; 1 leave A; 1 leave A -> the host is not in cluster A
-5 type normal           -> host 'host5' is in no cluster; its node type is chosen when it joins
-1 reboot; 1 type metadata -> host 'host1' is in no cluster; its node type is chosen when it joins
-4 type witness          -> host 'host4' is in a client cluster and has no node type
-6 join B witness any; 6 type normal -> host 'host6' is in several clusters, which only a witness can be
-5 max on                -> Korel is not enabled on this host: it is in no Korel cluster
-4 max on                -> Korel is not enabled on this host: it is in no Korel cluster
-1 reboot; 1 max on      -> Korel is not enabled on this host: it is in no Korel cluster
-1 reboot; 1 encrypt A on SETTLED -> the host is not in cluster A
-3 encrypt A on SETTLED  -> the host is not in cluster A
-1 encrypt A on settled  -> the state of encryption must be SETTLED, got 'settled'
-3 rekey A 60            -> the host is not in cluster A
-1 rekey A 29            -> the rekey interval in minutes must be from 30 to 10080, got 29
-1 rekey A 10081         -> the rekey interval in minutes must be from 30 to 10080, got 10081
-1 throttle -1           -> the resync throttle in Mbps must be from 0 to 512, got -1
-1 throttle 513          -> the resync throttle in Mbps must be from 0 to 512, got 513
-1 rate 1000001          -> the resync rate in Mbps must be from 0 to 1000000, got 1000001
-2 maintain; 1 cancel    -> no maintenance mode operation is in progress
-1 maintain; 1 maintain  -> a maintenance mode operation is in progress already
-9 reboot                -> KOREL_LAB_HOST names no host of the lab: 'host9'; the hosts are host1, host2, host3, host4, host5, host6
+5 join B witness -> a witness must name its preferred fault domain
+5 leave A / 1 reboot; 1 leave A; 1 leave A -> the host is not in cluster A
+1 reboot; 1 encrypt A on SETTLED / 3 encrypt A on SETTLED -> the host is not in cluster A
+3 rekey A 60     -> the host is not in cluster A
+6 leave D        -> the host is not in cluster D
+5 type normal    -> host 'host5' is in no cluster; its node type...
+1 reboot; 1 type metadata -> host 'host1' is in no cluster; its node type...
+4 type witness   -> host 'host4' is in a client cluster and has no node type
+6 join B witness any; 6 type normal -> host 'host6' is in several clusters, which only...
+5 max on / 4 max on / 1 reboot; 1 max on -> Korel is not enabled on this host: it is in no Korel...
+1 encrypt A on settled -> the state of encryption must be SETTLED, got 'settled'
+1 rekey A 29 / 1 rekey A 10081 -> the rekey interval in minutes must be from 30 to 10080...
+1 throttle -1 / 1 throttle 513 -> the resync throttle in Mbps must be from 0 to 512...
+1 rate 1000001   -> the resync rate in Mbps must be from 0 to 1000000, got 1000001
+2 maintain; 1 cancel -> no maintenance mode operation is in progress
+1 maintain; 1 maintain -> a maintenance mode operation is in progress already
+9 reboot         -> KOREL_LAB_HOST names no host of the lab: 'host9'; the hosts are host1, host2...
 )");
 }
 
 TEST_F(MembershipTest, EncryptionIsTheClusters) {
   const auto encryption = [] {
-    const auto host = At("host5");
     std::string all;
     for (const char* cluster : {"A", "B", "zeros"}) {
-      const bool isOn = host->IsDataInTransitEncryptionEnabled(Long(cluster), true);
-      all +=
-          (isOn ? " on " : " off ") + std::to_string(host->GetRekeyInterval(Long(cluster), false));
+      all += std::to_string(At("host5")->GetRekeyInterval(Long(cluster), false)) +
+             (HostControl()->IsDataInTransitEncryptionEnabled(Long(cluster), true) ? "* " : " ");
     }
-    return all.substr(1);
+    return all + Failure([] { HostControl()->GetRekeyInterval(Long("D"), true); }).substr(0, 19);
   };
   Expect(encryption, R"(
-                                                -> off 1440 off 1440 off 1440
-2 encrypt A on SETTLED; 1 rekey A 30            -> on 30 off 1440 off 1440
-1 encrypt A on SETTLED; 1 encrypt A off SETTLED -> off 1440 off 1440 off 1440
-3 rekey B 10080; 3 reboot                       -> off 1440 off 10080 off 1440
+1 encrypt A on SETTLED; 1 encrypt A off SETTLED -> 1440 1440 1440 there is no cluster
+2 encrypt A on SETTLED; 1 rekey A 30            -> 30* 1440 1440 there is no cluster
+3 rekey B 10080; 3 reboot                       -> 1440 10080 1440 there is no cluster
 )");
-  ExpectRefused([] { HostControl()->GetRekeyInterval(Long("D"), true); },
-                "there is no cluster " + Long("D"));
 }
 
 TEST_F(MembershipTest, ThrottleCapsTheResyncWorkload) {
   Expect([] { return std::to_string(At("host1")->GetResyncBandwidth()); }, R"(
-2 rate 9; 2 throttle 1                   -> 0
-1 rate 700                               -> 700
-1 rate 1000000; 1 throttle 512           -> 512
-1 rate 40; 1 throttle 512                -> 40
-1 rate 700; 1 throttle 512; 1 throttle 0 -> 700
+2 rate 9; 2 throttle 1                                -> 0
+1 rate 700 / 1 rate 700; 1 throttle 512; 1 throttle 0 -> 700
+1 rate 1000000; 1 throttle 512                        -> 512
+1 rate 40; 1 throttle 512                             -> 40
+)");
+}
+
+using HostStateTest = RowsTest;
+
+TEST_F(HostStateTest, PoliciesAreEachHostsOwnSetPerClassAndClearedTogether) {
+  AddHostsUpTo(2);
+  const std::string standard = "copies=2,stripes=1,reserved-percent=0,checksum=on";
+  const std::string full = "copies=2,stripes=1,reserved-percent=100,checksum=on";
+  // A plus and a percent sign stand for what is built in.
+  const auto policies = [&] {
+    std::string all;
+    for (const auto policyClass : KorelUtil::GetKorelPolicyClasses()) {
+      const std::string policy = At("host1")->GetDefaultPolicy(policyClass);
+      all += (all.empty() ? "" : " ") + (policy == standard ? "+" : policy == full ? "%" : policy);
+    }
+    return all;
+  };
+  Expect(policies, R"(
+                                                      -> + + + % %
+2 policy vdisk copies=1                               -> + + + % %
+1 policy vmswap copies=1; 1 policy vmnamespace copies=1; 1 unpolicy -> + + + % %
+1 policy vdisk reserved-percent=100,checksum=off; 2 unpolicy -> + reserved-percent=100,checksum=off + % %
+1 policy vmem checksum=on,reserved-percent=0          -> + + + % checksum=on,reserved-percent=0
+1 policy vmnamespace copies=4,stripes=12              -> + + copies=4,stripes=12 % %
+1 policy cluster copies=1; 1 policy cluster stripes=1 -> stripes=1 + + % %
+)");
+  ExpectRefusals(R"(
+1 policy vmem -                 -> a policy has at least one pair, such as copies=2
+1 policy vmem copies=2,copies / 1 policy vmem copies=2, -> ... it is not of the form key=value
+1 policy vmem copies=2,Stripes=1 -> ... did you mean 'stripes'?
+1 policy vmem copies=2,%20stripes=1 -> ... did you mean 'stripes'?
+1 policy vmem copies=2,copies=2 -> the policy pair 'copies=2' is not possible: copies is there twice
+1 policy vmem checksum=true / 1 policy vmem checksum= -> ... checksum is on or off
+1 policy vmem copies=0 / 1 policy vmem stripes=1,copies=5 -> ... copies is a number from 1 to 4
+1 policy vmem stripes=0 / 1 policy vmem stripes=13 -> ... stripes is a number from 1 to 12
+1 policy vmem reserved-percent=-1 -> ... is a number from 0 to 100
+1 policy vmem reserved-percent=101 -> ... is a number from 0 to 100
+1 policy vmem reserved-percent=01 -> ... is a number from 0 to 100
+)");
+}
+
+TEST_F(HostStateTest, KorelMaxAndDiskGroupsExcludeEachOther) {
+  MakeHosts("c1 s1 c2 / c1 s1");
+  ASSERT_EQ(Play("1 create A; 2 join A"), "");
+  ExpectRefusals(R"(
+1 claim c1 s1; 1 max on -> the host has disk groups; they must be removed before...
+1 max on; 1 claim c1 s1 -> the host has the Korel Max role, which takes no disk groups
+)");
+  Expect([] { return ""; }, R"(
+2 claim c1 s1; 1 max on; 1 pool c2 / 1 pool c2; 1 max on; 2 claim c1 s1 ->
+1 max on; 1 max off; 1 claim c1 s1; 1 max off; 1 ungroup c1; 1 max on ->
 )");
 }
 

@@ -6,6 +6,7 @@
 #include "lab/memory/Copies.h"
 #include "lab/model/Lab.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/Patience.h"
 #include "lab/store/Store.h"
 #include "tests/lab/Support.h"
 
@@ -162,6 +163,11 @@ TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
   }
   const lab::Transaction writing(third, lab::Access::Change);
   EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }), busy);
+  unsetenv("KOREL_LAB_WAIT");
+  Command(1, "again");
+  EXPECT_EQ(lab::PatienceLeft(), std::chrono::seconds(10));
+  setenv("KOREL_LAB_WAIT", "86400", 1);
+  EXPECT_EQ(lab::PatienceLeft(), std::chrono::seconds(86400));
   for (const char* wrong : {"", "-1", "ten", "86401"}) {
     setenv("KOREL_LAB_WAIT", wrong, 1);
     EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }),
@@ -193,15 +199,14 @@ TEST_F(StoreTest, NamesTheVariableThatIsOfNoUse) {
       {"", "/x", "/h", "KOREL_LAB is set but empty; give the absolute path of the lab file"},
       {"l", "/x", "/h", "KOREL_LAB must be an absolute path, got 'l'"},
       {"/l/", "/x", "/h", "KOREL_LAB must name a file, got the directory '/l/'"}};
-  for (const auto& place : places) {
-    const char* names[] = {"KOREL_LAB", "XDG_STATE_HOME", "HOME"};
-    for (std::size_t i = 0; i < 3; ++i) {
-      setenv(names[i], place.at(i), 1);
-      if (place.at(i) == std::string("-")) unsetenv(names[i]);
+  for (const auto& [file, state, home, expected] : places) {
+    for (const auto& [name, value] :
+         {std::pair("KOREL_LAB", file), {"XDG_STATE_HOME", state}, {"HOME", home}}) {
+      value == std::string("-") ? unsetenv(name) : setenv(name, value, 1);
     }
     std::string path;
     const std::string message = Failure([&] { path = lab::LabPath(); });
-    EXPECT_EQ(path + message, place[3]);
+    EXPECT_EQ(path + message, expected);
   }
 }
 
