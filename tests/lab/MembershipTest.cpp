@@ -128,9 +128,11 @@ TEST_F(MembershipTest, WhatARebootARestoreAndLeavingTakeBack) {
 1 domain; 1 unpolicy; 1 max off; 1 throttle 0 -> korel normal A; .2 .3 .4 hsk0 hsk2 host1 copies=2 0 5 ENTERING
 )");
   Expect([] { return HeldBy("5"); }, R"(
-1 restore; 1 restorenet                                       -> none normal; host5 copies=2 0 0 OFF
-5 join A; 5 reboot; 1 restore; 1 restorenet                   -> none normal; host5 copies=2 0 0 OFF
-5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 reboot  -> none normal; host5 copies=2 0 0 OFF
+5 rate 1000000; 5 throttle 512                         -> none normal; host5 copies=2 512 512 OFF
+5 rate 700; 5 throttle 512; 5 throttle 0; 1 throttle 1 -> none normal; host5 copies=2 0 700 OFF
+1 restore; 1 restorenet                                -> none normal; host5 copies=2 0 0 OFF
+5 join A; 5 reboot; 1 restore; 1 restorenet            -> none normal; host5 copies=2 0 0 OFF
+5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 reboot -> none normal; host5 copies=2 0 0 OFF
 5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 restore -> none normal; host5 copies=2 0 0 OFF
 )");
   Expect([] { return HeldBy("6"); }, R"(
@@ -218,15 +220,6 @@ TEST_F(MembershipTest, EncryptionIsTheClusters) {
 1 encrypt A on SETTLED; 1 encrypt A off SETTLED -> 1440 1440 1440 there is no cluster
 2 encrypt A on SETTLED; 1 rekey A 30            -> 30* 1440 1440 there is no cluster
 3 rekey B 10080; 3 reboot                       -> 1440 10080 1440 there is no cluster
-)");
-}
-
-TEST_F(MembershipTest, ThrottleCapsTheResyncWorkload) {
-  Expect([] { return std::to_string(At("host1")->GetResyncBandwidth()); }, R"(
-2 rate 9; 2 throttle 1                                -> 0
-1 rate 700 / 1 rate 700; 1 throttle 512; 1 throttle 0 -> 700
-1 rate 1000000; 1 throttle 512                        -> 512
-1 rate 40; 1 throttle 512                             -> 40
 )");
 }
 

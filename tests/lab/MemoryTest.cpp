@@ -148,7 +148,7 @@ TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {
   Command(5, std::string(4095, 'x') + "\xc3\xa9");
   ASSERT_EQ(Play("1 claim mpx.dkhba0:C0:T1:L0 mpx.dkhba2:C0:T6:L0 mpx.dkhba2:C0:T5:L0"), "");
   EXPECT_EQ(Entries().front().line, std::string(4095, 'x') + "...");
-  EXPECT_THAT(Told(6).at(1 * 5), testing::StartsWith("added claimed device mpx.dkhba2:C0:T5"));
+  EXPECT_THAT(Told(6).at(10), testing::StartsWith("added claimed device mpx.dkhba2:C0:T6"));
 }
 
 TEST_F(MemoryTest, FilesAreToldLineByLine) {
