@@ -93,6 +93,11 @@ void NoteMemberChange(Store& store, std::int64_t cluster) {
 void Depart(Store& store, const Host& host, std::int64_t cluster, const std::string& uuid) {
   Execute(store, "DELETE FROM memberships WHERE host = ? AND cluster = ?", host.id, cluster);
   DropAgentsOf(store, host, uuid);
+  // The role can be switched only within a cluster.
+  Execute(store,
+          "UPDATE hosts SET isKorelMax = 0 WHERE id = ?1 AND NOT EXISTS "
+          "(SELECT 1 FROM memberships WHERE host = ?1)",
+          host.id);
   NoteMemberChange(store, cluster);
 }
 
@@ -205,11 +210,6 @@ void LeaveCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uui
     Fail("the host is not in cluster ", canonical);
   }
   Depart(store, host, cluster->id, canonical);
-  // The role can be switched only within a cluster.
-  Execute(store,
-          "UPDATE hosts SET isKorelMax = 0 WHERE id = ?1 AND NOT EXISTS "
-          "(SELECT 1 FROM memberships WHERE host = ?1)",
-          host.id);
 }
 
 void SuspendClusters(Store& store, const Host& host) {

@@ -72,7 +72,7 @@ Rooms RoomFor(Store& store, const Host& host, const std::vector<const Device*>& 
   TakeRooms(own, leaving, neededGb, taken);
   const auto membership = FirstMembership(store, host);
   if (!membership || membership->isClient ||
-      membership->nodeType == Tovrin::Korel::KorelNodeType::Witness) {
+      membership->nodeType != Tovrin::Korel::KorelNodeType::Normal) {
     return taken;
   }
   // In the order of the devices, which a host has from when it was added. The joins are crossed so
@@ -81,7 +81,7 @@ Rooms RoomFor(Store& store, const Host& host, const std::vector<const Device*>& 
                "SELECT c.device, d.sizeGb - c.usedGb FROM memberships m "
                "CROSS JOIN devices d ON d.host = m.host "
                "CROSS JOIN claims c ON c.device = d.id "
-               "WHERE m.cluster = ? AND m.host <> ? AND m.isActive AND m.nodeType <> 1 "
+               "WHERE m.cluster = ? AND m.host <> ? AND m.isActive AND m.nodeType = 0 "
                "AND c.cachingDevice IS NOT c.device AND c.isMounted AND d.isHealthy "
                "ORDER BY m.host, c.device",
                membership->clusterId, host.id);

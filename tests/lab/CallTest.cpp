@@ -13,13 +13,12 @@ namespace {
 using HskCtl::Korel::KorelUtil;
 using testing::ElementsAre;
 
-void AddFault(const std::string& operation, const std::string& message, std::int64_t count) {
-  lab::ChangeLab([&](lab::Store& store) {
-    lab::AddInjectedFailure(store, {operation, message, count});
-  });
+void AddFault(const std::string& operation, const std::string& message,
+              std::optional<std::int64_t> count) {
+  lab::ChangeLab([&](lab::Store& store) { lab::AddInjectedFailure(store, {operation, message, count}); });
 }
 
-class CallTest : public LabTest {
+class CallTest : public RowsTest {
  protected:
   CallTest() { setenv("KOREL_LAB_CALLS", Path("calls").c_str(), 1); }
 
@@ -64,7 +63,37 @@ TEST_F(CallTest, LogThatCannotBeWrittenIsRefusedBeforeAnythingChanges) {
             "'/dev/full': No space left on device");
 }
 
-TEST_F(CallTest, RefusesFaultsThatCannotHappen) {
+TEST_F(CallTest, FaultsStrikeAsOftenAsTheyAreToldWhicheverHostAsks) {
+  AddHostsUpTo(2);
+  const auto set = [] { HostControl()->SetResyncThrottle(1); };
+  const auto get = [] { HostControl()->GetResyncThrottle(); };
+  const std::tuple<const char*, std::function<void()>, std::optional<std::int64_t>, const char*>
+      cases[] = {{"SetResyncThrottle", set, 1, "!...."},
+                 {"SetResyncThrottle", set, 3, "!!!.."},
+                 {"GetResyncThrottle", get, 2, "!!..."},
+                 {"GetResyncThrottle", get, {}, "!!!!!"},
+                 {"GetResyncThrottle", set, 1, "....."}};
+  for (const auto& [operation, call, count, strikes] : cases) {
+    Again();
+    AddFault(operation, "replaced", 9);
+    AddFault(operation, "!", count);
+    std::string all;
+    for (const char* host : {"host1", "host2", "host1", "host2", "host1"}) {
+      StandOn(host);
+      const std::string message = Failure(call);
+      all += message.empty() ? "." : message;
+    }
+    EXPECT_EQ(all, strikes) << operation;
+  }
+  Again();
+  AddFault("SetResyncThrottle", "first", 2);
+  AddFault("GetKorelInfo", "second", 1);
+  EXPECT_EQ(HostControl(), nullptr);
+  EXPECT_EQ(Failure([] { HostControl()->SetResyncThrottle(513); }), "first") << "before all else";
+  EXPECT_EQ(lab::ReadLab(lab::AllFaults).size(), 1U);
+  EXPECT_EQ(HostControl()->GetResyncThrottle(), 0);
+  lab::ChangeLab(lab::ClearFaults);
+  EXPECT_EQ(Failure(set), "");
   ExpectRefused([] { AddFault("AddDatastor", "x", 1); },
                 "no host control operation is named 'AddDatastor', did you mean 'AddDatastore'?");
   ExpectRefused([] { AddFault("AddDatastore", "x", 0); },

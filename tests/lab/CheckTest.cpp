@@ -5,71 +5,76 @@
 namespace lab_test {
 namespace {
 
-using CheckTest = LabTest;
+using CheckTest = RowsTest;
 
 std::vector<std::string> Problems() { return lab::ReadLab(lab::Problems); }
 
 TEST_F(CheckTest, SaysWhatIsWrongWithARow) {
-  HostControl()->CreateCluster(kClusterA, true, false);
-  HostControl()->AddDisks("mpx.dkhba0:C0:T1:L0", {"mpx.dkhba2:C0:T1:L0"});
-  HostControl()->SetDefaultPolicy(Tovrin::Korel::KorelPolicyClass::Vdisk, "copies=2");
+  ASSERT_EQ(Play("1 create A; 1 claim mpx.dkhba0:C0:T1:L0 mpx.dkhba2:C0:T1:L0; 1 add d1 ds; "
+                 "1 policy vdisk copies=2; 1 interface hsk0 korel"),
+            "");
   HskCtl::Korel::KorelUtil::SetTracedLogOptions({{"normal_path", "/a"}});
   ASSERT_THAT(Problems(), testing::IsEmpty());
-  const std::string whole = State();
-  lab::Store::CloseForProcess();
-  const std::string file = ReadFile(LabFile());
-  const std::pair<std::string, std::string> cases[] = {
-      {"UPDATE hosts SET resyncThrottle = 513", "host 'host1' has a value out of its range"},
-      {"UPDATE hosts SET name = '../x'", "'../x': '../x' is not a host name"},
-      {"UPDATE hosts SET name = 'a' || char(0) || 'b'", "is not a host name"},
-      {"UPDATE hosts SET faultDomain = ''", "host 'host1': a fault domain name has 1 to 256"},
-      {"UPDATE hosts SET nodeUuid = 'x'", "'host1': 'x' is not a UUID"},
-      {"UPDATE hosts SET isKorelMax = 1", "host 'host1' is a Korel Max host with disk groups"},
-      {"DELETE FROM memberships", "cluster '" + kClusterA + "' has no member"},
-      {"DELETE FROM datastores", "cluster '" + kClusterA + "' has not one default datastore"},
-      {"INSERT INTO clusters (uuid, isClient) VALUES ('" + kClusterB +
-           "', 1); INSERT INTO memberships SELECT 9, host, 2, 0, 1, 1 FROM memberships",
-       "host 'host1' is in several clusters and no witness"},
-      {"UPDATE memberships SET isActive = 0, isPersisted = 0",
-       "the membership of host 'host1' has a value out of its range"},
-      {"UPDATE devices SET isCapacityFlash = 1 WHERE NOT isFlash",
-       "is tagged capacityFlash and is not flash"},
-      {"UPDATE devices SET isKorelDirect = 1", "is tagged korelDirect and claimed"},
-      {"UPDATE claims SET cachingDevice = device",
-       "caching device 'mpx.dkhba2:C0:T1:L0' cannot serve a disk group for caching"},
-      {"UPDATE claims SET cachingDevice = NULL WHERE device = cachingDevice",
-       "device 'mpx.dkhba2:C0:T1:L0' is in a disk group that is none"},
-      {"UPDATE claims SET cachingDevice = NULL",
-       "device 'mpx.dkhba2:C0:T1:L0' is in the storage pool and is not flash"},
-      {"UPDATE claims SET usedGb = 5000 WHERE usedGb > 0", "has a value out of its range"},
-      {"INSERT INTO mounts SELECT cluster, id, 'm' FROM datastores",
-       "mounted datastore 'm' is one of the cluster itself"},
-      {"INSERT INTO files VALUES (1, 'relative', 0, x'')", "'relative' is not an absolute path"},
-      {"INSERT INTO files VALUES (1, '/large', 0, zeroblob(65537))",
-       "file '/large' is larger than 64 KiB"},
-      {"INSERT INTO files VALUES (7, '/etc/x', 0, x'')",
-       "a row of files refers to one of hosts that is not there"},
-      {"UPDATE policies SET value = 'copies=9'", "the policy pair 'copies=9' is not possible"},
-      {"UPDATE traceOptions SET value = 'a'", "trace option normal_path must be an absolute path"},
-      {"INSERT INTO faults VALUES ('Nothing', '', NULL)", "no host control operation is named"},
-      {"DELETE FROM features WHERE name = 'client-mode'", "the features are not those of a lab"},
-      {"INSERT INTO agents VALUES (1, 1, 'x', 0, 1, '10.0.0.1', 1, '', '', '')",
-       "unicast agent '10.0.0.1': 'x' is not a UUID"},
-      {"UPDATE history SET changes = x'5401' WHERE number > 1",
-       "entry 2: the memory of the lab is damaged"},
-      {"UPDATE history SET number = 9223372036854775807 WHERE number = 3",
-       "entry '9223372036854775807' of the memory has a value out of its range"},
-      {"DELETE FROM hosts; PRAGMA foreign_keys = ON; DELETE FROM hosts", "the lab has no host"},
-  };
-  for (const auto& [sql, problem] : cases) {
-    SCOPED_TRACE(sql);
-    WriteFile(LabFile(), file);
+  const auto expectProblem = [](const std::string& sql, const std::string& problem) {
     Sql(sql);
     EXPECT_THAT(Problems(), testing::Contains(testing::HasSubstr(problem)));
-    lab::Store::CloseForProcess();
-  }
-  WriteFile(LabFile(), file);
-  EXPECT_EQ(State(), whole);
+  };
+  EachRow(R"(
+UPDATE hosts SET resyncThrottle = 513       -> host 'host1' has a value
+UPDATE hosts SET resyncRate = 1000001       -> host 'host1' has a value
+UPDATE hosts SET name = '../x'              -> '../x': '../x' is not a host name
+UPDATE hosts SET name = 'a' || char(0) || 'b' -> is not a host name
+UPDATE hosts SET faultDomain = ''           -> host 'host1': a fault domain name has 1 to 256
+UPDATE hosts SET nodeUuid = 'x'             -> 'host1': 'x' is not a UUID
+UPDATE hosts SET nodeUuid = upper(nodeUuid) -> is not in lower case
+UPDATE hosts SET isKorelMax = 1             -> host 'host1' is a Korel Max host with disk groups
+UPDATE hosts SET isKorelMax = 1; DELETE FROM memberships -> is a Korel Max host without a cluster
+DELETE FROM memberships                     -> ' has no member
+UPDATE clusters SET rekeyMinutes = 29 / UPDATE clusters SET rekeyMinutes = 10081 -> ' has a value
+UPDATE datastores SET isDefault = 0         -> ' has not one default datastore
+UPDATE datastores SET isDefault = 1         -> ' has not one default datastore
+UPDATE datastores SET isDefault = 2 WHERE name = 'ds' -> datastore 'ds' has a value
+INSERT INTO clusters (uuid, isClient) VALUES ('x', 1); INSERT INTO memberships SELECT 9, host, 2, 0, 1, 1 FROM memberships -> host 'host1' is in several clusters and no witness
+UPDATE memberships SET isActive = 0, isPersisted = 0 -> the membership of host 'host1' has a value
+UPDATE memberships SET nodeType = 3         -> the membership of host 'host1' has a value
+UPDATE devices SET isCapacityFlash = 1 WHERE NOT isFlash -> is tagged capacityFlash and is not flash
+UPDATE devices SET isKorelDirect = 1        -> is tagged korelDirect and claimed
+UPDATE devices SET sizeGb = 0 WHERE id = 9  -> has a value out of its range
+UPDATE claims SET usedGb = 5000 WHERE usedGb > 0 -> has a value out of its range
+UPDATE claims SET formatVersion = 21        -> has a value out of its range
+UPDATE devices SET isFlash = 1              -> serves a disk group for capacity and is not for that
+UPDATE claims SET cachingDevice = device    -> 'mpx.dkhba2:C0:T1:L0' cannot serve a disk group for caching
+UPDATE claims SET cachingDevice = NULL WHERE device = cachingDevice -> is in a disk group that is none
+UPDATE claims SET cachingDevice = NULL      -> is in the storage pool and is not flash
+INSERT INTO claims SELECT id, 1, 20, '', 1, 0 FROM devices WHERE id BETWEEN 3 AND 4 OR id > 5 -> disk group 'mpx.dkhba0:C0:T1:L0' has more than 6
+INSERT INTO claims SELECT id, id, 20, '', 1, 0 FROM devices WHERE id IN (2, 3, 4, 6) -> host 'host1' has more than 4 disk groups
+INSERT INTO mounts SELECT cluster, id, 'm' FROM datastores -> 'm' is one of the cluster itself
+INSERT INTO mounts SELECT cluster, id, 'ds' FROM datastores -> name 'ds' is there twice in a cluster
+UPDATE networkConfigs SET ttl = 0           -> the configuration of interface 'hsk0' has a value
+UPDATE networkConfigs SET carriesKorel = 0  -> the configuration of interface 'hsk0' has a value
+INSERT INTO files VALUES (1, 'relative', 0, x'') -> 'relative' is not an absolute path
+INSERT INTO files VALUES (1, '/large', 0, zeroblob(65537)) -> file '/large' is larger than 64 KiB
+INSERT INTO files VALUES (7, '/etc/x', 0, x'') -> a row of files refers to one of hosts that is not
+UPDATE policies SET value = 'copies=9'      -> the policy pair 'copies=9' is not possible
+UPDATE policies SET class = 5               -> policy class '5' is none of a lab's
+UPDATE traceOptions SET value = 'a'         -> trace option normal_path must be an absolute path
+INSERT INTO faults VALUES ('Nothing', '', NULL) -> no host control operation is named
+INSERT INTO faults VALUES ('AddDisks', '', 0) -> the injected failure of 'AddDisks' has a value
+DELETE FROM features WHERE name = 'client-mode' -> the features are not those of a lab
+INSERT INTO agents VALUES (1, 1, 'x', 0, 1, '::1', 1, '', '', '') -> agent '::1': 'x' is not a UUID
+UPDATE history SET changes = x'5401' WHERE number > 1 -> entry 2: the memory of the lab is damaged
+UPDATE history SET number = 1 << 54 WHERE number = 3 -> of the memory has a value out of its range
+DELETE FROM hosts; PRAGMA foreign_keys = ON; DELETE FROM hosts -> the lab has no host
+)",
+          expectProblem);
+  Again();
+  // What is just possible is no problem.
+  Sql("UPDATE hosts SET resyncThrottle = 512, resyncRate = 1000000; "
+      "UPDATE clusters SET rekeyMinutes = 30; UPDATE claims SET formatVersion = 1; "
+      "UPDATE devices SET sizeGb = 1000000; INSERT INTO faults VALUES ('AddDisks', '', 1); "
+      "UPDATE networkConfigs SET ttl = 255, agentPort = 65535, masterPort = 1; "
+      "INSERT INTO files VALUES (1, '/large', 0, zeroblob(65536))");
+  EXPECT_THAT(Problems(), testing::IsEmpty());
 }
 
 TEST_F(CheckTest, ListsAHundredProblemsAndCountsTheRest) {

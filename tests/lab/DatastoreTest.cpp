@@ -1,88 +1,92 @@
-#include "tests/lab/ClusterSupport.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-void Add(const std::string& uuid, const std::string& name, const std::string& cluster = "") {
-  HostControl()->AddDatastore({uuid, name, cluster, false});
-}
-
-/// "name of cluster A", with a star for the default one, in the host's order.
-std::vector<std::string> Known() {
-  std::vector<std::string> known;
-  for (const auto& datastore : HostControl()->GetDatastores()) {
-    known.push_back(datastore->GetName() + (datastore->IsDefault() ? "*" : "") + " of " +
-                    datastore->GetClusterUuid().substr(0, 1));
+/// The datastores that the host knows, in its order: "default* of A, far of B", the star for the
+/// default one.
+std::string Datastores(const char* host) {
+  std::string known;
+  for (const auto& datastore : At(host)->GetDatastores()) {
+    known += (known.empty() ? "" : ", ") + datastore->GetName() +
+             (datastore->IsDefault() ? "* of " : " of ") + Short(datastore->GetClusterUuid());
   }
   return known;
 }
 
-std::string DefaultUuid() { return HostControl()->GetDatastores().front()->GetUuid(); }
-
-/// Cluster B has datastore 1.
+/// Cluster A has datastore 2, B has datastore 1.
 class DatastoreTest : public ClustersTest {
  protected:
-  DatastoreTest() {
-    StandOn("host3");
-    Add(kDatastore1, "export");
-    StandOn("host1");
-  }
+  DatastoreTest() { EXPECT_EQ(Play("1 add d2 ds; 3 add d1 export"), ""); }
 };
 
-TEST_F(DatastoreTest, MountBearsANameOfItsOwnAndItsExportersUuid) {
-  StandOn("host3");
-  const std::string exported = DefaultUuid();
-  StandOn("host4");
-  Add(exported, "far", kClusterB);
-  At("host3")->SetDatastoreName("", "renamed");
-  StandOn("host4");
-  EXPECT_THAT(Known(), ElementsAre("far of b"));
-  EXPECT_EQ(HostControl()->GetDatastoreName(exported), "far");
-  HostControl()->RemoveDatastore(exported);
-  EXPECT_THAT(Known(), IsEmpty());
-  StandOn("host3");
-  EXPECT_THAT(Known(), ElementsAre("renamed* of b", "export of b")) << "the exporter keeps it";
+TEST_F(DatastoreTest, EachHostKnowsItsClustersDefaultOneFirstThenByName) {
+  const auto all = [] {
+    return Datastores("host2") + "| " + Datastores("host3") + "|" + Datastores("host4");
+  };
+  Expect(all, R"(
+                              -> default* of A, ds of A| default* of B, export of B|
+1 add d1 far B; 1 remove d1   -> default* of A, ds of A| default* of B, export of B|
+3 reboot; 3 restore           -> default* of A, ds of A| default* of B, export of B|
+2 add n1 above                -> default* of A, above of A, ds of A| default* of B, export of B|
+1 rename - zz                 -> zz* of A, ds of A| default* of B, export of B|
+1 remove d2; 3 clear          -> default* of A| default* of B|
+4 add d2 a A; 4 add dB b B    -> default* of A, ds of A| default* of B, export of B|a of A, b of B
+1 add d1 far B; 3 rename d1 x -> default* of A, ds of A, far of B| default* of B, x of B|
+1 add d1 far B; 1 clear       -> default* of A| default* of B, export of B|
+1 add d1 far B; 4 add d1 x B; 3 leave B -> default* of A, ds of A| |
+4 add d1 x B; 3 reboot; 2 reboot -> | |x of B
+)");
+  Again();
+  EXPECT_EQ(Play("1 add d1 far B; 3 rename - main"), "");
+  EXPECT_EQ(HostControl()->GetDatastoreName(""), "main");
+  EXPECT_EQ(At("host1")->GetDatastoreName(kDatastore1), "far");
+  EXPECT_EQ(Failure([] { At("host4")->GetDatastoreName(""); }),
+            "a client cluster has no default datastore");
 }
 
 TEST_F(DatastoreTest, Refusals) {
-  const auto host = HostControl();
-  const std::string newUuid = "e0000000-0000-4000-8000-000000000001";
-  Add(kDatastore2, "ds");
-  const std::string defaultUuid = DefaultUuid();
-  StandOn("host4");
-  Add(kDatastore2, "far", kClusterA);
-  const std::string mounted =
-      "datastore 'ds' is mounted by cluster " + kClusterC + "; remove it there first";
-  const std::string taken = " is taken by datastore ";
-  const std::string own = " is the host's own; its datastores are not mounted as remote ones";
-  ExpectRefusedAt(
-      "host1",
-      {{[&] { Add(newUuid, "ds"); }, "datastore name 'ds'" + taken + kDatastore2},
-       {[&] { Add(kDatastore1, "new"); }, "datastore UUID " + kDatastore1 + " is taken"},
-       {[&] { Add(kDatastore2, "new", kClusterB); },
-        "cluster " + kClusterB + " exports no datastore " + kDatastore2},
-       {[&] { Add(kDatastore2, "new", kClusterA); }, "cluster " + kClusterA + own},
-       {[&] {
-          host->AddDatastore({newUuid, "new", "", true});
-        },
-        "a default datastore is made with its cluster, never added"},
-       {[&] { host->RemoveDatastore(defaultUuid); }, "the default datastore cannot be removed"},
-       {[&] { host->RemoveDatastore(kDatastore1); }, "the host knows no datastore " + kDatastore1},
-       {[&] { host->RemoveDatastore(kDatastore2); }, mounted},
-       {[&] { host->SetDatastoreName("", "ds"); }, "datastore name 'ds'" + taken + kDatastore2}});
-  ExpectRefusedAt(
-      "host4",
-      {{[&] { Add(kDatastore2, "again", kClusterA); },
-        "datastore " + kDatastore2 + " is mounted already, as 'far'"},
-       {[&] { Add(kDatastore1, "far", kClusterB); }, "datastore name 'far'" + taken + kDatastore2},
-       {[&] { host->GetDatastoreName(""); }, "a client cluster has no default datastore"},
-       {[&] { Add(newUuid, "new"); },
-        "a client cluster has no datastores of its own; name the cluster that exports it"},
-       {[&] { host->SetDatastoreName(kDatastore2, "new"); },
-        "datastore 'far' belongs to cluster " + kClusterA + " and is renamed there"}});
+  ExpectRefusals(R"(
+1 add n1 ds / 1 add d1 ds B / 1 rename - ds -> datastore name 'ds' is taken by datastore d2
+1 add d1 far B; 1 add n1 far -> datastore name 'far' is taken by datastore d1
+1 add d1 far B; 1 rename d2 far -> datastore name 'far' is taken by datastore d1
+4 add d1 far B; 4 add d2 far A -> datastore name 'far' is taken by datastore d1
+1 add d1 new    -> datastore UUID d1 is taken
+1 add d2 new    -> datastore UUID d2 is taken
+1 add d1 far B; 2 add d1 again B -> datastore d1 is mounted already, as 'far'
+1 add d2 new B  -> cluster B exports no datastore d2
+1 add d2 new A  -> cluster A is the host's own; its datastores are not mounted as remote ones
+1 add d2 new D  -> there is no cluster D
+1 add n1 new - default -> a default datastore is made with its cluster, never added
+1 add zeros new -> the UUID of all zeros stands for none and cannot be used
+1 remove dA / 1 rename dA main; 2 remove dA -> the default datastore cannot be removed
+1 remove d1 / 1 rename d1 new -> the host knows no datastore d1
+1 add d1 far B; 1 rename d1 new -> datastore 'far' belongs to cluster B and is renamed there
+4 add d2 far A; 1 remove d2 -> datastore 'ds' is mounted by cluster C; remove it there first
+1 add n1 aa; 4 add d2 x A; 3 add d2 x A; 1 clear -> datastore 'ds' is mounted by cluster B, C; ...
+4 add n1 new    -> a client cluster has no datastores of its own; name the cluster that exports it
+4 rename - new  -> a client cluster has no default datastore
+5 add n1 new / 5 clear -> Korel is not enabled on this host: it is in no cluster
+1 reboot; 1 remove d2 -> Korel is not enabled on this host: it is in no cluster
+)");
+}
+
+TEST_F(DatastoreTest, NamesOfDatastoresAndHostsAtTheirEdges) {
+  Expect([] { return ""; }, R"(
+1 rename - 9 / 1 rename - Z(-)79 / 1 rename - azAZ09._- / 1 addhost 9 / 1 addhost Z(_)79 ->
+)");
+  ExpectRefusals(R"(
+1 add n1 a/b / 1 rename - a%00b / 1 rename - a%20b            -> '...' is not a datastore name: ...
+1 rename - a%0a / 1 rename - a,b / 1 rename - a:b             -> '...' is not a datastore name: ...
+1 rename - a@b / 1 rename - a[b / 1 rename - a`b              -> '...' is not a datastore name: ...
+1 rename - a{b / 1 rename - a^b / 1 rename - %c3%a9           -> '...' is not a datastore name: ...
+1 rename - - / 1 rename - -a / 1 rename - .a / 1 rename - _a  -> '...' is not a datastore name: ...
+1 rename - (x)81                                              -> '...' is not a datastore name: ...
+1 addhost - / 1 addhost -a / 1 addhost ../a / 1 addhost a%00b -> '...' is not a host name: ...
+1 addhost (x)81                                               -> '...' is not a host name: ...
+1 addhost (x)100000                                           -> 'xxxxxxxxxxxxxxxxxxxx...' is not a host name: 1 to 80 letters, digits, points, underscores and hyphens, a letter or digit first
+1 addhost host2                                               -> the lab has a host 'host2' already
+)");
 }
 
 }  // namespace

@@ -1,73 +1,173 @@
-#include "lab/model/Lab.h"
-#include "tests/lab/DiskSupport.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
 
 using HskCtl::Korel::KorelUtil;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using Tovrin::Korel::KorelDiskList;
+using Tovrin::Korel::KorelDiskTypes;
+using DiskTest = DisksTest;
 
-using DiskTest = DiskLabTest;
-
-TEST_F(DiskTest, DisksAreGivenBackOneByOneByGroupAndByUuid) {
-  const auto host = HostControl();
-  Claim("c1", {"s4"});
-  host->AddStoragePoolDisks({"c3", "f2"});
-  host->RemoveDisk("s1", "");
-  host->RemoveDiskByUuid(UuidOf("s2"), "EvacuateAllData");
-  EXPECT_THAT(Claimed(), ElementsAre("c1", "c2", "s3", "s4"));
-  host->RemoveDiskGroup("c1", "EnsureObjectAccessibility");
-  host->RemoveDiskByUuid(UuidOf("c2"), "NoAction");
-  EXPECT_THAT(Claimed(), IsEmpty());
-  host->RemoveStoragePoolDisk("f1", "");
-  host->RemoveStoragePoolDiskByUuid(UuidOf("c3"), "NoAction");
-  EXPECT_FALSE(KorelUtil::IsStoragePoolDisk("f1") || KorelUtil::IsStoragePoolDisk("c3"));
-  host->AddCapacityFlashTag("c2");
-  Claim("c3", {"s1", "f1", "c2"});
+TEST_F(DiskTest, DevicesAreClaimedTaggedAndGivenBack) {
+  Expect(Groups, R"(
+                                          -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 claim c1 s4 f2                          -> c1(s1:100 s2:100 s4:100 f2:10) c2(s3:100) pool(f1:10)
+1 claim c3 f2                             -> c1(s1:100 s2:100) c2(s3:100) c3(f2:10) pool(f1:10)
+1 pool f2 c3                              -> c1(s1:100 s2:100) c2(s3:100) pool(c3:100 f1:10 f2:10)
+1 unclaim s1                              -> c1(s2:100) c2(s3:100) pool(f1:10)
+1 unclaim #s2 NoAction / 1 ungroup c1; 1 claim c1 s1 -> c1(s1:100) c2(s3:100) pool(f1:10)
+1 ungroup c1                              -> c2(s3:100) pool(f1:10)
+1 unclaim #c2                             -> c1(s1:100 s2:100) pool(f1:10)
+1 unpool f1 / 1 unpool #f1                -> c1(s1:100 s2:100) c2(s3:100) pool()
+1 pool c3; 1 unpool #c3 half              -> c1(s1:150 s2:100) c2(s3:100) pool(f1:10)
+1 unpool f1 all                           -> c1(s1:110 s2:100) c2(s3:100) pool()
+1 ungroup c2; 1 flash c2; 1 claim c1 c2   -> c1(c2:100 s1:100 s2:100) pool(f1:10)
+1 unflash f2; 1 claim f2 s4               -> c1(s1:100 s2:100) c2(s3:100) f2(s4:100) pool(f1:10)
+1 unflash f2; 1 pool f2                   -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:10)
+1 direct f2; 1 undirect f2; 1 pool f2     -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:10)
+1 direct s4; 1 undirect s4; 1 claim c2 s4 -> c1(s1:100 s2:100) c2(s3:100 s4:100) pool(f1:10)
+)");
 }
 
 TEST_F(DiskTest, Refusals) {
-  ExpectRefusals({
-      {Act(&Host::AddDisks, "c1", Names{"f2", "x"}), "the host has no device 'x'"},
-      {Act(&Host::AddDisks, "s4", Names{"f2"}), "device 's4' is not flash, as caching needs"},
-      {Act(&Host::AddDisks, "c1", Names{"c3"}),
-       "device 'c3' is flash without the capacity tag, as capacity needs"},
-      {Act(&Host::AddDisks, "c2", Names{"s1"}), "device 's1' is in use in disk group 'c1'"},
-      {Act(&Host::AddDisks, "c1", Names{"f1"}), "device 'f1' is in use in the storage pool"},
-      {Act(&Host::RemoveDisk, "f2", ""), "device 'f2' is in no disk group"},
-      {Act(&Host::RemoveDisk, "c1", ""),
-       "device 'c1' is the caching device of a disk group; remove the whole group"},
-      {Act(&Host::RemoveDisk, "s3", ""),
-       "device 's3' is the last capacity device of disk group 'c2'; remove the whole group"},
-      {Act(&Host::RemoveDisk, "s1", "noAction"),
-       "'noAction' is no evacuation mode: NoAction, EnsureObjectAccessibility or EvacuateAllData"},
-      {Act(&Host::RemoveStoragePoolDisk, "f2", ""), "device 'f2' is not in the storage pool"},
-      {Act(&Host::RemoveStoragePoolDisk, "s1", ""),
-       "device 's1' is in disk group 'c1', not in the storage pool"},
-      {Act(&Host::RemoveDisk, "f1", ""), "device 'f1' is in the storage pool, not in a disk group"},
-      {Act(&Host::AddDisks, "f2", Names{"s4"}),
-       "device 'f2' is tagged for capacity and cannot be used for caching"},
-      {Act(&Host::AddStoragePoolDisks, Names{"s4"}),
-       "device 's4' is not flash, as the storage pool needs"},
-      {Act(&Host::AddCapacityFlashTag, "s4"),
-       "device 's4' is not flash, as the tag capacityFlash needs"},
-      {Act(&Host::AddCapacityFlashTag, "f2"), "device 'f2' is tagged capacityFlash already"},
-  });
+  ExpectRefusals(R"(
+1 claim c3 x / 1 claim x s4 / 1 sick x -> the host has no device 'x'
+1 claim c3     -> a disk group needs at least one capacity device
+1 claim c3 s4 s4 / 1 claim c3 s4 c3 / 1 pool f2 f2 -> device... is named twice
+1 pool         -> no device is named for the storage pool
+1 claim s4 f2  -> device 's4' is not flash, as caching needs
+1 claim f2 s4  -> device 'f2' is tagged for capacity and cannot be used for caching
+1 claim c1 s4 c3 / 1 unflash f2; 1 claim c1 f2 -> device... is flash without the capacity tag...
+1 claim c2 s1 / 1 claim s1 s4 / 1 direct s1 -> device... is in use in disk group 'c1'
+1 claim c3 c1 / 1 pool c1 / 1 flash c1 -> device... is in use in disk group 'c1'
+1 claim f1 s4 / 1 claim c1 f1 / 1 pool f2 f1 -> device... is in use in the storage pool
+1 unflash f1   -> device... is in use in the storage pool
+1 pool s4      -> device 's4' is not flash, as the storage pool needs
+1 direct c3; 1 claim c3 s4 -> device... is tagged korelDirect and cannot...
+1 direct s4; 1 claim c3 s4 -> device... is tagged korelDirect and cannot...
+1 direct f2; 1 pool f2 -> device 'f2' is tagged korelDirect and cannot be in the storage pool
+1 unclaim f2   -> device 'f2' is in no disk group
+1 unclaim f1   -> device 'f1' is in the storage pool, not in a disk group
+1 unclaim c1   -> device 'c1' is the caching device of a disk group; remove the whole group
+1 unclaim #s3  -> device 's3' is the last capacity device of disk group 'c2'; remove the whole group
+1 ungroup s1 / 1 ungroup c3 -> device... is not the caching device of a disk group
+1 unpool f2    -> device 'f2' is not in the storage pool
+1 unpool #s1   -> device 's1' is in disk group 'c1', not in the storage pool
+1 flash s4     -> device 's4' is not flash, as the tag capacityFlash needs
+1 flash f2     -> device 'f2' is tagged capacityFlash already
+1 unflash c3   -> device 'c3' is not tagged capacityFlash
+1 direct s4; 1 direct s4 -> device 's4' is tagged korelDirect already
+1 undirect s4  -> device 's4' is not tagged korelDirect
+1 format s4 20 -> device 's4' is not in use, and so has no format
+1 format s1 0 / 1 format s1 21 -> on-disk format versions are 1 to 20, got...
+1 unclaim s1 x / 1 unclaim #s1 x / 1 ungroup c1 x / 1 unpool f1 x / 1 unpool #f1 x -> 'x' is no...
+1 emptygroup c1 x / 1 rebuild c1 x 0 -> 'x' is no evacuation mode: NoAction, half or all
+)");
 }
 
 TEST_F(DiskTest, AHostHasFourGroupsOfSixAtMost) {
-  std::vector<lab::DeviceInventory> devices;
-  for (int i = 1; i <= 5; ++i) devices.push_back(Device("c" + std::to_string(i)));
-  for (int i = 1; i <= 10; ++i) devices.push_back(Device("s" + std::to_string(i)));
-  MakeHosts({devices});
-  Claim("c1", {"s1", "s2", "s3", "s4", "s5", "s6"});
-  for (int i = 2; i <= 4; ++i) Claim("c" + std::to_string(i), {"s" + std::to_string(i + 5)});
-  ExpectRefusals({{Act(&Host::AddDisks, "c1", Names{"s10"}),
-                   "disk group 'c1' would have 7 capacity devices, more than the 6 possible"},
-                  {Act(&Host::AddDisks, "c5", Names{"s10"}),
-                   "the host has 4 disk groups, as many as are possible"}});
-  Claim("c4", {"s10"});
+  MakeHosts("c1 c2 c3 c4 c5 s1 s2 s3 s4 s5 s6 s7 s8 s9 s10 / c1 s1");
+  ASSERT_EQ(Play("1 claim c1 s1 s2 s3 s4 s5; 1 claim c2 s7; 1 claim c3 s8"), "");
+  ExpectRefusals(R"(
+1 claim c1 s6 s10 -> disk group 'c1' would have 7 capacity devices, more than the 6 possible
+1 claim c1 s6; 1 claim c1 s10 -> disk group 'c1' would have 7 capacity devices, more...
+1 claim c4 s9; 1 claim c5 s10 -> the host has 4 disk groups, as many as are possible
+)");
+  Expect([] { return ""; }, "1 claim c4 s9; 1 claim c4 s10; 1 claim c1 s6; 2 claim c1 s1 ->");
+}
+
+TEST_F(DiskTest, GroupsAndDisksGoOutOfUseAndComeBack) {
+  Expect(Groups, R"(
+1 unmount s1 force                                    -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
+1 sick s1; 1 unmount #c1; 1 mountgroup c1 force       -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
+1 unmount #s1; 1 mount s1; 1 unmount #s2; 1 mount #s2 -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 unmountgroup c1 force; 1 mountgroup c1              -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 unmount s1 force; 1 unmount #c1; 1 mount #c1        -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 sick s1; 1 unmount #c1; 1 well s1; 1 mount #c1      -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 unmountgroup c1 force                               -> c1-(s1:100- s2:100-) c2(s3:100) pool(f1:10)
+1 unmount #c2 / 1 emptygroup c2 NoAction              -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
+1 unmount s1 force; 1 unmount #c2; 1 mountgroup c1    -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
+1 rebuild c1 - 1; 1 unmount s1; 1 unmountgroup c1     -> c1-(s1:0- s2:0-) c2(s3:100) pool(f1:10)
+1 unmountgroup c1 force; 1 unmount #c2; 1 rebuild c1 - 0 -> c1(s1:0 s2:0) c2-(s3:100-) pool(f1:10)
+1 rebuild #c1 - 2                                     -> c1(s1:0 s2:0) c2(s3:100) pool(f1:10)
+1 sick s1; 1 rebuild c1 - 2 force                     -> c1(s1:100 s2:0) c2(s3:100) pool(f1:10)
+)");
+}
+
+TEST_F(DiskTest, RefusalsOfGroups) {
+  ExpectRefusals(R"(
+1 mount c1             -> device 'c1' is the caching device of a disk group; mount the whole group
+1 unmount c1 force     -> device 'c1' is the caching device of a disk group; unmount the whole group
+1 mount s1             -> device 's1' is mounted already
+1 unmount s1 force; 1 unmount #s1 -> device 's1' is unmounted already
+1 unmount #c2; 1 mount s3 -> device 's3' cannot be mounted alone: disk group 'c2' is unmounted
+1 mountgroup s1 / 1 rebuild #s1 - 0 -> device... is not the caching device of a disk group
+1 mountgroup c1 force  -> disk group 'c1' is mounted already
+1 unmount #c2; 1 unmountgroup c2 force -> disk group 'c2' is unmounted already
+1 unmount #c2; 1 unmount #c2 -> disk group 'c2' is unmounted already
+1 unmount #c2; 1 emptygroup c2 -> disk group 'c2' is unmounted already
+1 unmount #c2; 1 claim c2 s4 -> disk group 'c2' is unmounted; mount it first
+1 unmount s1           -> device 's1' is in use: it holds 100 GB of data
+1 unmountgroup c1      -> disk group 'c1' is in use: it holds 200 GB of data
+1 rebuild c1 - 3 force -> there is no trim code 3: 0 metadata...
+1 rebuild c1 - -1      -> there is no trim code -1: 0 metadata...
+1 sick s2; 1 unmount s2 force; 1 mount s2 -> device 's2' is not healthy
+1 sick s1; 1 sick s2; 1 rebuild c1 - 0 -> disk group 'c1' has unhealthy disks: s1, s2
+1 sick s2; 1 unmount #c1; 1 mountgroup c1 -> disk group 'c1' has unhealthy disks: s2
+1 sick s3; 1 unmount #c2; 1 mount #c2 -> disk group 'c2' has unhealthy disks: s3
+1 sick s1; 1 sick s2; 1 rebuild c1 - 0 force -> disk group 'c1' has no healthy capacity device
+1 sick c1; 1 rebuild c1 - 0 force -> the caching device 'c1' is not healthy, and its disk group...
+)");
+  Again();
+  ASSERT_EQ(Play("1 sick s1"), "");
+  Texts skipped;
+  HostControl()->RebuildDiskGroupByUuid(Long("#c1"), "", 1, true, skipped);
+  EXPECT_THAT(skipped, testing::ElementsAre("s1"));
+}
+
+TEST_F(DiskTest, AGroupThatIsNotThereIsNoOperationsEnd) {
+  Sql("UPDATE claims SET cachingDevice = 999 WHERE device <> cachingDevice");
+  const std::string problem = "device 's1' is in a disk group that the host does not have";
+  ExpectRefusals("1 unmount s1 force -> " + problem + "\n1 unpool s1 NoAction -> " + problem);
+}
+
+TEST_F(DiskTest, RecordsSayWhatADiskIs) {
+  const auto records = [] {
+    KorelDiskList disks;
+    KorelUtil::GetKorelDisks(disks, KorelDiskTypes::All);
+    std::string all;
+    for (const char* device : {"#s1", "#c3"}) {
+      Tovrin::Korel::KorelDiskInfo info;
+      At("host1")->GetDiskInfo(KorelUtil::StringToKorelUuid(Long(device)), disks, info);
+      const std::string& group = info.diskGroupName;
+      EXPECT_EQ(info.diskGroupUuid, group.empty() ? "" : Long("#" + group));
+      all += std::to_string(info.onDiskFormatVersion) + group + (info.isSsd ? " flash" : " disk") +
+             (info.isCapacityTier ? " capacity" : "") + (info.isAllFlash ? " all-flash" : "") +
+             (info.isUsedByThisHost ? info.isChecksumOk ? " used" : " bad" : "") +
+             (info.isMounted ? " mounted" : "") + (info.isInHxds ? " shared; " : "; ");
+    }
+    for (const char* device : {"c1", "s1", "f1", "c3"}) {
+      if (KorelUtil::IsStoragePoolDisk(device)) all += device;
+    }
+    Tovrin::Korel::KorelStoragePoolDiskInfo pool;
+    KorelUtil::GetKorelStoragePoolDiskInfo(KorelUtil::StringToKorelUuid(Long("#f1")), disks, true,
+                                           pool);
+    EXPECT_EQ(pool.capacityBytes, 40'000'000'000);
+    KorelUtil::GetKorelDisks(disks, KorelDiskTypes::Claimed);
+    std::vector<Tovrin::Korel::Uuid> uuids;
+    HostControl()->ListDiskUuids(uuids);
+    return all + " " + std::to_string(disks.size()) + " " + std::to_string(uuids.size());
+  };
+  Expect(records, R"(
+                             -> 20c1 disk capacity used mounted; 0 flash; f1 5 6
+1 format s1 19; 1 rebuild c1 - 2 -> 20c1 disk capacity used mounted; 0 flash; f1 5 6
+1 create A                   -> 20c1 disk capacity used mounted shared; 0 flash; f1 5 6
+1 client C; 1 flash c3       -> 20c1 disk capacity used mounted; 0 flash capacity; f1 5 6
+1 format s1 1; 1 sick s1     -> 1c1 disk capacity bad mounted; 0 flash; f1 5 6
+1 unclaim s1; 1 pool c3      -> 0 disk capacity; 20 flash capacity all-flash used mounted; f1c3 4 6
+1 unmount #s1; 1 claim c3 f2 -> 20c1 disk capacity used; 20c3 flash all-flash used mounted; f1 7 8
+1 sick s4; 1 claim c3 f2 s4  -> 20c1 disk capacity used mounted; 20c3 flash used mounted; f1 8 9
+)");
 }
 
 }  // namespace

@@ -1,87 +1,86 @@
-#include "tests/lab/DiskSupport.h"
+#include "lab/model/Disks.h"
+#include "lab/model/Lab.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
 
-/// Three hosts with a group c each, of disks of which a quarter is filled: 100 of 400 GB on s400,
-/// 10 of 40 on s40, 25 of 100 on s100.
-class EvacuationTest : public LabTest {
- protected:
-  EvacuationTest() {
-    const std::vector<lab::DeviceInventory> other{Device("c"), Device("s100", 100)};
-    MakeHosts({{Device("c"), Device("s400"), Device("s40", 40)}, other, other});
-    Claim("c", {"s400", "s40"});
-    for (const char* host : {"host2", "host3"}) {
-      StandOn(host);
-      Claim("c", {"s100"});
+using EvacuationTest = RowsTest;
+
+/// The data on all devices but those for caching, host by host: "100 - | 25", a minus for what is
+/// not in use.
+std::string Data() {
+  return lab::ReadLab([](lab::Store& store) {
+    std::string data;
+    for (const lab::Host& host : lab::AllHosts(store)) {
+      if (!data.empty()) data += " | ";
+      std::string own;
+      for (const lab::Device& device : lab::DevicesOf(store, host)) {
+        if (device.name[0] == 'c') continue;
+        own += (own.empty() ? "" : " ") +
+               (device.claim ? std::to_string(device.claim->usedGb) : std::string("-"));
+      }
+      data += own;
     }
-    StandOn("host1");
-  }
-
-  static void Join(const std::string& host, Tovrin::Korel::KorelNodeType type) {
-    StandOn(host);
-    HostControl()->JoinCluster(HskCtl::Korel::KorelUtil::StringToKorelUuid(kClusterA), type,
-                               type == Tovrin::Korel::KorelNodeType::Witness ? "host1" : "", true,
-                               0, 0);
-    StandOn("host1");
-  }
-
-  /// The data on s100 of that host; host1 is stood on afterwards.
-  static std::int64_t DataOfHost(const std::string& host) {
-    StandOn(host);
-    const std::int64_t data = DataOn("s100");
-    StandOn("host1");
     return data;
-  }
-};
-
-TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToDataHostsOfTheCluster) {
-  HostControl()->CreateCluster(kClusterA, true, false);
-  Join("host2", Tovrin::Korel::KorelNodeType::Witness);
-  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
-                "EvacuateAllData needs 100 GB on other mounted capacity disks of the cluster, and "
-                "there are 30 GB free");
-  Join("host3", Tovrin::Korel::KorelNodeType::Normal);
-  HostControl()->RemoveDisk("s400", "EvacuateAllData");
-  EXPECT_EQ(DataOn("s40"), 40) << "full";
-  EXPECT_EQ(DataOfHost("host2"), 25) << "a witness takes no data";
-  EXPECT_EQ(DataOfHost("host3"), 95);
+  });
 }
 
-TEST_F(EvacuationTest, OtherHostsTakeDataInTheOrderInWhichTheyWereAdded) {
-  HostControl()->CreateCluster(kClusterA, true, false);
-  Join("host3", Tovrin::Korel::KorelNodeType::Normal);
-  Join("host2", Tovrin::Korel::KorelNodeType::Normal);
-  HostControl()->RemoveDiskGroup("c", "EvacuateAllData");
-  EXPECT_EQ(DataOfHost("host2"), 100) << "full";
-  EXPECT_EQ(DataOfHost("host3"), 25 + 35);
+TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToTheOtherDataHostsInTheirOrder) {
+  // host2 is of another cluster, host3 joins last.
+  MakeHosts("c s400=400 s40=40 / c s100=100 / c s100=100 / c s100=100");
+  ASSERT_EQ(Play("1 claim c s400 s40; 2 claim c s100; 3 claim c s100; 4 claim c s100; 1 create A; "
+                 "2 create B; 4 join A; 3 join A"),
+            "");
+  Expect(Data, R"(
+                                                      -> 100 10 | 25 | 25 | 25
+1 unclaim s400                                        -> - 10 | 25 | 25 | 25
+1 unclaim s400 all / 1 unclaim #s400 all              -> - 40 | 25 | 95 | 25
+1 unclaim s40 all / 1 leave A; 1 unclaim s40 all      -> 110 - | 25 | 25 | 25
+1 unclaim s40 half                                    -> 105 - | 25 | 25 | 25
+1 ungroup c all / 3 sick c; 1 ungroup c all           -> - - | 25 | 100 | 60
+1 emptygroup c half                                   -> 50 5 | 25 | 80 | 25
+1 emptygroup c all / 1 rebuild c all 0                -> 0 0 | 25 | 100 | 60
+1 rebuild c half 0                                    -> 0 0 | 25 | 80 | 25
+1 rebuild c - 0                                       -> 0 0 | 25 | 25 | 25
+3 sick s100; 1 unclaim s400 all / 3 unmount s100 force; 1 unclaim s400 all -> - 40 | 25 | 25 | 95
+3 reboot; 1 unclaim s400 all                          -> - 40 | 25 | 25 | 95
+3 leave A; 3 join A witness host1; 1 unclaim s400 all -> - 40 | 25 | 25 | 95
+3 type metadata; 1 unclaim s400 all                   -> - 40 | 25 | 25 | 95
+1 sick s40; 1 unclaim s400 all / 1 unmount s40 force; 1 unclaim s400 all -> - 10 | 25 | 100 | 50
+1 sick s40; 1 rebuild c all 0 force                   -> 0 10 | 25 | 100 | 50
+)");
+  ExpectRefusals(R"(
+1 leave A; 1 unclaim s400 all   -> all needs 100 GB in-the host, and there are 30 GB free
+1 reboot; 1 unclaim s400 all    -> all needs 100 GB in-the host, and there are 30 GB free
+1 leave A; 1 client C; 2 leave B; 2 client C; 1 unclaim s400 all -> all needs 100 GB in-the host, and there are 30 GB free
+1 leave A; 1 join A witness host3; 1 unclaim s400 all -> all needs 100 GB in-the cluster, and there are 30 GB free
+1 type metadata; 1 unclaim s400 all -> all needs 100 GB in-the cluster, and there are 30 GB free
+3 leave A; 4 leave A; 1 ungroup c all -> all needs 110 GB in-the cluster, and there are 0 GB free
+1 sick s400; 1 unclaim s400 all -> device 's400' is not healthy, so its 100 GB of data cannot be...
+1 unmount s40 force; 1 unclaim s40 half -> device 's40' is unmounted, so its 10 GB of data cannot be...
+)");
 }
 
-TEST_F(EvacuationTest, HalfOfTheDataMovesForAccessibilityAndTheRestStaysOnAnUnmountedDisk) {
-  HostControl()->CreateCluster(kClusterA, true, false);
-  Join("host2", Tovrin::Korel::KorelNodeType::Normal);
-  HostControl()->UnmountDiskGroupWithMode("c", "EnsureObjectAccessibility");
-  EXPECT_EQ(DataOn("s400"), 50);
-  EXPECT_EQ(DataOn("s40"), 5);
-  EXPECT_EQ(DataOfHost("host2"), 25 + 55);
-}
-
-TEST_F(EvacuationTest, AnUnhealthyDiskNeitherGivesNorTakesData) {
-  MakeUnhealthy("s40");
-  ExpectRefused(Act(&Host::RemoveDisk, "s40", "EvacuateAllData"),
-                "device 's40' is not healthy, so its 10 GB of data cannot be moved; choose "
-                "NoAction");
-  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
-                "EvacuateAllData needs 100 GB on other mounted capacity disks of the host, and "
-                "there are 0 GB free");
-  HostControl()->CreateCluster(kClusterA, true, false);
-  Join("host2", Tovrin::Korel::KorelNodeType::Normal);
-  StandOn("host2");
-  MakeUnhealthy("s100");
-  StandOn("host1");
-  ExpectRefused(Act(&Host::RemoveDisk, "s400", "EvacuateAllData"),
-                "EvacuateAllData needs 100 GB on other mounted capacity disks of the cluster, and "
-                "there are 0 GB free");
+TEST_F(EvacuationTest, OddAmountsAndRoomToTheLastGigabyte) {
+  MakeHosts("c s7=7 s13=13 s3=3 s28=28 s1=1 f9=9");
+  ASSERT_EQ(Play("1 claim c s7 s13 s3 s28"), "");
+  Expect(Data, R"(
+                                                              -> 1 3 0 7 - -
+1 claim c s1 f9                                               -> 1 3 0 7 0 2
+1 unclaim s13 half                                            -> 3 - 0 7 - -
+1 unclaim s7 half                                             -> - 4 0 7 - -
+1 unclaim s28 half                                            -> 5 3 0 - - -
+1 unclaim s28 all                                             -> 7 4 0 - - -
+1 sick s3; 1 unclaim s3 all / 1 unmount s3; 1 unclaim s3 half -> 1 3 - 7 - -
+1 pool f9; 1 unclaim s13; 1 unclaim s7; 1 unclaim s3; 1 ungroup c all -> - - - - - 9
+1 unclaim s28; 1 unclaim s13; 1 claim c f9; 1 unclaim s3; 1 unclaim f9 all -> 3 - - - - -
+)");
+  ExpectRefusals(R"(
+1 unclaim s7; 1 unclaim s13; 1 unclaim s28 half         -> half needs 4 GB in-the host, and there are 3 GB free
+1 pool f9; 1 sick f9; 1 unclaim s7; 1 unclaim s13; 1 emptygroup c half -> half needs 4 GB in-the host, and there are 0 GB free
+1 pool f9; 1 unclaim s3; 1 unclaim s13; 1 ungroup c all -> all needs 8 GB in-the host, and there are 7 GB free
+)");
 }
 
 }  // namespace

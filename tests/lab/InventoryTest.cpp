@@ -24,7 +24,7 @@ TEST_F(InventoryTest, HostsAreAsTheFileSays) {
   std::vector<std::string> faults;
   WriteFile(Path("inventory"), R"({"hosts": [
       {"name": "a", "interfaces": ["eth0"], "devices": [
-        {"name": "x:1", "ssd": true, "capacityFlash": true, "sizeGb": 7, "vendor": "V"}]},
+        {"name": "x:1", "ssd": true, "capacityFlash": true, "sizeGb": 1000000, "vendor": "V"}]},
       {"name": "b"}]})");
   const auto hosts = lab::ParseInventory(lab::ReadInventoryFile(Path("inventory")), faults);
   ASSERT_THAT(faults, testing::IsEmpty());
@@ -34,7 +34,7 @@ TEST_F(InventoryTest, HostsAreAsTheFileSays) {
     const auto known = lab::AllHosts(store);
     EXPECT_EQ(lab::CurrentHost(store).name, "a") << "the first, as none is named host1";
     const auto device = lab::DevicesOf(store, known.at(0)).at(0);
-    EXPECT_TRUE(device.isFlash && device.isCapacityFlash && device.sizeGb == 7);
+    EXPECT_TRUE(device.isFlash && device.isCapacityFlash && device.sizeGb == 1000000);
     EXPECT_THAT(lab::DevicesOf(store, known.at(1)), SizeIs(10));
   });
 }
@@ -49,7 +49,8 @@ TEST_F(InventoryTest, AllFaultsAreListedAtOnce) {
         {"name": "../a", "interfaces": ["i", "i", 3], "disks": [], "device": []},
         {"name": "b", "interfaces": 1, "devices": [
            {"name": "d", "ssd": 1, "sizeGb": 0},
-           {"name": "d", "capacityFlash": true, "sizeGb": 1e3, "vendor": 7}, 5]},
+           {"name": "d", "capacityFlash": true, "sizeGb": 1e3, "vendor": 7}, 5,
+           {"name": "e", "sizeGb": 1000001}, {"name": "f", "sizeGb": 1}]},
         {"name": "b"}, []]})"),
       ElementsAre("hosts[0]: unknown key 'device', did you mean 'devices'?",
                   "hosts[0]: unknown key 'disks'", "hosts[0].name" + name,
@@ -58,8 +59,9 @@ TEST_F(InventoryTest, AllFaultsAreListedAtOnce) {
                   "hosts[1].devices[1].capacityFlash: is for devices with \"ssd\": true",
                   "hosts[1].devices[1]" + size, "hosts[1].devices[1].vendor: must be a text",
                   "hosts[1].devices[1].name: 'd' is there twice",
-                  "hosts[1].devices[2]: must be an object", "hosts[1].interfaces: must be a list",
-                  "hosts[2].name: 'b' is there twice", "hosts[3]: must be an object"));
+                  "hosts[1].devices[2]: must be an object", "hosts[1].devices[3]" + size,
+                  "hosts[1].interfaces: must be a list", "hosts[2].name: 'b' is there twice",
+                  "hosts[3]: must be an object"));
   EXPECT_THAT(FaultsOf(R"({"hosts":[]})"), ElementsAre("hosts: at least one host is needed"));
 }
 

@@ -112,6 +112,18 @@ TEST_F(MemoryTest, NothingIsTakenBackUnlessItLeadsToTheStateOfThen) {
   ExpectRefused(lab::UndoLastCommand, "entry 1, with which the last command began, is forgotten");
 }
 
+TEST_F(MemoryTest, NothingIsTakenBackThatWouldBreakARule) {
+  Command(1, "one");
+  ASSERT_EQ(Play("1 create A; 1 max on; 1 max off; 1 claim mpx.dkhba0:C0:T1:L0 "
+                 "mpx.dkhba2:C0:T1:L0; 1 throttle 7"),
+            "");
+  // As if the last command had not claimed disks, but another in between.
+  Sql("UPDATE history SET command = 4 WHERE number IN (4, 6)");
+  ExpectRefused(lab::UndoLastCommand,
+                "entry 4 cannot be taken back: then host 'host1' is a Korel "
+                "Max host with disk groups");
+}
+
 TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {
   Command(4, "korel cluster new");
   HostControl()->CreateCluster(kClusterA, true, false);
@@ -133,6 +145,10 @@ TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {
   EXPECT_THAT(Told(5), testing::Contains("removed datastore new: cluster " + kClusterA + " > -"));
   HostControl()->GetDatastores();
   EXPECT_EQ(Entries().size(), 5U) << "what changes nothing leaves no entry";
+  Command(5, std::string(4095, 'x') + "\xc3\xa9");
+  ASSERT_EQ(Play("1 claim mpx.dkhba0:C0:T1:L0 mpx.dkhba2:C0:T6:L0 mpx.dkhba2:C0:T5:L0"), "");
+  EXPECT_EQ(Entries().front().line, std::string(4095, 'x') + "...");
+  EXPECT_THAT(Told(6).at(10), testing::StartsWith("added claimed device mpx.dkhba2:C0:T6"));
 }
 
 TEST_F(MemoryTest, FilesAreToldLineByLine) {
@@ -157,9 +173,10 @@ TEST_F(MemoryTest, KeepsTheNewestThousandEntriesAndEightMebibytes) {
   EXPECT_EQ(entries.size(), 1000U);
   EXPECT_EQ(entries.front().number, 1004);
   ExpectRefused([] { lab::UndoTo(3); }, "entry 4 is forgotten; the oldest is 5");
-  // As if the newest had filled all but a hundred bytes, less than two more take.
-  Sql("UPDATE history SET size = 8388508, total = total - size + 8388508 WHERE number = 1004");
-  SetThrottle(100);
+  // As if the newest had left room for one more of its size, and for one byte less.
+  Sql("UPDATE history SET size = 8388608 - size, total = total - 2 * size + 8388608 "
+      "WHERE number = 1004");
+  SetThrottle(1);
   EXPECT_EQ(Entries().size(), 2U);
   SetThrottle(101);
   EXPECT_EQ(Entries().back().number, 1005);

@@ -1,76 +1,90 @@
-#include "tests/lab/ClusterSupport.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
 
-using Tovrin::Korel::KorelIpAddress;
-using Tovrin::Network::Ipv4Address;
-using Tovrin::Network::Ipv6Address;
-
-KorelIpAddress V4(const std::string& text) { return {false, Ipv4Address(text), {}, text}; }
-KorelIpAddress V6(const std::string& text) { return {true, {}, Ipv6Address(text), text}; }
-
-/// The values of one interface, all of them different.
-struct Config {
-  std::string name = "hsk1";
-  KorelIpAddress agentV4 = V4("224.2.3.4");
-  KorelIpAddress agentV6 = V6("FF19:0:0:0:0:2:3:4");
-  KorelIpAddress masterV4 = V4("224.1.2.3");
-  KorelIpAddress masterV6 = V6("ff19::1:2:3");
-  std::int64_t agentPort = 23451;
-  std::int64_t masterPort = 12345;
-  std::int64_t unicastPort = 12321;
-  std::int64_t ttl = 5;
-  bool korel = true;
-  bool witness = false;
+class NetworkConfigTest : public RowsTest {
+ protected:
+  NetworkConfigTest() { AddHostsUpTo(2); }
 };
 
-void Set(const Config& c) {
-  HostControl()->SetHsknicConfig({c.name, c.agentV4, c.agentV6, c.masterV4, c.masterV6, c.agentPort,
-                                  c.masterPort, c.unicastPort, c.ttl, c.korel, c.witness, ""});
+/// What is active on a host: interfaces with the first letters of the traffic they carry.
+std::string Active(const std::string& number) {
+  const auto host = At("host" + number);
+  std::string active;
+  for (const auto& config : host->GetHsknicConfigs()) {
+    const std::string& name = config->GetHsknicName();
+    EXPECT_EQ(config->korelTraffic, host->IsHsknicConfigured(name, "korel"));
+    EXPECT_EQ(config->witnessTraffic, host->IsHsknicConfigured(name, "witness"));
+    active += (active.empty() ? "" : " ") + name + (config->korelTraffic ? "k" : "") +
+              (config->witnessTraffic ? "w" : "");
+  }
+  return active;
 }
 
-using NetworkConfigTest = LabTest;
-using NetworkEncryptionTest = ClustersTest;
-
-TEST_F(NetworkConfigTest, RemovalTakesOneTypeAndTheInterfaceWithTheLast) {
-  const auto host = HostControl();
-  Set({.witness = true});
-  host->RemoveHsknic("hsk1", false, "korel");
-  EXPECT_FALSE(host->IsHsknicConfigured("hsk1", "korel"));
-  EXPECT_TRUE(host->IsHsknicConfigured("hsk1", "witness"));
-  host->RemoveHsknic("hsk1", false, "witness");
-  host->RestoreNetworkConfig();
-  EXPECT_TRUE(host->GetHsknicConfigs().empty()) << "the persisted one is gone too";
+TEST_F(NetworkConfigTest, WhatIsSetRemovedClearedAndRestored) {
+  Expect([] { return Active("1") + "|" + Active("2"); }, R"(
+                                                                 -> |
+1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 korel force; 1 restorenet -> |
+1 uninterface hsk0 korel force; 1 uninterface nic9 witness force -> |
+1 interface hsk2 witness; 1 interface hsk0 korel; 2 interface hsk1 korel+witness -> hsk0k hsk2w|hsk1kw
+1 interface hsk1 korel; 1 interface hsk1 witness                 -> hsk1w|
+1 interface hsk1 korel+witness; 1 uninterface hsk1 korel         -> hsk1w|
+1 interface hsk1 korel+witness; 1 uninterface hsk1 witness; 1 restorenet -> hsk1k|
+1 interface hsk0 korel; 1 clearnet; 1 interface hsk1 korel       -> hsk1k|
+1 interface hsk0 korel; 1 interface hsk1 korel; 1 uninterface hsk1 korel; 1 restorenet -> hsk0k|
+1 interface hsk0 korel; 1 uninterface hsk1 witness; 1 uninterface hsk0 witness -> hsk0k|
+1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 witness; 1 restorenet -> hsk0k|
+1 interface hsk0 korel; 2 interface hsk0 korel; 1 uninterface hsk0 korel; 1 restorenet -> |hsk0k
+1 interface hsk0 korel; 2 interface hsk0 korel; 1 clearnet; 2 restorenet -> |hsk0k
+1 interface hsk0 korel; 1 clearnet; 1 interface hsk1 korel; 1 restorenet -> hsk0k hsk1k|
+)");
 }
 
-TEST_F(NetworkConfigTest, Refusals) {
-  const auto host = HostControl();
-  Set({});
-  const std::string group = " is no multicast address";
-  const std::string range = " must be from 1 to 65535, got ";
-  const std::string noType = "'Korel' is no traffic type; the types are korel and witness";
-  const std::pair<Config, std::string> cases[] = {
-      {{.name = "hsk3"}, "the host has no interface 'hsk3'; it has hsk0, hsk1, hsk2"},
-      {{.agentV4 = V4("10.0.0.1")}, "the IPv4 agent group 10.0.0.1" + group},
-      {{.masterV6 = V4("224.0.0.1")}, "the IPv6 master group is of the other family"},
-      {{.agentPort = 0}, "the agent multicast port" + range + "0"},
-      {{.ttl = 256}, "the multicast time-to-live must be from 1 to 255, got 256"},
-      {{.korel = false}, "interface 'hsk1' must carry korel or witness traffic"},
+TEST_F(NetworkConfigTest, NumbersAndGroupsAtTheirEdges) {
+  const auto shown = [] {
+    const auto config = std::move(At("host1")->GetHsknicConfigs().at(0));
+    std::string text;
+    for (const auto number : {config->GetAgentMulticastPort(), config->GetPrimaryMulticastPort(),
+                              config->GetHostUnicastPort(), config->GetMulticastTTL()}) {
+      text += std::to_string(number) + " ";
+    }
+    return text + config->GetAgentMulticastGroup().text + " " +
+           config->GetAgentV6MulticastGroup().text + " " + config->GetPrimaryMulticastGroup().text +
+           " " + config->GetPrimaryV6MulticastGroup().text;
   };
-  for (const auto& each : cases) ExpectRefused([&] { Set(each.first); }, each.second);
-  ExpectRefusedAt("host1", {{[&] { host->IsHsknicConfigured("hsk1", "Korel"); }, noType},
-                            {[&] { host->RemoveHsknic("hsk2", false, "korel"); },
-                             "interface 'hsk2' is not in the Korel network configuration"}});
-}
-
-TEST_F(NetworkEncryptionTest, Refusals) {
-  const auto host = HostControl();
-  ExpectRefusedAt("host1",
-                  {{[&] { host->SetRekeyInterval(kClusterA, 29); },
-                    "the rekey interval in minutes must be from 30 to 10080, got 29"},
-                   {[&] { host->SetDataInTransitEncryption(kClusterA, false, "settled", 0); },
-                    "the state of encryption must be SETTLED, got 'settled'"}});
+  Expect(shown, R"(
+1 interface hsk1 korel -> 23451 12345 12321 5 224.2.3.4 ff19::2:3:4 224.1.2.3 ff19::1:2:3
+1 interface hsk1 korel ap=1 mp=65535 up=1 ttl=1 -> 1 65535 1 1 224.2.3.4 ff19::2:3:4...
+1 interface hsk1 korel ap=65535 mp=1 up=65535 ttl=255 -> 65535 1 65535 255 224.2.3.4 ff19::2:3:4...
+1 interface hsk1 korel a4=239.255.255.255 -> 23451 12345 12321 5 239.255.255.255 ff19::2:3:4...
+1 interface hsk1 korel m4=224.0.0.0 -> 23451 12345 12321 5 224.2.3.4 ff19::2:3:4 224.0.0.0 ff19::1:2:3
+1 interface hsk1 korel a6=FF00:0::0 -> 23451 12345 12321 5 224.2.3.4 ff00:: 224.1.2.3 ff19::1:2:3
+1 interface hsk1 korel; 1 interface hsk1 korel ttl=7; 1 reboot; 1 restorenet -> 23451 12345 12321 7...
+)");
+  ExpectRefusals(R"(
+1 interface hsk1 korel ap=0         -> the agent multicast port must be from 1 to 65535...
+1 interface hsk1 korel ap=65536     -> the agent multicast port must be from 1 to 65535...
+1 interface hsk1 korel mp=0         -> the master multicast port must be from 1 to 65535...
+1 interface hsk1 korel mp=65536     -> the master multicast port must be from 1 to 65535...
+1 interface hsk1 korel up=0         -> the host unicast port must be from 1 to 65535...
+1 interface hsk1 korel up=65536     -> the host unicast port must be from 1 to 65535...
+1 interface hsk1 korel ttl=0        -> the multicast time-to-live must be from 1 to 255...
+1 interface hsk1 korel ttl=256      -> the multicast time-to-live must be from 1 to 255...
+1 interface hsk1 korel a4=223.255.255.255 -> the IPv... is no multicast address
+1 interface hsk1 korel m4=240.0.0.0 -> the IPv... is no multicast address
+1 interface hsk1 korel a6=fe80::1   -> the IPv... is no multicast address
+1 interface hsk1 korel m6=feff::    -> the IPv... is no multicast address
+1 interface hsk1 korel a4=ff19::1   -> the IPv... group is of the other family
+1 interface hsk1 korel m6=224.0.0.1 -> the IPv... group is of the other family
+1 interface hsk1 none               -> interface 'hsk1' must carry korel or witness traffic
+1 interface hsk3 korel / 1 uninterface hsk3 korel -> the host has no interface 'hsk3'; it has...
+1 uninterface hsk3 witness          -> the host has no interface 'hsk3'; it has...
+1 uninterface hsk0 korel            -> interface 'hsk0' is not in the Korel...
+2 interface hsk0 korel; 1 uninterface hsk0 korel -> interface 'hsk0' is not in the Korel...
+1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 korel -> interface 'hsk0' is not in the Korel...
+1 uninterface hsk0 Korel force      -> 'Korel' is no traffic type; the types are korel and witness
+)");
 }
 
 }  // namespace

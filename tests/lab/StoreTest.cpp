@@ -1,5 +1,12 @@
+#include <sys/stat.h>
+
+#include <array>
+#include <filesystem>
+
+#include "lab/memory/Copies.h"
 #include "lab/model/Lab.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/Patience.h"
 #include "lab/store/Store.h"
 #include "tests/lab/Support.h"
 
@@ -156,6 +163,11 @@ TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
   }
   const lab::Transaction writing(third, lab::Access::Change);
   EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }), busy);
+  unsetenv("KOREL_LAB_WAIT");
+  Command(1, "again");
+  EXPECT_EQ(lab::PatienceLeft(), std::chrono::seconds(10));
+  setenv("KOREL_LAB_WAIT", "86400", 1);
+  EXPECT_EQ(lab::PatienceLeft(), std::chrono::seconds(86400));
   for (const char* wrong : {"", "-1", "ten", "86401"}) {
     setenv("KOREL_LAB_WAIT", wrong, 1);
     EXPECT_EQ(Failure([&] { const lab::Transaction reading(first, lab::Access::Read); }),
@@ -168,13 +180,53 @@ TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
 TEST_F(StoreTest, NamesTheVariableThatIsOfNoUse) {
   WriteFile(Path("file"), "");
   const std::pair<std::string, std::string> cases[] = {
-      {"lab.db", "KOREL_LAB must be an absolute path, got 'lab.db'"},
       {"/tmp", "the lab '/tmp' is not a file; set KOREL_LAB to the path of one"},
       {Path("file/lab.db"), "cannot open the lab '" + Path("file/lab.db") + "': Not a directory"},
   };
   for (const auto& [value, message] : cases) {
     setenv("KOREL_LAB", value.c_str(), 1);
     EXPECT_THAT(Open(), testing::HasSubstr(message));
+  }
+  // KOREL_LAB, XDG_STATE_HOME and HOME, of which a minus is not set; and where the lab is then.
+  const std::array<const char*, 4> places[] = {
+      {"/l", "/x", "/h", "/l"},
+      {"-", "/x", "/h", "/x/korel/lab.db"},
+      {"-", "", "/h", "/h/.local/state/korel/lab.db"},
+      {"-", "-", "/h", "/h/.local/state/korel/lab.db"},
+      {"-", "x", "/h", "XDG_STATE_HOME must be an absolute path, got 'x'"},
+      {"-", "-", "h", "HOME must be an absolute path, got 'h'"},
+      {"-", "-", "-", "no place for the lab: set KOREL_LAB to the absolute path of its file"},
+      {"", "/x", "/h", "KOREL_LAB is set but empty; give the absolute path of the lab file"},
+      {"l", "/x", "/h", "KOREL_LAB must be an absolute path, got 'l'"},
+      {"/l/", "/x", "/h", "KOREL_LAB must name a file, got the directory '/l/'"}};
+  for (const auto& [file, state, home, expected] : places) {
+    for (const auto& [name, value] :
+         {std::pair("KOREL_LAB", file), {"XDG_STATE_HOME", state}, {"HOME", home}}) {
+      value == std::string("-") ? unsetenv(name) : setenv(name, value, 1);
+    }
+    std::string path;
+    const std::string message = Failure([&] { path = lab::LabPath(); });
+    EXPECT_EQ(path + message, expected);
+  }
+}
+
+TEST_F(StoreTest, WhatIsMadeIsNotForOthersToWriteWhateverTheUmask) {
+  for (const mode_t mask : {0, 022, 077}) {
+    const std::string base = Path(std::to_string(mask));
+    const auto modeOf = [&](const char* name) {
+      return static_cast<mode_t>(std::filesystem::status(base + name).permissions());
+    };
+    setenv("KOREL_LAB", (base + "/deep/lab.db").c_str(), 1);
+    setenv("KOREL_LAB_CALLS", (base + ".calls").c_str(), 1);
+    const mode_t before = umask(mask);
+    HostControl();
+    lab::SaveLab(base + ".saved", false);
+    lab::WriteFile(base + ".file", "", false);
+    umask(before);
+    EXPECT_EQ(modeOf(""), 0700U & ~mask);
+    EXPECT_EQ(modeOf("/deep"), 0700U & ~mask);
+    EXPECT_EQ(modeOf("/deep/lab.db"), 0644U & ~mask);
+    for (const char* made : {".calls", ".saved", ".file"}) EXPECT_EQ(modeOf(made), 0600U) << made;
   }
 }
 

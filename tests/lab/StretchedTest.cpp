@@ -1,68 +1,84 @@
-#include "tests/lab/ClusterSupport.h"
+#include "tests/lab/Support.h"
 
 namespace lab_test {
 namespace {
 
 using HskCtl::Korel::KorelUtil;
-using Preference = std::pair<std::string, std::string>;
-
-bool IsStretched(const char* host) {
-  StandOn(host);
-  return KorelUtil::IsInStretchedCluster();
-}
-
-void MoveTo(const char* host, const char* faultDomain) {
-  At(host)->SetFaultDomainName(faultDomain);
-}
-
-void Prefer(const std::string& name, const std::string& cluster) {
-  HostControl()->SetPreferredFaultDomain(name, cluster);
-}
-
-Preference Preferred(const std::string& cluster) {
-  Preference preferred{"x", "x"};
-  KorelUtil::GetPreferredFaultDomainInfo(cluster, preferred.first, preferred.second);
-  return preferred;
-}
 
 /// Cluster A's data lies in "east", host1, and "west", host2; its witness prefers "east".
 class StretchedTest : public ClustersTest {
  protected:
-  StretchedTest() {
-    MoveTo("host1", "east");
-    MoveTo("host2", "west");
-    StandOn("host6");
-    Prefer("east", kClusterA);
-  }
+  StretchedTest() { EXPECT_EQ(Play("1 domain east; 2 domain west; 6 prefer A east"), ""); }
 };
 
+/// Whether the cluster is stretched and what is preferred, as its member of that number sees it.
+std::string Seen(const std::string& cluster, const std::string& number) {
+  StandOn("host" + number);
+  std::string name;
+  std::string id;
+  KorelUtil::GetPreferredFaultDomainInfo(Long(cluster), name, id);
+  EXPECT_EQ(id.empty(), name.empty());
+  return (KorelUtil::IsInStretchedCluster() ? "stretched " : "plain ") +
+         (name.empty() ? "none" : name);
+}
+
 TEST_F(StretchedTest, WhileThereIsAWitnessAndDataInTwoFaultDomains) {
-  for (const char* host : {"host1", "host2", "host6"}) EXPECT_TRUE(IsStretched(host)) << host;
-  EXPECT_FALSE(IsStretched("host3"));
-  const std::tuple<const char*, const char*, std::function<void()>, bool> acts[] = {
-      {"both in one", "host2", [] { MoveTo("host2", "east"); }, false},
-      {"apart again", "host2", [] { MoveTo("host2", "west"); }, true},
-      {"three are not two", "host5", [] { Join(kClusterA); }, false},
-      {"the third in one of them", "host5", [] { MoveTo("host5", "west"); }, true},
-      {"a witness's own does not count", "host6", [] { MoveTo("host6", "north"); }, true},
-      {"witness leaves", "host6", [] { Leave(kClusterA); }, false},
-  };
-  for (const auto& [what, host, act, isStretched] : acts) {
-    StandOn(host);
-    act();
-    EXPECT_EQ(IsStretched("host1"), isStretched) << what;
-  }
+  Expect([] { return Seen("A", "1"); }, R"(
+                                                             -> stretched east
+2 domain / 5 join A; 5 domain west / 5 join A metadata / 6 domain north / 2 reboot -> stretched east
+6 reboot / 1 type metadata; 2 type metadata                  -> stretched east
+2 domain east / 5 join A / 2 type metadata                   -> plain east
+6 leave A / 6 type metadata                                  -> plain none
+6 leave A; 6 join A witness west / 5 join A witness west; 6 leave A -> stretched west
+2 domain east; 6 prefer A north / 5 join A; 6 prefer A north -> plain north
+)");
+  Expect([] { return Seen("B", "3"); }, R"(
+                                      -> plain none
+3 type metadata                       -> plain none
+6 join B witness any                  -> plain any
+6 join B witness any; 3 type metadata -> stretched any
+)");
+  Expect([] { return Seen("B", "6"); }, R"(
+6 join B witness any            -> stretched any
+6 join B witness any; 6 leave A -> plain any
+)");
 }
 
 TEST_F(StretchedTest, Refusals) {
-  ExpectRefused([] { Prefer("", kClusterA); }, "a witness must name its preferred fault domain");
-  ExpectRefused([] { Prefer("north", kClusterA); },
-                "'north' is no fault domain of the cluster's data hosts; theirs are 'east' and "
-                "'west'");
-  StandOn("host1");
-  EXPECT_EQ(Preferred(kClusterA), Preference("east", KorelUtil::GetFaultDomainId()));
-  ExpectRefused([] { Prefer("west", kClusterA); },
-                "the preferred fault domain of cluster " + kClusterA + " is set on its witness");
+  ExpectRefusals(R"(
+6 prefer A -    -> a witness must name its preferred fault domain
+6 prefer A no   -> 'no' is no fault domain of the cluster's data hosts; theirs are 'east' and 'west'
+2 reboot; 6 prefer A no / 5 join A witness no -> 'no' is no fault domain of...
+5 join A metadata; 5 domain no; 6 prefer A no -> 'no' is no fault domain of...
+6 domain no; 6 prefer A no -> 'no' is no fault domain of...
+6 prefer B east -> the host is not in cluster B
+1 prefer A west -> the preferred fault domain of cluster A is set on its witness
+)");
+}
+
+TEST_F(StretchedTest, NamesOfFaultDomainsAtTheirEdges) {
+  ASSERT_EQ(Play("2 domain east"), "");
+  Expect([] { return ""; }, R"(
+5 domain (x)256 / 5 domain (%c3%a9)128 / 6 prefer A (x)256 / 6 prefer A (%c3%a9)256 ->
+5 domain %20~%c2%a0%e0%a0%80%ed%9f%bf%ee%80%80%f0%90%80%80%f4%8f%bf%bf / 5 domain $(x)1'"\ ->
+)");
+  ExpectRefusals(R"(
+5 domain (x)257 / 6 prefer A (%c3%a9)257 -> a fault domain name has 1 to 256 characters, got 257
+5 domain -                               -> a fault domain name has 1 to 256 characters, got 0
+5 domain (%c3%a9)128x                    -> a fault domain name has at most 256 bytes, got 257
+5 domain a%01 / 5 domain a%0a            -> fault domain name 'a...' has a control character in it
+6 prefer A a%1f / 5 domain a%7f          -> fault domain name 'a...' has a control character in it
+5 domain a%c2%80 / 6 prefer A a%c2%9f    -> fault domain name 'a...' has a control character in it
+5 domain a%80 / 5 domain a%c1%bf / 5 domain a%ff -> fault domain name 'a...' is not UTF-8
+5 domain a%c3 / 5 domain a%e0%9f%bf / 5 domain a%ed%a0%80 -> fault domain name 'a...' is not UTF-8
+5 domain a%f0%8f%bf%bf / 5 domain a%f4%90%80%80 -> fault domain name 'a...' is not UTF-8
+6 prefer A a%e2%82                       -> fault domain name 'a...' is not UTF-8
+)");
+}
+
+TEST_F(StretchedTest, IdsOfFaultDomainsFollowFromTheirNames) {
+  Expect(KorelUtil::GetFaultDomainId,
+         "2 domain west / 5 domain west -> 46bb38bd-d403-8a33-8009-ec58f59dfa7c");
 }
 
 }  // namespace

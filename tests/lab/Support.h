@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/hostctl/KorelUtil.h"
@@ -31,6 +30,9 @@ void AddHostsUpTo(int last);
 /// The control interface of the host that is stood on.
 std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl();
 
+/// The same of that host, which is stood on from now on.
+std::unique_ptr<Tovrin::Korel::KorelInfo> At(const std::string& host);
+
 /// The message of the KorelCtlException that `work` throws; empty when it throws none.
 std::string Failure(const std::function<void()>& work);
 
@@ -39,9 +41,6 @@ std::string State();
 
 /// Expects that `work` fails with that message and changes nothing.
 void ExpectRefused(const std::function<void()>& work, const std::string& message);
-
-/// Expects each act to fail with the message beside it and to change nothing.
-void ExpectRefusals(const std::vector<std::pair<std::function<void()>, std::string>>& refusals);
 
 /// What is said about a text that is no UUID.
 std::string NotUuid(const std::string& text);
@@ -67,6 +66,66 @@ class LabTest : public testing::Test {
 
  private:
   std::filesystem::path folder_;
+};
+
+// What hosts do and what is seen of them as short texts, so that a rule is a row of a table.
+//
+// A script is acts separated by "; ": a host's number, a verb of Script.cpp and its words, such as
+// "2 join A". A word may be short for a UUID: A to D of clusters, of which the labs here do not
+// have D, dA and dB of their default datastores, d1 and d2 of others, n1 and n2 of nodes, "#s1" of
+// the host's device s1, zeros. The modes of an evacuation are all and half. "-" is an empty text.
+// Any other word stands for itself.
+
+using Texts = std::vector<std::string>;
+
+/// What the word is short for.
+std::string Long(const std::string& word);
+/// A text with what there is a short word for in short.
+std::string Short(std::string text);
+
+/// Carries the script out, and stands on the host of the last act then. Returns what the act that
+/// fails says, in short, after which none follows; empty when all are done.
+std::string Play(const std::string& script);
+
+/// A case of tables. A row is a line: a script, or several with slashes between them, and after an
+/// arrow what is expected of each. Each begins with the lab that the first one found. Three points
+/// in what is expected stand for anything.
+class RowsTest : public LabTest {
+ protected:
+  /// Expects that each script is carried out, after which the view says what stands beside it.
+  void Expect(const std::function<std::string()>& view, const std::string& table);
+  /// Expects that the last act of each script fails with that message and changes nothing.
+  void ExpectRefusals(const std::string& table);
+  /// Runs the test with each script and what is expected of it.
+  void EachRow(const std::string& table,
+               const std::function<void(const std::string&, const std::string&)>& test);
+  /// Puts back the lab that the first row found.
+  void Again();
+
+ private:
+  std::string first_;
+};
+
+/// Hosts 1 and 2 are in cluster A and 6 is its witness, 3 is in B, 4 in client cluster C, 5 in
+/// none.
+class ClustersTest : public RowsTest {
+ protected:
+  ClustersTest();
+};
+
+/// Makes a lab with a host for each of the texts between slashes, which name its devices and their
+/// sizes in GB: "c1 s1 s2=40 / c1 f1". The first letter is the kind: c for caching flash, f for
+/// flash with the capacity tag, s for spinning. The size is 400 when none is given.
+void MakeHosts(const std::string& hosts);
+
+/// The disk groups and the pool of host1 in the order of its inventory, with the data on each
+/// capacity disk, and a minus at what is not mounted: "c1(s1:100 s2:0-) c2-(s3:100-) pool(f1:10)".
+std::string Groups();
+
+/// A host with groups c1 of s1 and s2 and c2 of s3, a pool of f1, and c3, s4 and f2 to spare.
+class DisksTest : public RowsTest {
+ protected:
+  DisksTest();
 };
 
 }  // namespace lab_test

@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "lab/hostctl/HandedOut.h"
 #include "lab/model/HostFiles.h"
@@ -12,18 +13,14 @@ namespace lab_test {
 namespace {
 
 using HskCtl::Korel::KorelUtil;
-using testing::Pair;
 using Tovrin::Misc::HostPath;
 
-class TraceTest : public LabTest {
+class TraceTest : public RowsTest {
  protected:
   static int Daemon(const std::string& argument) {
     return KorelUtil::KorelExec(lab::kTraceDaemon, argument, false, true, false);
   }
   static std::string ConfigFile() { return HostPath(lab::kTraceConfigFile); }
-  static void Change(void (*change)(lab::Store&, const lab::Host&)) {
-    lab::ChangeLab([&](lab::Store& store) { change(store, lab::CurrentHost(store)); });
-  }
   /// What the lab has of the file; nothing when it has none.
   static std::optional<std::string> Kept(const std::string& path = lab::kTraceConfigFile) {
     const auto file = lab::ReadLab(
@@ -33,72 +30,75 @@ class TraceTest : public LabTest {
   static void Put(const lab::HostFile& file) {
     lab::ChangeLab([&](lab::Store& store) { lab::PutFile(store, lab::CurrentHost(store), file); });
   }
-  static lab::TraceOptions Options() {
-    return lab::ChangeLab(
-        [](lab::Store& store) { return lab::TraceOptionsOf(store, lab::CurrentHost(store)); });
-  }
 };
 
 TEST_F(TraceTest, OptionsAreKeptByHostAndRefusedWhole) {
   AddHostsUpTo(2);
-  KorelUtil::SetTracedLogOptions({{"normal_path", "/a b"}, {"urgent_to_syslog", "true"}});
-  KorelUtil::SetTracedLogOptions({{"normal_path", ""}, {"object_manager_size_in_kb", "0"}});
-  KorelUtil::SetTracedLogOptions({{"urgent_to_syslog", "false"}});
-  EXPECT_THAT(Options(), testing::UnorderedElementsAre(Pair("normal_path", ""),
-                                                       Pair("object_manager_size_in_kb", "0"),
-                                                       Pair("urgent_to_syslog", "false")));
-  const std::string path =
-      "trace option normal_path must be an absolute path without quotation marks and control "
-      "characters, or be empty, got ";
-  const std::tuple<std::string, std::string, std::string> cases[] = {
-      {"normal_paths", "/", "no trace option is named 'normal_paths', did you mean 'normal_path'?"},
-      {"normal_path", "/a\"b", path + "'/a\"b'"},
-      {"normal_num_of_files", "7x",
-       "trace option normal_num_of_files must be a number of 0 or more, got '7x'"},
-      {"urgent_to_syslog", "1", "trace option urgent_to_syslog must be true or false, got '1'"},
+  const auto options = [] {
+    StandOn("host1");
+    std::string all;
+    for (const auto& [name, value] : lab::ReadLab([](lab::Store& store) {
+           return lab::TraceOptionsOf(store, lab::CurrentHost(store));
+         })) {
+      all += name + "=" + value + ";";
+    }
+    return all;
   };
-  for (const auto& [name, value, message] : cases) {
-    const std::unordered_map<std::string, std::string> options{
-        {"log_structured_object_manager_size_in_kb", "5"}, {name, value}};
-    ExpectRefused([&] { KorelUtil::SetTracedLogOptions(options); }, message);
-  }
-  StandOn("host2");
-  EXPECT_TRUE(Options().empty());
+  // With each option goes a number of urgent files, 3.
+  Expect(options, R"(
+2 option normal_path /b                        ->
+1 option normal_path /a; 1 option normal_path -; 1 option urgent_to_syslog true -> normal_path=;urgent_num_of_files=3;urgent_to_syslog=true;
+1 option normal_path /%20~; 1 option urgent_to_syslog false -> normal_path=/ ~;urgent_num_of_files=3;urgent_to_syslog=false;
+1 option normal_size_in_kb 9223372036854775807 -> normal_size_in_kb=9223372036854775807;urgent_num_of_files=3;
+1 option urgent_size_in_kb 0                   -> urgent_num_of_files=3;urgent_size_in_kb=0;
+)");
+  ExpectRefusals(R"(
+1 option normal_paths /      -> no trace option is named 'normal_paths', did you mean 'normal_path'?
+1 option urgent_to_syslog 1  -> trace option urgent_to_syslog must be true or false, got '1'
+1 option normal_path a       -> trace option normal_path must be an absolute path without quotation marks...
+1 option normal_path /a%22b / 1 option normal_path /%0a -> trace option normal_path must...
+1 option normal_path /%1f / 1 option normal_path /%7f -> trace option normal_path must...
+1 option urgent_size_in_kb - -> ... must be a number of 0 or more, got '...
+1 option urgent_size_in_kb 7x -> ... must be a number of 0 or more, got '...
+1 option normal_num_of_files 9223372036854775808 -> ... must be a number of 0 or more, got '...
+1 option urgent_size_in_kb -1 -> ... must be a number of 0 or more, got '-1'
+)");
 }
 
-TEST_F(TraceTest, DaemonOfAHostRunsUntilItIsStoppedAndNeedsItsConfiguration) {
-  Change(lab::StopTraceDaemon);
-  EXPECT_EQ(Daemon("status"), 3);
-  Change(lab::StartTraceDaemon);
-  EXPECT_EQ(Daemon("status"), 0);
-  EXPECT_EQ(Daemon("nonsense"), 2);
+TEST_F(TraceTest, TheInitScriptAnswersAndTheLogSaysWhatWasDone) {
+  AddHostsUpTo(2);
+  const auto log = [] {
+    EXPECT_EQ(Play("2 exec status 0"), "") << "each host has its own";
+    StandOn("host1");
+    std::istringstream lines(Kept(lab::kTraceLogFile).value_or(""));
+    std::string events;
+    for (std::string time, name, event; lines >> time >> name >> event;) events += event + " ";
+    return events + std::to_string(Daemon("status"));
+  };
+  Expect(log, R"(
+1 exec start 0 / 1 exec reload 2                    -> 0
+1 exec stop 0 / 1 exec stop 0; 1 exec stop 0        -> stopped 3
+1 tell so 5; 1 exec stop 0; 1 exec restart 5        -> stopped 3
+1 unfile @conf; 1 exec restart 1; 1 exec status 0; 1 exec stop 0; 1 exec start 1 -> stopped 3
+1 file @conf 65536; 1 exec stop 0; 1 exec start 1   -> stopped 3
+1 exec stop 0; 1 exec start 0                       -> stopped started 0
+1 file @conf 3 fixed; 1 exec stop 0; 1 exec start 0 -> stopped started 0
+1 exec stop 0; 1 exec restart 0                     -> stopped restarted 0
+1 tell 0 so; 1 exec stop 0; 1 exec restart 0        -> stopped restarted 0
+1 exec restart 0; 1 exec restart 0                  -> restarted restarted 0
+1 tell -1 7; 1 exec restart 7; 1 exec start 0       -> -1
+1 tell 3 0; 1 exec restart 0                        -> restarted 3
+1 tell 3 0; 1 tell so so; 1 exec restart 0          -> restarted 0
+)");
   EXPECT_EQ(KorelUtil::KorelExec("/bin/true", "", false, true, false), -1) << "no such program";
-  Change(lab::StopTraceDaemon);
-  Change([](lab::Store& store, const lab::Host& host) {
-    lab::RemoveFile(store, host, lab::kTraceConfigFile);
-  });
-  ExpectRefused([] { Change(lab::StartTraceDaemon); },
-                "the trace daemon cannot start: host1 has no /etc/ostrel/korel/koreltraced.conf, "
-                "or one too large; 'autocli lab file put' puts another one there");
-  EXPECT_EQ(Daemon("restart"), 1);
-  EXPECT_EQ(Kept(), std::nullopt) << "what is missing stays missing";
-}
-
-TEST_F(TraceTest, InitScriptAnswersWhatItIsTold) {
-  const auto tell = [](std::optional<int> status, std::optional<int> restart) {
-    lab::ChangeLab([&](lab::Store& store) {
-      lab::SetTraceAnswers(store, lab::CurrentHost(store), {status, restart});
-    });
-  };
-  tell(-1, 7);
-  EXPECT_EQ(Daemon("status"), -1);
-  ExpectRefused([] { EXPECT_EQ(Daemon("restart"), 7); }, "");
-  tell(3, 0);
-  EXPECT_EQ(Daemon("status"), 3);
-  EXPECT_EQ(Daemon("restart"), 0);
-  EXPECT_THAT(Kept(lab::kTraceLogFile).value_or(""), testing::EndsWith(" restarted\n"));
-  tell({}, {});
-  EXPECT_EQ(Daemon("status"), 0);
+  EXPECT_EQ(Play("1 exec stop 0; 1 unfile @conf"), "");
+  ExpectRefused(
+      [] {
+        lab::ChangeLab(
+            [](lab::Store& store) { lab::StartTraceDaemon(store, lab::CurrentHost(store)); });
+      },
+      "the trace daemon cannot start: host1 has no /etc/ostrel/korel/koreltraced.conf, "
+      "or one too large; 'autocli lab file put' puts another one there");
 }
 
 TEST_F(TraceTest, RestartTakesTheVolumeThatTheFileNames) {
@@ -117,27 +117,40 @@ TEST_F(TraceTest, RestartTakesTheVolumeThatTheFileNames) {
   }
 }
 
-TEST_F(TraceTest, LogKeepsItsNewestLines) {
-  for (int i = 0; i < 150; ++i) Daemon("restart");
-  Change(lab::StopTraceDaemon);
-  const std::string log = *Kept(lab::kTraceLogFile);
-  EXPECT_LE(log.size(), 4096U);
-  EXPECT_GT(log.size(), 4000U);
-  EXPECT_EQ(log[4], '-') << "a line is whole";
-  EXPECT_THAT(log, testing::EndsWith("stopped\n"));
+TEST_F(TraceTest, LogKeepsItsNewestLinesOf4096Bytes) {
+  Daemon("restart");
+  const std::size_t line = Kept(lab::kTraceLogFile)->size();
+  for (const auto& [size, kept] : {std::pair(4096U, 4096U), {4097U, 4095U}, {4098U, 4096U}}) {
+    Put({lab::kTraceLogFile, "x\n" + std::string(size - line - 3, 'y') + "\n", false});
+    Daemon("restart");
+    EXPECT_EQ(Kept(lab::kTraceLogFile)->size(), kept) << size;
+  }
+}
+
+TEST_F(TraceTest, AFreshHostsConfigurationHasTheDefaults) {
+  const std::string config = *Kept();
+  for (const std::string kind : {"", "DOM_OBJ_", "LSOM_", "LSOM_VERBOSE_", "URGENT_"}) {
+    const std::string size = kind == "URGENT_" ? "FILE_SIZE=10\n" : "FILE_SIZE=45\n";
+    EXPECT_THAT(config, testing::HasSubstr("\nKORELTRACED_" + kind + "ROTATE_MAX_FILES=8\n"));
+    EXPECT_THAT(config, testing::HasSubstr("\nKORELTRACED_" + kind + "ROTATE_" + size));
+  }
+  EXPECT_THAT(config, testing::StartsWith("KORELTRACED_VOLUME=\"\"\n"));
+  EXPECT_THAT(config, testing::HasSubstr("\nKORELTRACED_LOG_URGENT_TO_SYSLOG=1\n"));
 }
 
 TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
+  const auto keptAfter = [](const std::string& argument) {
+    Daemon(argument);
+    return Kept().value_or("none");
+  };
   const std::string path = ConfigFile();
   const std::string before = ReadFile(path);
   WriteFile(path, "A=1\n");
   EXPECT_EQ(Kept(), before);
-  EXPECT_EQ(Daemon("status"), 0);
-  EXPECT_EQ(Kept(), "A=1\n");
+  EXPECT_EQ(keptAfter("status"), "A=1\n");
   // What nobody wrote to is not taken in over what is newer.
   Put({lab::kTraceConfigFile, "B=2\n", false});
-  Daemon("status");
-  EXPECT_EQ(Kept(), "B=2\n");
+  EXPECT_EQ(keptAfter("status"), "B=2\n");
   EXPECT_EQ(ReadFile(ConfigFile()), "B=2\n") << "read again each time";
   WriteFile(ConfigFile(), "C=3\n");
   HostControl().reset();
@@ -151,14 +164,12 @@ TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
       testing::ExitedWithCode(0), "");
   EXPECT_EQ(Kept(), "D=4\n") << "with the end of the process";
   WriteFile(ConfigFile(), "E=5\n");
-  Change([](lab::Store& store, const lab::Host& host) {
-    lab::RemoveFile(store, host, lab::kTraceConfigFile);
-  });
-  EXPECT_EQ(Daemon("status"), 0);
-  EXPECT_EQ(Kept(), std::nullopt) << "removed while it was open";
+  EXPECT_EQ(Play("1 unfile @conf"), "");
+  EXPECT_EQ(keptAfter("status"), "none") << "removed while it was open";
   Put({lab::kTraceConfigFile, "F=6\n", false});
-  const std::string large(lab::kMostFileBytes + 1, 'x');
-  WriteFile(ConfigFile(), large);
+  WriteFile(ConfigFile(), std::string(65536, 'x'));
+  EXPECT_EQ(keptAfter("status").size(), 65536U);
+  WriteFile(ConfigFile(), std::string(65537, 'x'));
   ExpectRefused([] { Daemon("restart"); },
                 "a host's file holds at most 64 KiB, '/etc/ostrel/korel/koreltraced.conf' would "
                 "hold 65537 bytes; it stays as it was");
@@ -166,19 +177,33 @@ TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
 }
 
 TEST_F(TraceTest, HandedOutFilesAreThoseOfTheLabAlone) {
+  AddHostsUpTo(2);
   EXPECT_FALSE(std::filesystem::exists(HostPath("/etc/passwd")));
-  for (const auto& [path, message] : std::vector<std::pair<std::string, std::string>>{
-           {"/etc/..", "'/etc/..' has a \"..\" in it"},
-           {"etc", "'etc' is not an absolute path"},
-           {"/etc/", "'/etc/' is no path of a file"}}) {
-    ExpectRefused([&, &tried = path] { HostPath(tried); }, message);
-  }
+  ExpectRefused([] { HostPath("/etc/.."); }, "'/etc/..' has a \"..\" in it");
+  const auto size = [] {
+    StandOn("host1");
+    return std::to_string(Kept(Long("/(x)999")).value_or("").size());
+  };
+  Expect(size, R"(
+1 file /..a/b../... 65536                                  -> 0
+1 file /(x)999 65536                                       -> 65536
+1 file /(x)999 1 fixed; 1 file /(x)999 2; 2 file /(x)999 3 -> 2
+)");
+  ExpectRefusals(R"(
+1 file /.. 1 / 1 file /a/../b 1 / 1 file /a/.. 1 -> '...' has a ".." in it
+1 file - 1 / 1 file etc 1 / 1 unfile a -> '...' is not an absolute path
+1 file /etc/ 1 / 1 file %2f 1 / 1 file /a%00b 1 / 1 file /(x)1000 1 -> '...' is no path of a file
+1 file /a 65537          -> a host's file holds at most 64 KiB, '/a' would hold 65537 bytes
+2 file /a 1; 1 unfile /a -> host1 has no file '/a'; 'autocli lab file list' shows those it has
+)");
+  Again();
   for (const std::string content : {"", "A=1\n"}) {
     Put({"/etc/fixed", content, true});
     std::ofstream file(HostPath("/etc/fixed"), std::ios::binary);
     file << "B=2\n";
     file.close();
     EXPECT_FALSE(file) << "also for root";
+    std::fstream(HostPath("/etc/fixed"), std::ios::in | std::ios::out) << "C" << std::flush;
     Daemon("status");
     EXPECT_EQ(Kept("/etc/fixed"), content);
   }

@@ -107,6 +107,15 @@ TEST_F(UpgradeTest, HostFilesAreReadInOnceAndNothingIsFollowed) {
   EXPECT_THAT(State(), testing::Not(testing::HasSubstr("not a lab's")));
 }
 
+TEST_F(UpgradeTest, AThousandFilesOfAHostAreReadInAndMoreAreNamed) {
+  MakeOld(3);
+  for (int i = 0; i < 1001; ++i) WriteOld("host1/" + std::to_string(i), "");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(Files().size(), 1000U);
+  const std::string notes = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(notes.begin(), notes.end(), '\n'), 1) << notes;
+}
+
 TEST_F(UpgradeTest, FilesOfReplacedHostsAreNotTaken) {
   MakeOld(3, "PRAGMA user_version = -3");
   WriteOld("host1/etc/old", "of the host before");
