@@ -90,9 +90,9 @@ TEST_F(CallTest, FaultsStrikeAsOftenAsTheyAreToldWhicheverHostAsks) {
   AddFault("GetKorelInfo", "second", 1);
   EXPECT_EQ(HostControl(), nullptr);
   EXPECT_EQ(Failure([] { HostControl()->SetResyncThrottle(513); }), "first") << "before all else";
-  EXPECT_EQ(lab::ReadLab(lab::AllFaults).size(), 1U);
+  EXPECT_EQ(lab::ReadLab(lab::AllInjectedFailures).size(), 1U);
   EXPECT_EQ(HostControl()->GetResyncThrottle(), 0);
-  lab::ChangeLab(lab::ClearFaults);
+  lab::ChangeLab(lab::ClearInjectedFailures);
   EXPECT_EQ(Failure(set), "");
   ExpectRefused([] { AddFault("AddDatastor", "x", 1); },
                 "no host control operation is named 'AddDatastor', did you mean 'AddDatastore'?");
