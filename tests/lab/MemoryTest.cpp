@@ -52,11 +52,9 @@ TEST_F(MemoryTest, UndoTakesBackTheLastCommandWholeAndTwiceChangesNothing) {
   AddHostsUpTo(2);
   const std::string first = State();
   Command(1, "one");
-  const auto host = HostControl();
-  host->CreateCluster(kClusterA, true, false);
-  host->AddDisks("mpx.dkhba0:C0:T1:L0", {"mpx.dkhba2:C0:T1:L0"});
-  HostControl()->AddUnicastAgent(kClusterB, Tovrin::Korel::KorelUnicastAgentType::Node, true,
-                                 "10.0.0.1", 1, false, "", "", "", "");
+  ASSERT_EQ(Play("1 create A; 1 claim mpx.dkhba0:C0:T1:L0 mpx.dkhba2:C0:T1:L0; "
+                 "1 agent node n1 10.0.0.1 1"),
+            "");
   const std::string second = State();
   StandOn("host2");
   Command(2, "two");

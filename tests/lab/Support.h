@@ -16,9 +16,7 @@ namespace lab_test {
 
 inline const std::string kClusterA = "aaaaaaaa-0000-4000-8000-000000000001";
 inline const std::string kClusterB = "bbbbbbbb-0000-4000-8000-000000000002";
-inline const std::string kClusterC = "cccccccc-0000-4000-8000-000000000003";
 inline const std::string kDatastore1 = "d0000000-0000-4000-8000-000000000001";
-inline const std::string kDatastore2 = "d0000000-0000-4000-8000-000000000002";
 inline const std::string kZeros = "00000000-0000-0000-0000-000000000000";
 
 /// Calls of host control operations that follow act on that host of the lab.
@@ -70,11 +68,11 @@ class LabTest : public testing::Test {
 
 // What hosts do and what is seen of them as short texts, so that a rule is a row of a table.
 //
-// A script is acts separated by "; ": a host's number, a verb of Script.cpp and its words, such as
-// "2 join A". A word may be short for a UUID: A to D of clusters, of which the labs here do not
+// A script is acts separated by "; ": a host's number, a verb of Support.cpp and its words, such
+// as "2 join A". A word may be short for a UUID: A to D of clusters, of which the labs here do not
 // have D, dA and dB of their default datastores, d1 and d2 of others, n1 and n2 of nodes, "#s1" of
-// the host's device s1, zeros. The modes of an evacuation are all and half. "-" is an empty text.
-// Any other word stands for itself.
+// the host's device s1, zeros. The modes of an evacuation are all and half. "-" is an empty text,
+// "%0a" that byte, "(xy)3" is "xyxyxy". Any other word stands for itself.
 
 using Texts = std::vector<std::string>;
 

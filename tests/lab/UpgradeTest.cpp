@@ -63,15 +63,7 @@ TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {
             " (2, 1, 'c', '22222222-0000-4000-8000-000000000002', 1, 0, 100, '', '');"
             "INSERT INTO claims VALUES (2, 2, 15, " +
                 claim + ", (1, 2, 15, " + claim + ";");
-    const auto info = [](const char* uuid) {
-      Tovrin::Korel::KorelDiskList disks;
-      HskCtl::Korel::KorelUtil::GetKorelDisks(disks, Tovrin::Korel::KorelDiskTypes::All);
-      Tovrin::Korel::KorelDiskInfo found;
-      HostControl()->GetDiskInfo(HskCtl::Korel::KorelUtil::StringToKorelUuid(uuid), disks, found);
-      return found;
-    };
-    EXPECT_EQ(info("22222222-0000-4000-8000-000000000001").diskGroupName, "c");
-    EXPECT_EQ(info("22222222-0000-4000-8000-000000000001").onDiskFormatVersion, 15);
+    EXPECT_EQ(Groups(), "c-(s:100-) pool()");
     EXPECT_THAT(State(), testing::HasSubstr("|1|2|15|2025-01-01T00:00:00Z|0|100\n"));
     EXPECT_EQ(DaemonStatus(), 0) << "without a folder a host is as a fresh one";
   }
