@@ -15,7 +15,9 @@ using testing::ElementsAre;
 
 void AddFault(const std::string& operation, const std::string& message,
               std::optional<std::int64_t> count) {
-  lab::ChangeLab([&](lab::Store& store) { lab::AddInjectedFailure(store, {operation, message, count}); });
+  lab::ChangeLab([&](lab::Store& store) {
+    lab::AddInjectedFailure(store, {operation, message, count});
+  });
 }
 
 class CallTest : public RowsTest {
