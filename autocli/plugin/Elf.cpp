@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "autocli/base/File.h"
+
 /// The linker's name for the header of the file that this code is in: of the right machine,
 /// whichever that is.
 extern "C" __attribute__((visibility("hidden"))) const ElfW(Ehdr) __ehdr_start;
@@ -99,11 +101,8 @@ std::string VersionOf(int file) {
 }  // namespace
 
 std::string ElfVersion(const std::string& path) {
-  const int file = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-  if (file < 0) return "";
-  std::string version = VersionOf(file);
-  close(file);
-  return version;
+  const File file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  return file.Number() < 0 ? "" : VersionOf(file.Number());
 }
 
 std::string ElfProblem(int file) {

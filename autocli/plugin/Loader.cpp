@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "autocli/base/File.h"
 #include "autocli/base/Guard.h"
 #include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Watch.h"
@@ -43,12 +44,10 @@ std::string FileProblem(int folder, const std::string& name) {
   }
   // Before it is opened, for opening a pipe or a device can have effects of its own.
   if (!S_ISREG(state.st_mode)) return "no regular file";
-  const int file = openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-  if (file < 0) return std::strerror(errno);
-  std::string problem = TrustProblem(file);
-  if (problem.empty()) problem = ElfProblem(file);
-  close(file);
-  return problem;
+  const File file(openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+  if (file.Number() < 0) return std::strerror(errno);
+  const std::string problem = TrustProblem(file.Number());
+  return problem.empty() ? ElfProblem(file.Number()) : problem;
 }
 
 /// Loads the file and calls its entry point. Returns why that failed; empty when it did not.
@@ -95,25 +94,20 @@ std::string PluginFolder() {
 }
 
 std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root) {
-  const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (file < 0) {
+  File file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (file.Number() < 0) {
     if (errno == ENOENT) return {};
     return {{folder, "", std::strerror(errno)}};
   }
-  const std::string untrusted = TrustProblem(file);
-  if (!untrusted.empty()) {
-    close(file);
-    return {{folder, "", untrusted}};
-  }
-  DIR* directory = fdopendir(file);
-  if (directory == nullptr) {
-    close(file);
-    return {{folder, "", "cannot be listed"}};
-  }
+  const std::string untrusted = TrustProblem(file.Number());
+  if (!untrusted.empty()) return {{folder, "", untrusted}};
+  DIR* directory = fdopendir(file.Number());
+  if (directory == nullptr) return {{folder, "", "cannot be listed"}};
+  const int searched = file.Release();  // closed with the directory
   std::vector<Plugin> plugins;
   Watch watch;
   for (const std::string& name : PluginsIn(directory)) {
-    Plugin plugin{fmt::format("{}/{}", folder, name), name, FileProblem(file, name)};
+    Plugin plugin{fmt::format("{}/{}", folder, name), name, FileProblem(searched, name)};
     if (plugin.problem.empty()) plugin.problem = Load(plugin.path, root, watch);
     plugins.push_back(std::move(plugin));
   }

@@ -9,38 +9,16 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
-#include <utility>
 #include <vector>
 
+#include "autocli/base/File.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace Corvex::AutoCli {
 
 namespace {
 
-/// A file descriptor that is closed at the latest when it goes out of scope.
-class File {
- public:
-  File() = default;
-  explicit File(int number) : number_(number) {}
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-  File(File&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  File& operator=(File&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-  }
-  ~File() { Close(); }
-
-  void Close() {
-    if (number_ >= 0) close(number_);
-    number_ = -1;
-  }
-  int Number() const { return number_; }
-
- private:
-  int number_ = -1;
-};
+using autocli::File;
 
 struct Pipe {
   File read;
