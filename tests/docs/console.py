@@ -75,6 +75,8 @@ def main(arguments):
             page = Page(file.read(), os.path.abspath(programs), folder)
         print("\n".join(page.faults + [f"{path}: {page.commands} commands"]))
         failed |= bool(page.faults) or page.commands == 0
+        if page.faults and not write:
+            print("brought up to date by: ./dev docs")
         if write:
             with open(path, "w", encoding="utf-8") as file:
                 file.write(page.text)
