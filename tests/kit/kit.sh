@@ -33,6 +33,12 @@ expect 0 $'hello.so,0.3,true\nkorel.so,1.0.0,true\nlab.so,1.0.0,true' "$prefix/b
   --fields Name,Version,Loaded
 expect 0 AutoCli_RegisterNamespaces nm -D --defined-only --format=just-symbols "$plugins/hello.so"
 
+# Without the library that has the lab, only what needs it fails.
+mv "$prefix/lib/autocli/libkorellab.so" "$scratch"
+expect 0 "Enabled: false" "$prefix/bin/korel" storage automode get
+expect 1 "error: Unable to get fault domain name: the lab cannot be loaded: $prefix/bin/../lib/autocli/libkorellab.so:\
+ cannot open shared object file: No such file or directory" "$prefix/bin/korel" faultdomain get
+
 mkdir "$scratch/crossing"
 cp "$tree/tests/kit/crossing.cpp" "$scratch/crossing/Hello.cpp"
 sed 's/(hello /(crossing /' "$tree/examples/hello-plugin/CMakeLists.txt" >"$scratch/crossing/CMakeLists.txt"
