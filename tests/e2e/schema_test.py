@@ -66,9 +66,9 @@ with tempfile.TemporaryDirectory() as folder:
     run("korel", "cluster", "join", "-u", cluster, host="host3")
 
     tree = dict(commands(json.loads(run("--describe").stdout), ""))
-    # Commands that no line runs, as far as they need no more than their path.
-    alone = [path for path, node in tree.items() if not re.search(f"^{path}( -|$)", LINES, re.M)
-             and not any(option["required"] for option in node["parameters"])]
+    # Commands that no line runs and that take no words.
+    alone = [path for path, node in tree.items()
+             if not node["parameters"] and not re.search(f"^{path}$", LINES, re.M)]
     text = "\n".join([LINES.replace("CLUSTER", cluster), *alone, ""])
     batch = run("batch", "-", "--keep-going", text=text)
 

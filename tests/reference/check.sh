@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # check.sh BIN DOCS: holds the pages in DOCS against the programs in BIN, and manual pages against mandoc.
 set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
 PATH=$1:$PATH
 unset COLUMNS NO_COLOR
 cd "$(mktemp -d)"
@@ -13,7 +14,7 @@ mandoc -Tlint man/*.1
 
 # A full disk leaves the old page whole, and nothing beside it. Counts of coverage are not cut short.
 (ulimit -f 1; trap '' XFSZ; GCOV_PREFIX=/dev/null autocli --reference markdown pages 2>fault) || true
-grep 'error: cannot write "pages/commands.md": File too large' fault
+grep -q 'error: cannot write "pages/commands.md": File too large' fault
 [[ $(ls -A pages) == commands.md ]]
 cmp "$2/commands.md" pages/commands.md
 
@@ -25,6 +26,4 @@ for against in TERM=dumb TERM= "TERM=xterm NO_COLOR=1"; do
   seen "$against" && cmp seen <(COLUMNS=60 autocli help)
 done
 
-# The examples of the help page, run again: each block holds a command and its output.
-awk '/^```/ { inside = !inside } !inside || /^```/
-     inside && /^\$ / { print; fflush(); system(substr($0, 3)) }' "$2/help.md" | diff -u "$2/help.md" -
+bash "$here/examples.sh" "$1" "$2/help.md" | diff -u "$2/help.md" - || { echo "docs/help.md is not what the program says: ./dev docs"; exit 1; }
