@@ -62,10 +62,10 @@ TEST_F(BatchTest, TellsHostLibrariesWhichLineIsCarriedOut) {
     told.emplace_back(std::getenv("AUTOCLI_LINE"));
     Declare::Succeed(output);
   };
-  Run("disk grow --name a\n\ndisk grow  --name \"it's b\" # comment\n");
+  Run("disk grow --name ''\n\ndisk grow  --name \"it's b\" # comment\n");
   tree.Run("disk grow --name c");
   const std::string process = std::to_string(getpid());
-  EXPECT_EQ(told, (Words{process + " 1 disk grow --name a",
+  EXPECT_EQ(told, (Words{process + " 1 disk grow --name ''",
                          process + R"( 3 disk grow --name 'it'\''s b')",
                          process + " 0 disk grow --name c"}));
 }
@@ -78,7 +78,7 @@ TEST_F(BatchTest, AnswersEachLineAndStopsAtTheFirstFailure) {
   const std::string grown = R"("command":"disk grow","ok":true,"result":true,"errors":[]})";
   const std::string full = R"({"line":3,"command":"disk grow","ok":false,"result":null,"errors":)"
                            R"([{"kind":"command","message":"no room"}]})";
-  const std::string lines = "disk grow -n 'a b'\r\n\ndisk grow -n full\ndisk grow -n c";
+  const std::string lines = "disk grow -n 'a b'\r\n\ndisk grow -n full\r\ndisk grow -n c";
   const std::string upToFailure = "{\"line\":1," + grown + "\n" + full + "\n";
   EXPECT_EQ(Run(lines), (Ran{1, upToFailure, ""}));
   EXPECT_EQ(Run(lines, " --keep-going"), (Ran{1, upToFailure + "{\"line\":4," + grown + "\n", ""}));

@@ -59,6 +59,7 @@ TEST_F(CompleteTest, AWordGoesOnAsTheParserTakesIt) {
     std::string lines;
   } cases[] = {
       {{"di"}, "disk\tDisks of the host\n"},
+      {{"--help"}, "--help\tSay what can follow, or what a command does.\n"},
       {{"disk", ""}, "list\tList the disks\ngrow\tGrow a disk\n"},
       {{"--completion", "z"}, "zsh\n"},
       {{"--completion", "zsh", ""}, ""},
@@ -92,6 +93,11 @@ TEST_F(CompleteTest, AWordGoesOnAsTheParserTakesIt) {
   EXPECT_TRUE(wasTold) << "the host must know that nothing may change";
   EXPECT_EQ(std::getenv("AUTOCLI_COMPLETING"), nullptr);
   EXPECT_THAT(Ask({""}).out, HasSubstr("\n--completion\t"));
+  tree.grow->SetDefaultOutputParameter("rest", "command");
+  tree.grow->input = [] {
+    return Declare::Inputs({{.name = "command", .type = ParameterType::StringList}});
+  };
+  EXPECT_EQ(Ask({"disk", "grow", "--com"}).out, "") << "what takes the rest is no option";
 }
 
 TEST_F(CompleteTest, WhatIsBrokenOrSlowIsNotHeardOf) {

@@ -78,8 +78,9 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
       {"dsik list", "error: unknown command \"dsik\", did you mean \"disk\"?\n", root},
       {"disk lst --unknown --name x word",
        "error: unknown command \"lst\" in \"disk\", did you mean \"list\"?\n", disk},
-      {"disk grow -x word --size many",
-       "error: unknown option \"-x\"\nerror: unexpected argument \"word\"\n"
+      {"disk grow --nmae=x word --size many",
+       "error: unknown option \"--nmae\", did you mean \"--name\"?\n"
+       "error: unexpected argument \"word\"\n"
        "error: option \"--size\" takes a 64-bit decimal integer, not \"many\"\n"
        "error: required option \"--name\" is missing\n",
        grow},
@@ -139,7 +140,7 @@ TEST(DriverTest, HelpWinsWhereverItStands) {
 
 TEST(DriverTest, WithoutAnyCommand) {
   DiskTree tree;
-  const std::string version = tree.Run("disk list --version").out;
+  const std::string version = tree.Run("disk grow --version").out;
   EXPECT_THAT(version, testing::MatchesRegex("autocli [0-9.]+\n"));
   tree.root = Namespace::New();
   EXPECT_EQ(tree.Run("--version no such"), (Ran{0, version, ""}));

@@ -96,7 +96,7 @@ TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
       {"a\nb\tc\rd", "a\\nb\\tc\\rd"},
       {"\x1b[31m", "\\x1b[31m"},
       {std::string("\0\x7f", 2), "\\x00\\x7f"},
-      {"\xc2\x9b", "\\u009b"},
+      {"\xc2\x80\xc2\x9f\xc2\xa0", "\\u0080\\u009f\xc2\xa0"},
       {"\xff\xc3", "\\xff\\xc3"},
       {"\xed\xa0\x80", "\\xed\\xa0\\x80"},           // a surrogate
       {"\xc0\xaf", "\\xc0\\xaf"},                    // overlong

@@ -159,6 +159,7 @@ TEST_F(ShellCmdTest, NothingRunsWhenTheLineMeansSomethingToAShell) {
   for (const char c : std::string("|&;<>()$`\"'\\*?[]#~={}!%^\n\t\r\x01\x7f") + '\0') {
     EXPECT_EQ(AutoCli_ShellCmd(program + " a" + c + "b", output_, ""), -1) << static_cast<int>(c);
     EXPECT_EQ(AutoCli_ShellCmd(program + c, output_, ""), -1) << static_cast<int>(c);
+    EXPECT_EQ(output_, "");
   }
   for (const std::string line : {"", "  ", "program", "./program", "/absent", "/tmp"}) {
     EXPECT_EQ(AutoCli_ShellCmd(line, output_, ""), -1) << line;

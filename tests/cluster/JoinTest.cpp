@@ -61,10 +61,10 @@ TEST(ClusterJoin, RefusesInOrder) {
        "from the cluster or disable Korel. | none",
        "GetNodeType | GetClusterInfo true"},
       {join + " -t", Client, kInClient, kChecks},
-      {join + " -t", nullptr,
+      {join + " -ct", nullptr,
        "error: If --witness-node is specified, --witness-preferred-fault-domain must also be "
        "specified. | none",
-       kChecks},
+       withFeature},
       {join + " -t -p ''", nullptr, length, kChecks},
       {join + " -t -p " + std::string(257, 'f'), nullptr, length, kChecks},
       {join + " -ct -p fd1", nullptr, notWitnessOrMetadata, withFeature},

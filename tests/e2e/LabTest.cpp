@@ -69,6 +69,16 @@ TEST_F(Lab, KeepsAFileOfAHostByteForByte) {
         "host1 has no file '/etc/none'; 'autocli lab file list' shows those it has");
 }
 
+TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
+  Do("korel cluster new --client-mode");
+  EXPECT_EQ(Ask("lab host list")["result"][0]["Node Type"], "client");
+  for (const char* name : {"one", "two"}) {
+    std::ofstream(folder + "/hosts") << R"({"hosts":[{"name":")" << name << R"("}]})";
+    Do("lab init --force --inventory " + folder + "/hosts");
+  }
+  EXPECT_NE(Ask("lab history --entry 2").dump().find("\"membership host1 of "), std::string::npos);
+}
+
 TEST_F(Lab, IsMadeOnceWhenManyComeFirst) {
   std::vector<std::thread> firsts;
   std::vector<int> statuses(6, -1);

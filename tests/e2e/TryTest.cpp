@@ -14,6 +14,8 @@ TEST_F(Lab, TriesAndTellsEveryChangeInNamesThatPeopleKnow) {
   Do("lab host add --name host2");
   Do("korel cluster new");
   const std::string node2 = Ask("lab host list")["result"][1]["Node UUID"];
+  // A metadata agent needs another feature, and is added as a witness without that one.
+  Do("lab feature set --name rebuild-trim --enabled false");
   Do("korel datastore add -n ds1 -u 5291022a-ad03-df90-dd0f-b9f980cc0002");
   Do("korel storage add -s mpx.dkhba0:C0:T1:L0 -d mpx.dkhba2:C0:T1:L0 -d mpx.dkhba2:C0:T2:L0");
   const std::pair<std::string, json> cases[] = {
@@ -24,6 +26,8 @@ TEST_F(Lab, TriesAndTellsEveryChangeInNamesThatPeopleKnow) {
         "mpx.dkhba0:C0:T1:L0", nullptr}},
       {"korel cluster unicastagent add -t node -U true -a 10.0.0.2 -u " + node2,
        {"added", "unicast agent node 10.0.0.2 of host1", "UUID", nullptr, "host2"}},
+      {"korel cluster unicastagent add -t metadata -a 10.0.0.3 -u " + node2,
+       {"added", "unicast agent metadata 10.0.0.3 of host1", "UUID", nullptr, "host2"}},
       {"korel trace set -s 100",
        {"changed", "file /etc/ostrel/korel/koreltraced.conf of host1",
         "KORELTRACED_ROTATE_FILE_SIZE", "45", "100"}},

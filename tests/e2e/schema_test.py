@@ -46,12 +46,15 @@ def commands(node, path):
 
 def misnamed(path, command, options):
     """What the command's hints name and nothing has; a hint for nothing would go unnoticed."""
-    fields = [f["name"] for f in command["output"].get("of", command["output"]).get("fields", [])]
+    record = command["output"].get("of", command["output"])
+    fields = [f["name"] for f in record.get("fields", [])]
     for key, value in command["hints"].items():
         kind, *named = key.split(":")
         wanted = {"completes": named, "fields": value.split(","), "units": [key.split(".")[-1]],
                   "header": value.split("%")[1::2]}.get(kind, [])
         wrong = [name for name in wanted if name not in fields]
+        if kind in ("fields", "units", "header"):
+            wrong += {named[0].split(".")[0]} - {record["type"]}
         wrong += [name for name in value.split(",") if kind == "completes" and name not in options]
         yield from (f"{path}: hint \"{key}\" names \"{name}\"" for name in wrong)
 
@@ -76,6 +79,10 @@ with tempfile.TemporaryDirectory() as folder:
                for option in node["parameters"]}
     faults = [batch.stderr] if batch.stderr else []
     faults += [fault for path, node in tree.items() for fault in misnamed(path, node, options)]
+    completed = {option for node in tree.values() for key, value in node["hints"].items()
+                 if key.startswith("completes:") for option in value.split(",")}
+    faults += [f"no command knows values of {option}" for option in sorted(options - completed)
+               if option.endswith(("--cluster-uuid", "--device", "--disk", "--disks", "--ssd"))]
     unmet = set(tree)
     for document in map(json.loads, batch.stdout.splitlines()):
         if not document["ok"]:

@@ -26,7 +26,7 @@ TEST_F(DatastoreTest, EachHostKnowsItsClustersDefaultOneFirstThenByName) {
   };
   Expect(all, R"(
                               -> default* of A, ds of A| default* of B, export of B|
-1 add d1 far B; 1 remove d1   -> default* of A, ds of A| default* of B, export of B|
+1 add d1 far B; 4 add d1 x B; 1 remove d1 -> default* of A, ds of A| default* of B, export of B|x of B
 3 reboot; 3 restore           -> default* of A, ds of A| default* of B, export of B|
 2 add n1 above                -> default* of A, above of A, ds of A| default* of B, export of B|
 1 rename - zz                 -> zz* of A, ds of A| default* of B, export of B|
