@@ -68,21 +68,17 @@ struct RecordingHost {
 /// single quotes keep a word together.
 std::string RunLine(const std::string& line);
 
-/// One way through a command: how the host is, what is typed, what comes of it, what was called
-/// (calls joined by " | ").
-struct Case {
-  std::string line;
-  std::function<void(RecordingHost&)> prepare;
-  std::string outcome;
-  std::string calls;
-};
+/// Preparations of a host by the names that a table has for them.
+using Hosts = std::map<std::string, std::function<void(RecordingHost&)>>;
+/// Texts by the names that a table has for them, each with a dollar sign in front.
+using Names = std::map<std::string, std::string, std::greater<>>;
 
-/// Prepares a host as `prepare` does, if that is given, on which the operation fails with "no
-/// luck".
-std::function<void(RecordingHost&)> Failing(const std::string& operation,
-                                            std::function<void(RecordingHost&)> prepare = {});
-
-/// Runs each case on a host of its own.
-void Check(const std::vector<Case>& cases);
+/// Runs the rows of a table, each on a host of its own: "LINE -> OUTCOME <- CALLS", the calls
+/// joined by " | ". Lines with the same result stand in one row, slashes between them. A row goes
+/// on where the next line begins with two blanks. "[enabled, GetNodeType fails] LINE" says what the
+/// host is before. A row "! OUTCOME" is for the row above when its last call fails, with "no luck".
+void Check(const Hosts& hosts, const Names& names, const std::string& table);
+inline void Check(const Hosts& hosts, const std::string& table) { Check(hosts, {}, table); }
+inline void Check(const std::string& table) { Check({}, {}, table); }
 
 }  // namespace test
