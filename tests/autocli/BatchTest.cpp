@@ -1,11 +1,10 @@
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 
 #include "autocli/tools/SplitLine.h"
 #include "tests/autocli/Support.h"
+#include "tests/support/Files.h"
 
 namespace autocli::test {
 namespace {
@@ -42,18 +41,15 @@ TEST(SplitLineTest, QuotesAsAShellDoesAndExpandsNothing) {
 
 class BatchTest : public testing::Test {
  protected:
-  ~BatchTest() override { std::remove(file_.c_str()); }
-
   Ran Run(const std::string& lines, const std::string& options = "", const Words& faults = {}) {
-    std::ofstream(file_) << lines;
-    return tree.Run("batch " + file_ + options, faults);
+    ::test::WriteFile(folder_ / "lines", lines);
+    return tree.Run("batch " + (folder_ / "lines") + options, faults);
   }
 
   DiskTree tree;
 
  private:
-  std::string file_ =
-      testing::TempDir() + "batch-" + testing::UnitTest::GetInstance()->current_test_info()->name();
+  const ::test::Folder folder_;
 };
 
 TEST_F(BatchTest, TellsHostLibrariesWhichLineIsCarriedOut) {

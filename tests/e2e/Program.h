@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/Files.h"
+
 namespace test {
 
 /// What a program left behind.
@@ -16,16 +18,13 @@ struct Ended {
   std::string err;
 };
 
-/// The built programs against a lab of the test's own, in a folder that goes with the test.
+/// The built programs against a lab of the test's own.
 class Lab : public testing::Test {
  protected:
   Lab();
-  ~Lab() override;
 
-  /// Runs build/bin/autocli with the words of `line`, cut at blanks.
+  /// Runs build/bin/autocli with the words of `line` as a shell takes them.
   Ended Run(const std::string& line) const;
-  /// The same with the words as they are.
-  Ended RunWords(const std::vector<std::string>& words) const;
   /// Runs with `--formatter json` and answers the document.
   nlohmann::json Ask(const std::string& line) const;
   /// Expects status 0 and nothing on stderr.
@@ -33,7 +32,7 @@ class Lab : public testing::Test {
   /// Expects status 1 and that message alone.
   void Fails(const std::string& line, const std::string& message) const;
 
-  std::string folder;
+  Folder folder;
   std::map<std::string, std::string> environment;
 };
 

@@ -3,14 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "lab/store/Store.h"
 #include "platform/hostctl/KorelUtil.h"
 #include "platform/hostctl/Misc.h"
+#include "tests/support/Files.h"
 
 namespace lab_test {
 
@@ -49,21 +50,21 @@ void Command(int number, const std::string& line);
 /// What the operations of another program do to the lab's file.
 void Sql(const std::string& sql);
 
-std::string ReadFile(const std::string& path);
-void WriteFile(const std::string& path, const std::string& content);
+using test::ReadFile;
+using test::WriteFile;
 
 /// A case in a folder of its own, with a lab that does not exist yet.
 class LabTest : public testing::Test {
  protected:
   LabTest();
-  ~LabTest() override;
+  ~LabTest() override { lab::Store::CloseForProcess(); }
 
   /// A path in the folder.
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Path(const std::string& name) const { return folder_ / name; }
   std::string LabFile() const { return Path("lab.db"); }
 
  private:
-  std::filesystem::path folder_;
+  test::Folder folder_;
 };
 
 // What hosts do and what is seen of them as short texts, so that a rule is a row of a table.

@@ -8,17 +8,22 @@ void RunSql(const std::string& file, const std::string& sql) {
   SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(sql);
 }
 
-std::vector<std::vector<std::string>> RowsOf(const std::string& file, const std::string& sql) {
+std::string RowsOf(const std::string& file, const std::string& apart) {
   SQLite::Database database(file);
-  SQLite::Statement statement(database, sql);
-  std::vector<std::vector<std::string>> rows;
-  while (statement.executeStep()) {
-    rows.emplace_back();
-    for (int i = 0; i < statement.getColumnCount(); ++i) {
-      rows.back().push_back(statement.getColumn(i).getString());
+  SQLite::Statement tables(
+      database, "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT IN (" + apart +
+                    ") ORDER BY name");
+  std::string state;
+  while (tables.executeStep()) {
+    const std::string table = tables.getColumn(0).getString();
+    state += table + "\n";
+    SQLite::Statement rows(database, "SELECT * FROM " + table);
+    while (rows.executeStep()) {
+      for (int i = 0; i < rows.getColumnCount(); ++i) state += "|" + rows.getColumn(i).getString();
+      state += "\n";
     }
   }
-  return rows;
+  return state;
 }
 
 }  // namespace test

@@ -1,7 +1,4 @@
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
+#include "tests/support/Files.h"
 #include "tests/support/RecordingHost.h"
 
 namespace test {
@@ -14,22 +11,16 @@ const std::string kRestart = "KorelExec /etc/init.d/koreltraced restart false tr
 class Traced : public testing::Test {
  protected:
   Traced() {
-    char folder[] = "/tmp/trace-XXXXXX";
-    host.root = mkdtemp(folder);
-    file = host.root + "/etc/ostrel/korel/koreltraced.conf";
-    std::filesystem::create_directories(std::filesystem::path(file).parent_path());
-  }
-  ~Traced() override { std::filesystem::remove_all(host.root); }
-
-  void Write(const std::string& text) const { std::ofstream(file, std::ios::binary) << text; }
-  std::string Content() const {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
+    host.root = folder.path;
+    std::filesystem::create_directories(folder / "etc/ostrel/korel");
   }
 
+  void Write(const std::string& text) const { WriteFile(file, text); }
+  std::string Content() const { return ReadFile(file); }
+
+  Folder folder;
   RecordingHost host;
-  std::string file;
+  const std::string file = folder / "etc/ostrel/korel/koreltraced.conf";
 };
 
 std::string Shown(const std::string& directory, const std::string& rest) {
@@ -158,7 +149,7 @@ TEST_F(Traced, SetRefusesAndReportsFailures) {
 TEST_F(Traced, SetWritesTheVeryFile) {
   namespace fs = std::filesystem;
   const std::string target = host.root + "/target";
-  std::ofstream(target) << "KORELTRACED_ROTATE_FILE_SIZE=7\n";
+  WriteFile(target, "KORELTRACED_ROTATE_FILE_SIZE=7\n");
   fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
   fs::create_symlink(target, file);
   EXPECT_EQ(RunLine("korel trace set -s 1"), "true");
