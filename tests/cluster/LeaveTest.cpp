@@ -79,39 +79,43 @@ $set true -> error: To enable/disable Korel Max, the host needs to be in a Korel
 }
 
 TEST(ClusterInformation, IsShownOfOneAndOfAll) {
-  const auto prepare = [](RecordingHost& host) {
-    InTwo(host);
+  const auto member = [](RecordingHost& host) {
     host.clusterUuid = kA;
-    host.nodeType = Tovrin::Korel::KorelNodeType::Witness;
     host.cluster = {"", "WITNESS", "HEALTHY", {"m1", "m2"}, {7, "then"}};
   };
-  const auto of = [](const std::string& type, const std::string& uuid) {
-    return type +
-           "{Enabled=true, Current Local Time=now, Node UUID=node, Node Type=WITNESS, "
-           "Node Role=WITNESS, Node Health=HEALTHY, Fault Domain=fd1, Maintenance Mode=OFF, "
-           "Sub-Cluster UUID=" +
-           uuid +
-           ", Member Count=2, Member UUIDs=[m1, m2], Unicast Mode=true, "
-           "Data-in-Transit Encryption=false, Configuration Generation=7, Configuration Time=then}";
+  const auto asked = [](const std::string& uuid) {
+    return "GetClusterInfo true | GetInfoFromHXDS " + uuid + " | GetUnicastModeForCluster " + uuid +
+           " | GetNodeType | GetFaultDomainName | IsDataInTransitEncryptionEnabled " + uuid +
+           " true";
   };
-  {
-    RecordingHost host;
-    prepare(host);
-    EXPECT_EQ(RunLine("korel cluster get"), of("ClusterInformation", kA));
-    EXPECT_EQ(RunLine("korel cluster list"), "[" + of("ClusterInformationList", kA) + ", " +
-                                                 of("ClusterInformationList", kB) + "]");
-  }
-  RecordingHost alone;
-  const std::string outcome = RunLine("korel cluster get");
-  EXPECT_TRUE(outcome.starts_with(
-      "ClusterInformation{Enabled=false, Current Local Time=now, Node UUID=-, "))
-      << outcome;
-  EXPECT_EQ(RunLine("korel cluster list"), "[]");
-  alone.failures["GetClusterInfo"] = "no luck";
-  EXPECT_EQ(RunLine("korel cluster get"),
-            "error: Unable to get cluster information: no luck | none");
-  EXPECT_EQ(RunLine("korel cluster list"),
-            "error: Unable to list cluster information: no luck | none");
+  const Names names = {
+      {"$own",
+       "Current Local Time=now, Node UUID=node, Node Type=WITNESS, Node Role=WITNESS, "
+       "Node Health=HEALTHY, Fault Domain=fd1, Maintenance Mode=OFF"},
+      {"$members",
+       "Member Count=2, Member UUIDs=[m1, m2], Unicast Mode=true, Data-in-Transit "
+       "Encryption=false, Configuration Generation=7, Configuration Time=then"},
+      {"$time", "GetFormattedSystemDateTime"},
+      {"$of a", asked("$A")},
+      {"$of b", asked("$B")}};
+  Check({{"in two", InTwo}, {"member", member}}, names, R"(
+[in two, witness, member] cluster get
+  -> ClusterInformation{Enabled=true, $own, Sub-Cluster UUID=$A, $members}
+  <- GetClusterInfo true | $time | GetClusterUuid | $of a
+[in two, witness, member] cluster list
+  -> [ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$A, $members},
+  ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$B, $members}]
+  <- GetClusterInfo true | GetJoinedClusterUuids | $time | $of a | $time | $of b
+cluster get -> ClusterInformation{Enabled=false, Current Local Time=now, Node UUID=-, Node Type=-,
+  Node Role=-, Node Health=-, Fault Domain=-, Maintenance Mode=-, Sub-Cluster UUID=-, Member Count=-,
+  Member UUIDs=[], Unicast Mode=-, Data-in-Transit Encryption=-, Configuration Generation=-,
+  Configuration Time=-} <- GetClusterInfo true | $time
+cluster list -> [] <- GetClusterInfo true | GetJoinedClusterUuids
+[GetClusterInfo fails] cluster get -> error: Unable to get cluster information: no luck | none
+  <- GetClusterInfo true
+[GetClusterInfo fails] cluster list -> error: Unable to list cluster information: no luck | none
+  <- GetClusterInfo true
+)");
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "tests/support/RecordingHost.h"
 
 namespace test {
-namespace {
 
 TEST(Datastore, AddsLocalAndRemote) {
   Check(R"(
@@ -50,5 +49,4 @@ datastore list -> [] <- GetDatastores
 )");
 }
 
-}  // namespace
 }  // namespace test

@@ -19,8 +19,8 @@ std::map<std::string, std::string> PreparedLines() {
 }
 
 /// Operations behind which a command may still call one that fails.
-const std::vector<std::string> kChanging = {"AddUnicastAgent", "SetDataInTransitEncryption",
-                                            "SetTracedLogOptions", "RemoveUnicastAgent"};
+const std::set<std::string> kChanging = {"AddUnicastAgent", "SetDataInTransitEncryption",
+                                         "SetTracedLogOptions", "RemoveUnicastAgent"};
 
 class EveryCommand : public Lab {
  protected:
@@ -78,23 +78,18 @@ std::string Replaced(std::string text, const std::map<std::string, std::string>&
   return text;
 }
 
-std::vector<std::string> Leaves(const json& node, const std::string& path) {
-  if (node["kind"] == "command") return {path};
-  std::vector<std::string> leaves;
-  for (const json& child : node["children"]) {
-    const std::string name = child["name"];
-    for (const auto& leaf : Leaves(child, path.empty() ? name : path + " " + name)) {
-      leaves.push_back(leaf);
-    }
+/// Adds the paths of all commands from the node on.
+void AddLeaves(const json& node, const std::string& path, std::vector<std::string>& leaves) {
+  if (node["kind"] == "command") leaves.push_back(path);
+  for (const json& child : node.value("children", json::array())) {
+    AddLeaves(child, path + (path.empty() ? "" : " ") + std::string(child["name"]), leaves);
   }
-  return leaves;
 }
 
 /// Each operation that the line calls fails once: one error with its words, and nothing changed.
 void EveryCommand::CheckFailures(const std::string& line,
                                  const std::vector<std::string>& operations) const {
-  const std::set<std::string> distinct(operations.begin(), operations.end());
-  for (const std::string& operation : distinct) {
+  for (const std::string& operation : std::set(operations.begin(), operations.end())) {
     SCOPED_TRACE("failing " + operation);
     GoBack();
     const std::string before = State();
@@ -107,10 +102,8 @@ void EveryCommand::CheckFailures(const std::string& line,
     if (operation == "GetKorelInfo") words = "Could not get KorelInfo. Plugin version mismatch?";
     if (line == "korel faultdomain reset") words = "Unable to reset fault domain name";
     EXPECT_NE(ended.err.find(words), std::string::npos) << ended.err;
-    const bool hasChanged = std::any_of(called.begin(), called.end(), [&](const auto& one) {
-      return one != operation &&
-             std::find(kChanging.begin(), kChanging.end(), one) != kChanging.end();
-    });
+    const bool hasChanged = std::ranges::any_of(
+        called, [&](const auto& one) { return one != operation && kChanging.contains(one); });
     if (!hasChanged) {
       EXPECT_EQ(State(), before);
     }
@@ -133,8 +126,8 @@ void EveryCommand::CheckTried(const std::string& line) const {
 }
 
 void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) const {
-  const json tree = json::parse(Run("--describe korel").out);
-  const auto leaves = Leaves(tree, "");
+  std::vector<std::string> leaves;
+  AddLeaves(json::parse(Run("--describe korel").out), "", leaves);
   const auto lines = PreparedLines();
   ASSERT_FALSE(leaves.empty());
   for (const std::string& path : leaves) {

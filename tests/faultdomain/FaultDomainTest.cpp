@@ -1,7 +1,6 @@
 #include "tests/support/RecordingHost.h"
 
 namespace test {
-namespace {
 
 TEST(FaultDomain, IsReadAndSet) {
   std::string wide;
@@ -26,5 +25,4 @@ faultdomain reset -> true <- ResetFaultDomain
 )");
 }
 
-}  // namespace
 }  // namespace test

@@ -152,9 +152,7 @@ TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {
 TEST_F(MemoryTest, FilesAreToldLineByLine) {
   std::int64_t number = 1;
   const auto told = [&](const std::string& content) {
-    lab::ChangeLab([&](lab::Store& store) {
-      lab::PutFile(store, lab::CurrentHost(store), {"/x", content, false});
-    });
+    Own(lab::PutFile, lab::HostFile{"/x", content, false});
     return Told(++number);
   };
   told("A=1\nA=3\nb\nB=5\n");

@@ -58,10 +58,6 @@ void ExpectRefused(const std::function<void()>& work, const std::string& message
   EXPECT_EQ(State(), before);
 }
 
-std::string NotUuid(const std::string& text) {
-  return "'" + text + "' is not a UUID of the form \"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\"";
-}
-
 void Command(int number, const std::string& line) {
   const std::string text = std::to_string(getpid()) + " " + std::to_string(number) + " " + line;
   setenv("AUTOCLI_LINE", text.c_str(), 1);
@@ -141,12 +137,6 @@ void Rebuild(const Act& act) {
   const auto rebuild =
       act.IsUuid() ? &HostInterface::RebuildDiskGroupByUuid : &HostInterface::RebuildDiskGroup;
   (act.host.*rebuild)(act[0], act[1], static_cast<int>(act.Number(2)), act.Has("force"), skipped);
-}
-
-/// Runs one of the lab's own functions on the host that is stood on.
-template <typename Work, typename... Values>
-void Own(Work work, const Values&... values) {
-  lab::ChangeLab([&](lab::Store& store) { work(store, lab::CurrentHost(store), values...); });
 }
 
 using A = const Act&;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "lab/store/Store.h"
+#include "lab/model/Lab.h"
 #include "platform/hostctl/KorelUtil.h"
 #include "platform/hostctl/Misc.h"
 #include "tests/support/Files.h"
@@ -22,6 +22,13 @@ inline const std::string kZeros = "00000000-0000-0000-0000-000000000000";
 
 /// Calls of host control operations that follow act on that host of the lab.
 void StandOn(const std::string& host);
+
+/// Runs one of the lab's own functions on the host that is stood on.
+template <typename Work, typename... Values>
+auto Own(Work work, const Values&... values) {
+  return lab::ChangeLab(
+      [&](lab::Store& store) { return work(store, lab::CurrentHost(store), values...); });
+}
 
 /// Adds standard hosts "host2" to "hostN".
 void AddHostsUpTo(int last);
@@ -40,9 +47,6 @@ std::string State();
 
 /// Expects that `work` fails with that message and changes nothing.
 void ExpectRefused(const std::function<void()>& work, const std::string& message);
-
-/// What is said about a text that is no UUID.
-std::string NotUuid(const std::string& text);
 
 /// Changes that follow are made by that command of the process.
 void Command(int number, const std::string& line);

@@ -43,11 +43,7 @@ class UpgradeTest : public LabTest {
       return files;
     });
   }
-  static int DaemonStatus() {
-    return lab::ChangeLab([](lab::Store& store) {
-      return lab::RunTraceScript(store, lab::CurrentHost(store), "status");
-    });
-  }
+  static int DaemonStatus() { return Own(lab::RunTraceScript, "status"); }
 };
 
 TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {

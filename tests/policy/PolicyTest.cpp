@@ -1,7 +1,6 @@
 #include "tests/support/RecordingHost.h"
 
 namespace test {
-namespace {
 
 TEST(Policy, HasADefaultPerClass) {
   Check(R"(
@@ -22,5 +21,4 @@ policy cleardefault -> true <- ClearDefaultPolicies
 )");
 }
 
-}  // namespace
 }  // namespace test

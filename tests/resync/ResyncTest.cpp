@@ -1,7 +1,6 @@
 #include "tests/support/RecordingHost.h"
 
 namespace test {
-namespace {
 
 TEST(Resync, IsNotForClients) {
   const auto seven = [](RecordingHost& host) { host.number = 7; };
@@ -22,5 +21,4 @@ $throttle set --level -1 -> usage: option "--level" takes 0 to 512, not "-1"
 )");
 }
 
-}  // namespace
 }  // namespace test

@@ -1,7 +1,6 @@
 #include "tests/support/RecordingHost.h"
 
 namespace test {
-namespace {
 
 TEST(Diskgroup, MountsAndUnmountsByTarget) {
   const Names names = {{"$mount", "storage diskgroup mount"},
@@ -72,5 +71,4 @@ storage automode set --enabled true -> error: Korel storage auto claim mode sett
 )");
 }
 
-}  // namespace
 }  // namespace test

@@ -1,7 +1,6 @@
 #include "tests/support/RecordingHost.h"
 
 namespace test {
-namespace {
 
 TEST(StoragePool, AddsAndRemoves) {
   Check(R"(
@@ -46,5 +45,4 @@ storagepool list -d x -u y -> error: Only one of --device or --uuid can be speci
 )");
 }
 
-}  // namespace
 }  // namespace test

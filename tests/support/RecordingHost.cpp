@@ -230,6 +230,7 @@ RecordingHost::~RecordingHost() { current = nullptr; }
 
 using test::Answer;
 using test::current;
+using test::Given;
 using test::Record;
 
 namespace Tovrin::Lib::Korel {
@@ -245,19 +246,15 @@ Tovrin::Korel::KorelNodeType KorelUtil::GetNodeType() {
 }
 
 void KorelUtil::DecomCancel() { Record(__func__); }
-
 std::string KorelUtil::GetFaultDomainId() { return Answer(std::string("id1"), __func__); }
-
 std::string KorelUtil::GetFormattedSystemDateTime() { return Answer(std::string("now"), __func__); }
 
-void KorelUtil::GetInfoFromHXDS(const std::string& cluster,
-                                Tovrin::Korel::KorelClusterInfoDetailed& info) {
+void KorelUtil::GetInfoFromHXDS(Given cluster, Tovrin::Korel::KorelClusterInfoDetailed& info) {
   Record(__func__, cluster);
   info = current->cluster;
 }
 
-void KorelUtil::GetPreferredFaultDomainInfo(const std::string& cluster, std::string& name,
-                                            std::string& id) {
+void KorelUtil::GetPreferredFaultDomainInfo(Given cluster, std::string& name, std::string& id) {
   Record(__func__, cluster);
   name = current->preferred[cluster];
   id = "id of " + name;
