@@ -67,11 +67,7 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
   const std::string list = "autocli disk list\ntry: autocli disk list --help\n";
   const std::string grow =
       "autocli disk grow --name STRING [--size INT]\ntry: autocli disk grow --help\n";
-  const struct {
-    const char* line;
-    std::string errors;
-    std::string usage;
-  } cases[] = {
+  const std::tuple<const char*, std::string, std::string> cases[] = {
       {"dsik list", "error: unknown command \"dsik\", did you mean \"disk\"?\n", root},
       {"disk lst --unknown --name x word",
        "error: unknown command \"lst\" in \"disk\", did you mean \"list\"?\n", disk},
@@ -183,11 +179,7 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
   };
   const std::string told = "error: plug-in \"x.so\": bad\nerror: two\\nlines\n";
   const std::string failed = "error: the command failed unexpectedly: ";
-  const struct {
-    Action action;
-    Words pluginFaults;
-    Ran ran;
-  } cases[] = {
+  const std::tuple<Action, Words, Ran> cases[] = {
       {succeeds, {}, {0, "true\n", ""}},
       {doesBoth, {}, {1, "true\n", "error: two\\nlines\n"}},
       {refuses, {}, {1, "", "error: No.\n"}},
@@ -219,10 +211,7 @@ TEST(DriverTest, JsonIsOneDocumentWhateverHappens) {
   const std::string start =
       R"({"command":"disk","ok":false,"result":null,"errors":[{"kind":"plugin","message":"plug-in \"x.so\": bad"},)"
       R"({"kind":"usage","message":")";
-  const struct {
-    std::string line;
-    std::string message;
-  } cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"disk new --size= x", R"(unknown command \"new\" in \"disk\")"},
       {"disk", R"(a command is missing behind \"disk\")"},
       {"disk --\xff", "unknown option \\\"--\xef\xbf\xbd\\\""},

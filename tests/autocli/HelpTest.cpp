@@ -15,17 +15,14 @@ using testing::HasSubstr;
 
 TEST(HelpTest, PlaceholdersStandForTheAllowedValues) {
   const auto modes = StringEnum({{"fast", "Takes risks."}, {"slow", ""}});
-  const struct {
-    std::shared_ptr<Corvex::CallSpec::ParameterConstraint> constraint;
-    const char* description;
-    const char* expanded;
-  } cases[] = {
-      {modes, "100% of %ENUM: %ENUM%.", "100% of %ENUM: fast, slow."},
-      {modes, "Mode.\n%FULLENUM%Only here.", "Mode.\n  fast: Takes risks.\n  slow\nOnly here."},
-      {modes, "Values are: %FULLENUM%", "Values are:\n  fast: Takes risks.\n  slow\n"},
-      {IntRange(0, 512), "Level (%ENUM%, 0 means off)", "Level (0-512, 0 means off)"},
-      {nullptr, "None: %ENUM%", "None: "},
-  };
+  const std::tuple<std::shared_ptr<Corvex::CallSpec::ParameterConstraint>, const char*, const char*>
+      cases[] = {
+          {modes, "100% of %ENUM: %ENUM%.", "100% of %ENUM: fast, slow."},
+          {modes, "Mode.\n%FULLENUM%Only here.", "Mode.\n  fast: Takes risks.\n  slow\nOnly here."},
+          {modes, "Values are: %FULLENUM%", "Values are:\n  fast: Takes risks.\n  slow\n"},
+          {IntRange(0, 512), "Level (%ENUM%, 0 means off)", "Level (0-512, 0 means off)"},
+          {nullptr, "None: %ENUM%", "None: "},
+      };
   for (const auto& [constraint, description, expanded] : cases) {
     const auto input =
         Inputs({{.name = "p", .constraint = constraint, .description = description}});

@@ -99,13 +99,11 @@ TEST(ClusterInformation, IsShownOfOneAndOfAll) {
       {"$of a", asked("$A")},
       {"$of b", asked("$B")}};
   Check({{"in two", InTwo}, {"member", member}}, names, R"(
-[in two, witness, member] cluster get
-  -> ClusterInformation{Enabled=true, $own, Sub-Cluster UUID=$A, $members}
-  <- GetClusterInfo true | $time | GetClusterUuid | $of a
-[in two, witness, member] cluster list
-  -> [ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$A, $members},
-  ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$B, $members}]
-  <- GetClusterInfo true | GetJoinedClusterUuids | $time | $of a | $time | $of b
+[in two, witness, member] cluster get -> ClusterInformation{Enabled=true, $own, Sub-Cluster UUID=$A,
+  $members} <- GetClusterInfo true | $time | GetClusterUuid | $of a
+[in two, witness, member] cluster list -> [ClusterInformationList{Enabled=true, $own, Sub-Cluster
+  UUID=$A, $members}, ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$B, $members}] <-
+  GetClusterInfo true | GetJoinedClusterUuids | $time | $of a | $time | $of b
 cluster get -> ClusterInformation{Enabled=false, Current Local Time=now, Node UUID=-, Node Type=-,
   Node Role=-, Node Health=-, Fault Domain=-, Maintenance Mode=-, Sub-Cluster UUID=-, Member Count=-,
   Member UUIDs=[], Unicast Mode=-, Data-in-Transit Encryption=-, Configuration Generation=-,

@@ -47,17 +47,18 @@ const Names kNames = {
     {"$begun",
      "GetJoinedClusterUuids | GetClusterUuid | IsDataInTransitEncryptionEnabled own true"},
     {"$feature", "IsKorelMetadataNodeFeatureEnabled"},
-    {"$agent", "cluster unicastagent"}};
+    {"$agent", "cluster unicastagent"},
+    {"$add", "cluster unicastagent add -a 10.0.0.1"}};
 
 TEST(UnicastAgentAdd, AddsEveryType) {
   Check(kHosts, kNames, R"(
-[own] $agent add -a 10.0.0.1 / [own, encrypted] $agent add -a 10.0.0.1 -T '' -> true <- $begun |
+[own] $add / [own, encrypted] $add -T '' -> true <- $begun |
   GetUnicastWitnesses | AddUnicastAgent $none 1 false 10.0.0.1 12321 false "" "" "" own
-[own] $agent add -a 10.0.0.1 -t node -u n1 -U true -p 5 -i hsk1 -T ab:cd -> true <- $begun |
+[own] $add -t node -u n1 -U true -p 5 -i hsk1 -T ab:cd -> true <- $begun |
   AddUnicastAgent n1 0 true 10.0.0.1 5 true hsk1 "" ab:cd own | RefreshUnicastAgents ""
-[own] $agent add -a 10.0.0.1 -t metadata -u m1 -i '' -> true <- $begun | $feature |
+[own] $add -t metadata -u m1 -i '' -> true <- $begun | $feature |
   AddUnicastAgent m1 2 false 10.0.0.1 12321 true "" "" "" own
-[own, no metadata] $agent add -a 10.0.0.1 -t metadata -u m1 -> true <- $begun | $feature |
+[own, no metadata] $add -t metadata -u m1 -> true <- $begun | $feature |
   GetUnicastWitnesses | AddUnicastAgent m1 1 false 10.0.0.1 12321 false "" "" "" own
 [own] $agent add -a fe80::1 -t remote -u r1 -c far -> true <- IsDataInTransitEncryptionEnabled far
   true | $feature | AddUnicastAgent r1 3 true fe80::1 12321 false "" "" "" far
@@ -73,20 +74,18 @@ TEST(UnicastAgentAdd, RefusesInOrder) {
 [own] $agent add -t node -u n1 -a nonsense
   -> error: Can not add unicastagent without specifying unicast support | none <- $begun
 [own, encrypted] $agent add -a 10.0.0.256 -> error: Invalid IP address 10.0.0.256 | none <- $begun
-[own, encrypted] $agent add -a 10.0.0.1 -> error: Error: cert-thumbprint is required to enable Korel
+[own, encrypted] $add -> error: Error: cert-thumbprint is required to enable Korel
   data-in-transit encryption. | none <- $begun
-[own, of w1] $agent add -a 10.0.0.1 -> error: Korel does not support connecting to more than one
-  unicast witness, and there is already a unicast witness configured: w1. | none
-  <- $begun | GetUnicastWitnesses
-[own, of w1 and w2] $agent add -a 10.0.0.1 -> error: Korel does not support connecting to more than
+[own, of w1] $add -> error: Korel does not support connecting to more than one unicast witness, and
+  there is already a unicast witness configured: w1. | none <- $begun | GetUnicastWitnesses
+[own, of w1 and w2] $add -> error: Korel does not support connecting to more than
   one unicast witness, and there are already multiple unicast witnesses configured: w1,w2. | none <-
   $begun | GetUnicastWitnesses
-[own] $agent add -a 10.0.0.1 -t remote -u r1 -> error: Can not add remote server node without
+[own] $add -t remote -u r1 -> error: Can not add remote server node without
   specifying cluster uuid | none <- $begun | $feature
-[AddUnicastAgent fails] $agent add -a 10.0.0.1 -c own -> error: no luck | none
-  <- IsDataInTransitEncryptionEnabled own true | GetUnicastWitnesses |
-  AddUnicastAgent $none 1 false 10.0.0.1 12321 false "" "" "" own
-[own] $agent add -a 10.0.0.1 -t Node -> usage: option "--type" takes one of "witness", "node",
+[AddUnicastAgent fails] $add -c own -> error: no luck | none <- IsDataInTransitEncryptionEnabled own
+  true | GetUnicastWitnesses | AddUnicastAgent $none 1 false 10.0.0.1 12321 false "" "" "" own
+[own] $add -t Node -> usage: option "--type" takes one of "witness", "node",
   "metadata", "remote", not "Node", did you mean "node"?
 )");
 }

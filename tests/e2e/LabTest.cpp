@@ -6,11 +6,7 @@ namespace {
 TEST_F(Lab, HasWhatMakesTheTraceCommandsFail) {
   const std::string config = "--path /etc/ostrel/korel/koreltraced.conf";
   const std::string set = "korel trace set -s 7";
-  const struct {
-    std::string preparation;
-    std::string line;
-    std::string message;
-  } cases[] = {
+  const std::array<std::string, 3> cases[] = {
       {"lab daemon set --status -1", "korel trace get",
        "Checking koreltraced status failed.Refer to /var/log/syslog.log for details."},
       {"lab file remove " + config, set, "Error opening Korel Trace Config File for reading."},

@@ -13,11 +13,7 @@ TEST_F(Lab, TriesAndTellsEveryChangeInNamesThatPeopleKnow) {
   Do("lab host add --name host2");
   Do("korel cluster new");
   const std::string node2 = Ask("lab host list")["result"][1]["Node UUID"];
-  Do("korel storage add -s mpx.dkhba0:C0:T1:L0 -d mpx.dkhba2:C0:T1:L0 -d mpx.dkhba2:C0:T2:L0");
   const std::pair<std::string, json> cases[] = {
-      {"korel storage remove -d mpx.dkhba2:C0:T1:L0",
-       {"removed", "claimed device mpx.dkhba2:C0:T1:L0 of host1", "disk group",
-        "mpx.dkhba0:C0:T1:L0", nullptr}},
       {"korel cluster unicastagent add -t node -U true -a 10.0.0.2 -u " + node2,
        {"added", "unicast agent node 10.0.0.2 of host1", "UUID", nullptr, "host2"}},
       {"korel trace set -s 100",

@@ -164,9 +164,7 @@ TEST(AgentEntryTest, BadEntriesAreRefusedSayingWhy) {
   const std::string notUuid =
       "'x' is not a UUID of the form \"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\"";
   const std::string percent = "no two hexadecimal digits follow the % in ";
-  const struct {
-    std::string part, by, message;
-  } cases[] = {
+  const std::array<std::string, 3> cases[] = {
       {kClusterA, kClusterA + ";", "'' is not of the form key=value"},
       {kClusterA, kClusterA + ";port=1", "the key 'port' is there twice"},
       {kClusterA, kClusterA + ";x=1", "there is no key 'x'"},

@@ -68,9 +68,7 @@ std::string HeldBy(const std::string& number) {
   host->GetUnicastAgents(agents, true, "");
   for (const auto& agent : agents) held += " " + agent.address.substr(agent.address.rfind('.'));
   for (const auto& config : host->GetHsknicConfigs()) held += " " + config->GetHsknicName();
-  const bool isMax = lab::ReadLab(
-      [&](lab::Store& store) { return lab::IsKorelMax(store, lab::CurrentHost(store)); });
-  return held + " " + host->GetFaultDomainName() + (isMax ? " max " : " ") +
+  return held + " " + host->GetFaultDomainName() + (Own(lab::IsKorelMax) ? " max " : " ") +
          host->GetDefaultPolicy(KorelPolicyClass::VmSwap).substr(0, 8) + " " +
          std::to_string(host->GetResyncThrottle()) + " " +
          std::to_string(host->GetResyncBandwidth()) + " " +

@@ -247,9 +247,7 @@ const std::pair<const char*, std::string> kShort[] = {
 
 /// Of the host that is stood on.
 std::string UuidOfDevice(const std::string& name) {
-  return lab::ReadLab([&](lab::Store& store) {
-    return lab::FindByName(lab::DevicesOf(store, lab::CurrentHost(store)), name).uuid;
-  });
+  return lab::FindByName(Own(lab::DevicesOf), name).uuid;
 }
 
 /// A word as a text: "%0a" is that byte, "(xy)3" is "xyxyxy".
@@ -384,8 +382,7 @@ void MakeHosts(const std::string& hosts) {
 
 std::string Groups() {
   StandOn("host1");
-  const auto devices = lab::ReadLab(
-      [](lab::Store& store) { return lab::DevicesOf(store, lab::CurrentHost(store)); });
+  const auto devices = Own(lab::DevicesOf);
   const auto membersOf = [&](std::int64_t caching) {
     std::string members;
     for (const lab::Device& device : devices) {

@@ -23,8 +23,7 @@ class TraceTest : public RowsTest {
   static std::string ConfigFile() { return HostPath(lab::kTraceConfigFile); }
   /// What the lab has of the file; nothing when it has none.
   static std::optional<std::string> Kept(const std::string& path = lab::kTraceConfigFile) {
-    const auto file = lab::ReadLab(
-        [&](lab::Store& store) { return lab::FindFile(store, lab::CurrentHost(store), path); });
+    const auto file = Own(lab::FindFile, path);
     return file ? std::optional(file->content) : std::nullopt;
   }
 };
@@ -34,11 +33,7 @@ TEST_F(TraceTest, OptionsAreKeptByHostAndRefusedWhole) {
   const auto options = [] {
     StandOn("host1");
     std::string all;
-    for (const auto& [name, value] : lab::ReadLab([](lab::Store& store) {
-           return lab::TraceOptionsOf(store, lab::CurrentHost(store));
-         })) {
-      all += name + "=" + value + ";";
-    }
+    for (const auto& [name, value] : Own(lab::TraceOptionsOf)) all += name + "=" + value + ";";
     return all;
   };
   // With each option goes a number of urgent files, 3.

@@ -35,13 +35,11 @@ class UpgradeTest : public LabTest {
   }
   /// The files of the first host: paths and contents.
   static std::vector<std::string> Files() {
-    return lab::ReadLab([](lab::Store& store) {
-      std::vector<std::string> files;
-      for (const auto& [path, content, isReadOnly] : FilesOf(store, lab::CurrentHost(store))) {
-        files.push_back(path + "=" + content.substr(0, 20) + (isReadOnly ? " (fixed)" : ""));
-      }
-      return files;
-    });
+    std::vector<std::string> files;
+    for (const auto& [path, content, isReadOnly] : Own(lab::FilesOf)) {
+      files.push_back(path + "=" + content.substr(0, 20) + (isReadOnly ? " (fixed)" : ""));
+    }
+    return files;
   }
   static int DaemonStatus() { return Own(lab::RunTraceScript, "status"); }
 };

@@ -33,9 +33,9 @@ const Hosts kHosts = {
     {"shared",
      [](RecordingHost& host) {
        host.joinedClusters = {host.clusterUuid = "own", "other"};
+       host.encryption = true;
+       host.number = 60;
      }},
-    {"encrypted", [](RecordingHost& host) { host.encryption = true; }},
-    {"hourly", [](RecordingHost& host) { host.number = 60; }},
 };
 const Names kNames = {{"$asked", "IsHsknicConfigured hsk1 korel | IsHsknicConfigured hsk1 witness"},
                       {"$set", "SetHsknicConfig hsk1"}};
@@ -138,9 +138,9 @@ TEST(NetworkSecurity, IsReadPerCluster) {
       {"$own", of("own")},
       {"$other", of("other")}};
   Check(kHosts, names, R"(
-[shared, encrypted, hourly] network security get -> NetworkSecurityGet{Sub-Cluster UUID=own, $state}
-  <- GetClusterUuid | $own
-[shared, encrypted, hourly] network security get -u other
+[shared] network security get -> NetworkSecurityGet{Sub-Cluster UUID=own, $state} <- GetClusterUuid |
+  $own
+[shared] network security get -u other
   -> NetworkSecurityGet{Sub-Cluster UUID=other, $state} <- GetJoinedClusterUuids | $other
 [shared] network security get -u Own -> error: Unable to find subcluster UUID: Own | none
   <- GetJoinedClusterUuids
@@ -148,9 +148,8 @@ TEST(NetworkSecurity, IsReadPerCluster) {
   -> error: Unable to get data-in-transit encryption status: no luck | none <- GetClusterUuid
 network security list -> [] <- GetJoinedClusterUuids
 ! error: no luck | none
-[shared, encrypted, hourly] network security list -> [KorelNetworkSecurityList{Sub-Cluster UUID=own,
-  $state}, KorelNetworkSecurityList{Sub-Cluster UUID=other, $state}]
-  <- GetJoinedClusterUuids | $own | $other
+[shared] network security list -> [KorelNetworkSecurityList{Sub-Cluster UUID=own, $state},
+  KorelNetworkSecurityList{Sub-Cluster UUID=other, $state}] <- GetJoinedClusterUuids | $own | $other
 )");
 }
 

@@ -21,9 +21,8 @@ std::string Text(const std::string& text) { return text.empty() ? "\"\"" : text;
 std::string Text(bool value) { return value ? "true" : "false"; }
 std::string Text(int value) { return std::to_string(value); }
 std::string Text(std::int64_t value) { return std::to_string(value); }
-std::string Text(KorelNodeType type) { return std::to_string(static_cast<int>(type)); }
-std::string Text(KorelUnicastAgentType type) { return std::to_string(static_cast<int>(type)); }
-std::string Text(KorelDiskTypes types) { return std::to_string(static_cast<int>(types)); }
+template <typename Enum>
+requires std::is_enum_v<Enum> std::string Text(Enum value) { return Text(static_cast<int>(value)); }
 std::string Text(const Uuid& uuid) { return HskCtl::Korel::KorelUtil::KorelUuidToString(uuid); }
 std::string Text(const KorelDatastore& datastore) {
   return Text(datastore.GetUuid()) + " " + Text(datastore.GetName()) + " " +
@@ -178,8 +177,7 @@ class RecordingKorelInfo : public KorelInfo {
     }
   }
   std::string GetDefaultPolicy(KorelPolicyClass policyClass) override {
-    return Answer(std::string("value " + Text(static_cast<int>(policyClass))), __func__,
-                  static_cast<int>(policyClass));
+    return Answer(std::string("value " + Text(policyClass)), __func__, policyClass);
   }
   void GetUnicastAgents(std::vector<KorelUnicastAddressInfo>& agents, bool all,
                         Given cluster) override {
@@ -204,7 +202,7 @@ class RecordingKorelInfo : public KorelInfo {
   bool IsClientModeEnabled() override { return Answer(current->clientMode, __func__); }
   void SetKorelMaxEnabled(bool enabled) override { Record(__func__, enabled); }
   void SetDefaultPolicy(KorelPolicyClass policyClass, Given value) override {
-    Record(__func__, static_cast<int>(policyClass), value);
+    Record(__func__, policyClass, value);
   }
   void AddStoragePoolDisks(const Texts& devices) override { Record(__func__, devices); }
   void RemoveStoragePoolDisk(Given device, Given mode) override { Record(__func__, device, mode); }
@@ -329,7 +327,7 @@ int Corvex::AutoCli::AutoCli_ShellCmd(const std::string& line, std::string&, con
 }
 
 bool FeatureList::IsEnabled(Feature feature) {
-  return Answer(current->clientModeFeature, "IsFeatureEnabled", static_cast<int>(feature));
+  return Answer(current->clientModeFeature, "IsFeatureEnabled", feature);
 }
 
 char* UUID_CreateRandom() {
