@@ -5,7 +5,6 @@
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
-namespace {
 
 using Corvex::Declare::Refuse;
 using Corvex::Declare::Succeed;
@@ -249,5 +248,4 @@ TEST(DriverTest, FailedWritesAreFailures) {
   }
 }
 
-}  // namespace
 }  // namespace autocli::test

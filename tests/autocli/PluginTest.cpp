@@ -106,9 +106,8 @@ std::pair<std::string, int> RunInShell(const std::string& line) {
 }
 
 TEST_F(PluginTest, OneThatEndsTheProgramIsNamed) {
-  for (const char* folder : {"/bin", "/lib", "/lib/autocli", "/lib/autocli/plugins"}) {
-    std::filesystem::create_directory(path_ + folder);
-  }
+  std::filesystem::create_directory(path_ + "/bin");
+  std::filesystem::create_directories(path_ + "/lib/autocli/plugins");
   std::filesystem::copy(TEST_PROGRAM, path_ + "/bin");
   std::filesystem::copy(TEST_LIBRARY, path_ + "/lib");
   const std::string plugins = "lib/autocli/plugins/";

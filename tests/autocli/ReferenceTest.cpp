@@ -4,7 +4,6 @@
 #include "tests/support/Files.h"
 
 namespace autocli::test {
-namespace {
 
 TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
   DiskTree tree;
@@ -42,5 +41,4 @@ TEST(ReferenceTest, BadLinesAreRefused) {
             (Ran{2, "", "error: cannot write into \"/no\": No such file or directory" + usage}));
 }
 
-}  // namespace
 }  // namespace autocli::test

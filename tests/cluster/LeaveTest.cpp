@@ -46,7 +46,11 @@ cluster restore --boot -> usage: unknown option "--boot"
 }
 
 TEST(ClusterRestore, OffersTheBootStagesWhenBuiltWithThem) {
-  const auto run = [](bool boot, bool postboot) {
+  const std::tuple<bool, bool, const char*> cases[] = {
+      {true, false, "RestoreCluster true false"},
+      {false, true, "RestoreCluster false true"},
+      {true, true, "Flags boot and postboot are mutually exclusive"}};
+  for (const auto& [boot, postboot, told] : cases) {
     RecordingHost host;
     const auto command = OstrelCli::KorelNamespace::ClusterRestore::New(true);
     EXPECT_EQ(command->GetInputSpec()->GetParameters().size(), 2U);
@@ -56,12 +60,8 @@ TEST(ClusterRestore, OffersTheBootStagesWhenBuiltWithThem) {
     const auto output = Corvex::CallSpec::Output::New();
     command->GetDispatcher()->Execute(input, output);
     for (const auto& message : output->GetErrorMessages()) host.calls.push_back(message);
-    return host.calls;
-  };
-  using Calls = std::vector<std::string>;
-  EXPECT_EQ(run(true, false), Calls{"RestoreCluster true false"});
-  EXPECT_EQ(run(false, true), Calls{"RestoreCluster false true"});
-  EXPECT_EQ(run(true, true), Calls{"Flags boot and postboot are mutually exclusive"});
+    EXPECT_EQ(host.calls, std::vector<std::string>{told});
+  }
 }
 
 TEST(KorelMax, IsOnlyForHostsWithoutDisks) {
@@ -105,9 +105,9 @@ TEST(ClusterInformation, IsShownOfOneAndOfAll) {
   UUID=$A, $members}, ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$B, $members}] <-
   GetClusterInfo true | GetJoinedClusterUuids | $time | $of a | $time | $of b
 cluster get -> ClusterInformation{Enabled=false, Current Local Time=now, Node UUID=-, Node Type=-,
-  Node Role=-, Node Health=-, Fault Domain=-, Maintenance Mode=-, Sub-Cluster UUID=-, Member Count=-,
-  Member UUIDs=[], Unicast Mode=-, Data-in-Transit Encryption=-, Configuration Generation=-,
-  Configuration Time=-} <- GetClusterInfo true | $time
+  Node Role=-, Node Health=-, Fault Domain=-, Maintenance Mode=-, Sub-Cluster UUID=-,
+  Member Count=-, Member UUIDs=[], Unicast Mode=-, Data-in-Transit Encryption=-,
+  Configuration Generation=-, Configuration Time=-} <- GetClusterInfo true | $time
 cluster list -> [] <- GetClusterInfo true | GetJoinedClusterUuids
 [GetClusterInfo fails] cluster get -> error: Unable to get cluster information: no luck | none
   <- GetClusterInfo true

@@ -1,7 +1,6 @@
 #include "tests/support/RecordingHost.h"
 
 namespace test {
-namespace {
 
 const Hosts kHosts = {
     {"stretched",
@@ -60,5 +59,4 @@ $set -n $longest -> error: Cannot set preferred fault domain if the host is not 
 )");
 }
 
-}  // namespace
 }  // namespace test

@@ -22,6 +22,23 @@ std::map<std::string, std::string> PreparedLines() {
 const std::set<std::string> kChanging = {"AddUnicastAgent", "SetDataInTransitEncryption",
                                          "SetTracedLogOptions", "RemoveUnicastAgent"};
 
+/// `text` with the first place of each name taken by its value.
+std::string Replaced(std::string text, const std::map<std::string, std::string>& values) {
+  for (const auto& [name, value] : values) {
+    const auto at = text.find(name);
+    if (at != std::string::npos) text.replace(at, name.size(), value);
+  }
+  return text;
+}
+
+/// Adds the paths of all commands from the node on.
+void AddLeaves(const json& node, const std::string& path, std::vector<std::string>& leaves) {
+  if (node["kind"] == "command") leaves.push_back(path);
+  for (const json& child : node.value("children", json::array())) {
+    AddLeaves(child, path + (path.empty() ? "" : " ") + std::string(child["name"]), leaves);
+  }
+}
+
 class EveryCommand : public Lab {
  protected:
   EveryCommand() {
@@ -62,88 +79,64 @@ class EveryCommand : public Lab {
     return operations;
   }
 
-  /// The line when it is tried: nothing of it stays, and what it says is what happens then.
-  void CheckTried(const std::string& line) const;
-  void CheckFailures(const std::string& line, const std::vector<std::string>& operations) const;
-  /// Runs every command, its line completed by `names`, and once more for each failure.
-  void CheckAll(const std::map<std::string, std::string>& names) const;
-};
-
-/// `text` with the first place of each name taken by its value.
-std::string Replaced(std::string text, const std::map<std::string, std::string>& values) {
-  for (const auto& [name, value] : values) {
-    const auto at = text.find(name);
-    if (at != std::string::npos) text.replace(at, name.size(), value);
-  }
-  return text;
-}
-
-/// Adds the paths of all commands from the node on.
-void AddLeaves(const json& node, const std::string& path, std::vector<std::string>& leaves) {
-  if (node["kind"] == "command") leaves.push_back(path);
-  for (const json& child : node.value("children", json::array())) {
-    AddLeaves(child, path + (path.empty() ? "" : " ") + std::string(child["name"]), leaves);
-  }
-}
-
-/// Each operation that the line calls fails once: one error with its words, and nothing changed.
-void EveryCommand::CheckFailures(const std::string& line,
-                                 const std::vector<std::string>& operations) const {
-  for (const std::string& operation : std::set(operations.begin(), operations.end())) {
-    SCOPED_TRACE("failing " + operation);
-    GoBack();
-    const std::string before = State();
-    Inject(operation);
-    const Ended ended = Run(line);
-    const auto called = Called();
-    EXPECT_EQ(ended.status, 1) << ended.err;
-    EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
-    std::string words = "injected failure";
-    if (operation == "GetKorelInfo") words = "Could not get KorelInfo. Plugin version mismatch?";
-    if (line == "korel faultdomain reset") words = "Unable to reset fault domain name";
-    EXPECT_NE(ended.err.find(words), std::string::npos) << ended.err;
-    const bool hasChanged = std::ranges::any_of(
-        called, [&](const auto& one) { return one != operation && kChanging.contains(one); });
-    if (!hasChanged) {
-      EXPECT_EQ(State(), before);
+  /// Each operation that the line calls fails once: one error with its words, and nothing changed.
+  void CheckFailures(const std::string& line, const std::vector<std::string>& operations) const {
+    for (const std::string& operation : std::set(operations.begin(), operations.end())) {
+      SCOPED_TRACE("failing " + operation);
+      GoBack();
+      const std::string before = State();
+      Inject(operation);
+      const Ended ended = Run(line);
+      const auto called = Called();
+      EXPECT_EQ(ended.status, 1) << ended.err;
+      EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+      std::string words = "injected failure";
+      if (operation == "GetKorelInfo") words = "Could not get KorelInfo. Plugin version mismatch?";
+      if (line == "korel faultdomain reset") words = "Unable to reset fault domain name";
+      EXPECT_NE(ended.err.find(words), std::string::npos) << ended.err;
+      const bool hasChanged = std::ranges::any_of(
+          called, [&](const auto& one) { return one != operation && kChanging.contains(one); });
+      if (!hasChanged) {
+        EXPECT_EQ(State(), before);
+      }
     }
   }
-}
-
-void EveryCommand::CheckTried(const std::string& line) const {
-  GoBack();
-  Called();
-  const std::string before = State();
-  const json tried = json::parse(Run("lab try --formatter json " + line).out);
-  EXPECT_EQ(State(), before);
-  EXPECT_EQ(Called(), std::vector<std::string>());
-  const int status = Run(line).status;
-  EXPECT_EQ(tried["ok"], status == 0) << tried;
-  std::vector<std::string> operations;
-  for (const json& call : tried["result"]["Operations"]) operations.push_back(call["Operation"]);
-  EXPECT_EQ(operations, Called());
-  EXPECT_EQ(tried["result"]["Changes"].empty(), State() == before) << tried;
-}
-
-void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) const {
-  std::vector<std::string> leaves;
-  AddLeaves(json::parse(Run("--describe korel").out), "", leaves);
-  const auto lines = PreparedLines();
-  ASSERT_FALSE(leaves.empty());
-  for (const std::string& path : leaves) {
-    SCOPED_TRACE(path);
-    const std::string line =
-        "korel " + (lines.contains(path) ? Replaced(lines.at(path), names) : path);
+  /// The line when it is tried: nothing of it stays, and what it says is what happens then.
+  void CheckTried(const std::string& line) const {
     GoBack();
     Called();
-    const Ended ended = Run(line);
-    // A result of another shape than declared would be status 4.
-    EXPECT_LE(ended.status, 1) << ended.err << "what it takes is said in " PREPARED_LINES;
-    EXPECT_EQ(ended.status == 0, ended.err.empty()) << ended.err;
-    CheckFailures(line, Called());
-    CheckTried(line);
+    const std::string before = State();
+    const json tried = json::parse(Run("lab try --formatter json " + line).out);
+    EXPECT_EQ(State(), before);
+    EXPECT_EQ(Called(), std::vector<std::string>());
+    const int status = Run(line).status;
+    EXPECT_EQ(tried["ok"], status == 0) << tried;
+    std::vector<std::string> operations;
+    for (const json& call : tried["result"]["Operations"]) operations.push_back(call["Operation"]);
+    EXPECT_EQ(operations, Called());
+    EXPECT_EQ(tried["result"]["Changes"].empty(), State() == before) << tried;
   }
-}
+  /// Runs every command, its line completed by `names`, and once more for each failure.
+  void CheckAll(const std::map<std::string, std::string>& names) const {
+    std::vector<std::string> leaves;
+    AddLeaves(json::parse(Run("--describe korel").out), "", leaves);
+    const auto lines = PreparedLines();
+    ASSERT_FALSE(leaves.empty());
+    for (const std::string& path : leaves) {
+      SCOPED_TRACE(path);
+      const std::string line =
+          "korel " + (lines.contains(path) ? Replaced(lines.at(path), names) : path);
+      GoBack();
+      Called();
+      const Ended ended = Run(line);
+      // A result of another shape than declared would be status 4.
+      EXPECT_LE(ended.status, 1) << ended.err << "what it takes is said in " PREPARED_LINES;
+      EXPECT_EQ(ended.status == 0, ended.err.empty()) << ended.err;
+      CheckFailures(line, Called());
+      CheckTried(line);
+    }
+  }
+};
 
 /// Holds each statement that changes rows against its entry in the memory.
 TEST_F(EveryCommand, IsTakenBackAndDoneAgain) {

@@ -121,7 +121,6 @@ TEST_F(InventoryTest, ManyFaultsAreCounted) {
   EXPECT_THAT(faultsOfHosts(100), SizeIs(100));
   const auto faults = faultsOfHosts(123);
   ASSERT_THAT(faults, SizeIs(101));
-  EXPECT_EQ(faults[99], "hosts[99]: must be an object");
   EXPECT_EQ(faults[100], "and 23 more faults");
   EXPECT_EQ(faultsOfHosts(101).back(), "and 1 more fault");
 }

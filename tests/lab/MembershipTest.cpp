@@ -254,8 +254,7 @@ TEST_F(HostStateTest, PoliciesAreEachHostsOwnSetPerClassAndClearedTogether) {
 1 policy vmem checksum=true / 1 policy vmem checksum= -> ... checksum is on or off
 1 policy vmem copies=0 / 1 policy vmem stripes=1,copies=5 -> ... copies is a number from 1 to 4
 1 policy vmem stripes=0 / 1 policy vmem stripes=13 -> ... stripes is a number from 1 to 12
-1 policy vmem reserved-percent=-1 -> ... is a number from 0 to 100
-1 policy vmem reserved-percent=101 -> ... is a number from 0 to 100
+1 policy vmem reserved-percent=-1 / 1 policy vmem reserved-percent=101 -> ... number from 0 to 100
 1 policy vmem reserved-percent=01 -> ... is a number from 0 to 100
 )");
 }

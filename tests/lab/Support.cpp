@@ -22,11 +22,7 @@ using Tovrin::Lib::Korel::KorelCtlException;
 void StandOn(const std::string& host) { setenv("KOREL_LAB_HOST", host.c_str(), 1); }
 
 void AddHostsUpTo(int last) {
-  lab::ChangeLab([&](lab::Store& store) {
-    for (int i = 2; i <= last; ++i) {
-      lab::AddHost(store, lab::StandardHost("host" + std::to_string(i)));
-    }
-  });
+  for (int i = 2; i <= last; ++i) EXPECT_EQ(Play("1 addhost host" + std::to_string(i)), "");
 }
 
 std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl() {

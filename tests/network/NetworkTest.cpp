@@ -92,18 +92,14 @@ network restore -> true <- RestoreNetworkConfig
 }
 
 TEST(NetworkList, ShowsWhatItHasBesideAnError) {
-  const Hosts hosts = {
-      {"own", [](RecordingHost& host) { host.clusterUuid = "own"; }},
-      {"two",
-       [](RecordingHost& host) {
-         host.interfaces = {Odd("hsk1"), Odd("hsk2")};
-         host.interfaces[0].korelTraffic = true;
-       }},
-      {"encrypted",
-       [](RecordingHost& host) {
-         host.encryption = true;
-         host.interfaces[1].witnessTraffic = false;
-       }},
+  Hosts hosts = kHosts;
+  hosts["two"] = [](RecordingHost& host) {
+    host.interfaces = {Odd("hsk1"), Odd("hsk2")};
+    host.interfaces[0].korelTraffic = true;
+  };
+  hosts["encrypted"] = [](RecordingHost& host) {
+    host.encryption = true;
+    host.interfaces[1].witnessTraffic = false;
   };
   const auto row = [](const std::string& name, const std::string& port) {
     return "KorelNetworkList{HskNic Name=" + name + ", IP Protocol=IP, Interface UUID=uuid of " +
@@ -138,8 +134,8 @@ TEST(NetworkSecurity, IsReadPerCluster) {
       {"$own", of("own")},
       {"$other", of("other")}};
   Check(kHosts, names, R"(
-[shared] network security get -> NetworkSecurityGet{Sub-Cluster UUID=own, $state} <- GetClusterUuid |
-  $own
+[shared] network security get -> NetworkSecurityGet{Sub-Cluster UUID=own, $state}
+  <- GetClusterUuid | $own
 [shared] network security get -u other
   -> NetworkSecurityGet{Sub-Cluster UUID=other, $state} <- GetJoinedClusterUuids | $other
 [shared] network security get -u Own -> error: Unable to find subcluster UUID: Own | none

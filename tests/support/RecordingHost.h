@@ -27,10 +27,8 @@ struct RecordingHost {
   /// The operation throws this message, after it was kept as a call.
   std::map<std::string, std::string> failures;
 
-  bool hasInfo = true;
-  bool enabled = false;
-  bool clientMode = false;
-  bool clientModeFeature = true;
+  bool hasInfo = true, enabled = false, clientMode = false, stretched = false, encryption = false;
+  bool clientModeFeature = true, metadataFeature = true, trimFeature = true;
   Tovrin::Korel::KorelNodeType nodeType = Tovrin::Korel::KorelNodeType::Normal;
   /// What UUID_CreateRandom answers; null when empty.
   std::string randomUuid = "12345678-0000-0000-0000-00000000000a";
@@ -45,18 +43,14 @@ struct RecordingHost {
   std::vector<std::string> agentEntries;  ///< texts; "bad..." cannot be read
   std::vector<std::string> witnesses;
   bool agentRemoved = true;
-  bool metadataFeature = true;
-  bool stretched = false;
   std::map<std::string, std::string> preferred;  ///< cluster UUID to name; the id is "id of NAME"
   Tovrin::Korel::KorelClusterInfoDetailed cluster;  ///< what the directory has of every cluster
 
   std::vector<Tovrin::Korel::KorelHskNicConfig2> interfaces;
   std::set<std::string> configured;  ///< "INTERFACE TYPE"
-  bool encryption = false;
-  std::int64_t number = 0;  ///< throttle, bandwidth, rekey interval
+  std::int64_t number = 0;           ///< throttle, bandwidth, rekey interval
 
   std::set<std::string> poolDisks;  ///< names
-  bool trimFeature = true;
   std::vector<std::string> skippedDisks;
   std::string root;               ///< where host paths are found
   int status = 0, restarted = 0;  ///< exit statuses of the trace daemon's script
