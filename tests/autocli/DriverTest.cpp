@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "autocli/program/Program.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {

@@ -52,7 +52,6 @@ class EveryCommand : public Lab {
     std::filesystem::remove_all(folder / to);
     std::filesystem::copy(folder / from, folder / to, std::filesystem::copy_options::recursive);
   }
-  void Save() const { Copy("lab", "saved"); }
   void GoBack() const { Copy("saved", "lab"); }
 
   /// What has to be as it was after a failure.
@@ -170,7 +169,7 @@ TEST_F(EveryCommand, IsTakenBackAndDoneAgain) {
 
 TEST_F(EveryCommand, FailsCleanlyInAFreshLab) {
   Do("lab host list");
-  Save();
+  Copy("lab", "saved");
   CheckAll({{"CLUSTER", "5291022a-ad03-df90-dd0f-b9f980cc0003"},
             {"CACHE", "none1"},
             {"DISK", "none2"},
@@ -195,7 +194,7 @@ TEST_F(EveryCommand, FailsCleanlyInAPreparedLab) {
      "10.0.0.1 -T 00:01:02:03:04:05:06:07:08:09:0a:0b:0c:0d:0e:0f:10:11:12:13");
   Do("korel storagepool add -d " + flash[1]);
   Do("lab maintenance start");
-  Save();
+  Copy("lab", "saved");
   CheckAll({{"CLUSTER", cluster},
             {"CACHE", caches[0]},
             {"DISK", spinning[0]},

@@ -26,8 +26,8 @@ TEST_F(Lab, HasWhatMakesTheTraceCommandsFail) {
   Do("lab init --force");
   Do("lab daemon set --status 3");
   Do(set);
-  const Ended lines = Run("lab file get " + config);
-  EXPECT_NE(lines.out.find("KORELTRACED_ROTATE_FILE_SIZE=7\n"), std::string::npos);
+  EXPECT_NE(Run("lab file get " + config).out.find("KORELTRACED_ROTATE_FILE_SIZE=7\n"),
+            std::string::npos);
 }
 
 TEST_F(Lab, KeepsAFileOfAHostByteForByte) {

@@ -30,14 +30,13 @@ class Lab : public testing::Test {
   /// Runs build/bin/autocli with the words of `line` as a shell takes them.
   Ended Run(const std::string& line) const {
     // Files rather than pipes: no output is too long for them.
-    const std::string out = folder / "out";
-    const std::string err = folder / "err";
     std::string command = "exec env -i";
     for (const auto& [name, value] : environment) command += " '" + name + "=" + value + "'";
-    command += " " KOREL_BUILD_DIR "/bin/autocli " + line + " </dev/null >" + out + " 2>" + err;
+    command += " " KOREL_BUILD_DIR "/bin/autocli " + line + " </dev/null";
+    command += " >" + (folder / "out") + " 2>" + (folder / "err");
     const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), ReadFile(out),
-            ReadFile(err)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+            ReadFile(folder / "out"), ReadFile(folder / "err")};
   }
   /// Runs with `--formatter json` and answers the document.
   nlohmann::json Ask(const std::string& line) const {

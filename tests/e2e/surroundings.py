@@ -2,6 +2,7 @@
 
   surroundings.py BIN"""
 
+import contextlib
 import os
 import pathlib
 import re
@@ -37,11 +38,9 @@ def running(word):
     """The processes that have the word on their command line."""
     found = []
     for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
-        try:
+        with contextlib.suppress(OSError):
             if word.encode() in entry.read_bytes():
                 found.append(entry.parent.name)
-        except OSError:
-            pass
     return found
 
 

@@ -1,6 +1,5 @@
 #include "lab/model/Disks.h"
 #include "lab/model/Inventory.h"
-#include "lab/model/Lab.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -119,9 +118,8 @@ TEST_F(InventoryTest, ManyFaultsAreCounted) {
     return FaultsOf("{\"hosts\":[" + hosts + "]}");
   };
   EXPECT_THAT(faultsOfHosts(100), SizeIs(100));
-  const auto faults = faultsOfHosts(123);
-  ASSERT_THAT(faults, SizeIs(101));
-  EXPECT_EQ(faults[100], "and 23 more faults");
+  EXPECT_THAT(faultsOfHosts(123), SizeIs(101));
+  EXPECT_EQ(faultsOfHosts(123).back(), "and 23 more faults");
   EXPECT_EQ(faultsOfHosts(101).back(), "and 1 more fault");
 }
 

@@ -3,7 +3,6 @@
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/HostState.h"
-#include "lab/model/Lab.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {

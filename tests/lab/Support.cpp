@@ -11,7 +11,6 @@
 #include "lab/model/HostFiles.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Inventory.h"
-#include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 #include "tests/support/Database.h"
 
@@ -63,7 +62,8 @@ void Sql(const std::string& sql) { test::RunSql(std::getenv("KOREL_LAB"), sql); 
 
 LabTest::LabTest() {
   setenv("KOREL_LAB", LabFile().c_str(), 1);
-  for (const char* variable : {"KOREL_LAB_HOST", "KOREL_LAB_CALLS", "AUTOCLI_LINE"}) {
+  for (const char* variable :
+       {"KOREL_LAB_HOST", "KOREL_LAB_CALLS", "KOREL_LAB_WAIT", "AUTOCLI_LINE"}) {
     unsetenv(variable);
   }
 }

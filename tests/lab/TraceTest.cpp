@@ -4,7 +4,6 @@
 
 #include "lab/hostctl/HandedOut.h"
 #include "lab/model/HostFiles.h"
-#include "lab/model/Lab.h"
 #include "lab/model/Trace.h"
 #include "lab/model/TraceDaemon.h"
 #include "tests/lab/Support.h"

@@ -1,7 +1,6 @@
 #include <filesystem>
 
 #include "lab/model/HostFiles.h"
-#include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/OldSchema.h"

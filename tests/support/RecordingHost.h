@@ -64,7 +64,8 @@ std::string RunLine(const std::string& line);
 
 /// Preparations of a host by the names that a table has for them.
 using Hosts = std::map<std::string, std::function<void(RecordingHost&)>>;
-/// Texts by the names that a table has for them, each with a dollar sign in front.
+/// Texts by the names that a table has for them, each with a dollar sign in front. They may have
+/// the capital ones in them, which every table has: $A, $B and $C are UUIDs.
 using Names = std::map<std::string, std::string, std::greater<>>;
 
 /// Runs the rows of a table, each on a host of its own: "LINE -> OUTCOME <- CALLS", the calls

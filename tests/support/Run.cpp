@@ -1,4 +1,3 @@
-#include <sstream>
 #include <utility>
 
 #include "autocli/line/ParseOptions.h"
@@ -90,8 +89,7 @@ std::string Prepare(RecordingHost& host, const Hosts& hosts, const std::string& 
 Texts Rows(const std::string& table, Names names) {
   names.insert(kNames.begin(), kNames.end());
   Texts rows;
-  std::istringstream lines(table);
-  for (std::string line; std::getline(lines, line);) {
+  for (std::string line : Split(table, "\n")) {
     if (line.empty()) continue;
     for (const auto& [name, text] : names) line = Joined(Split(line, name), text.c_str());
     line.starts_with("  ") ? rows.back() += line.substr(1) : rows.emplace_back(line);
