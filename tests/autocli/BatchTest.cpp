@@ -1,11 +1,10 @@
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 
 #include "autocli/tools/SplitLine.h"
 #include "tests/autocli/Support.h"
+#include "tests/support/Files.h"
 
 namespace autocli::test {
 namespace {
@@ -14,16 +13,12 @@ using Corvex::Declare::Refuse;
 using testing::StartsWith;
 
 TEST(SplitLineTest, QuotesAsAShellDoesAndExpandsNothing) {
-  const struct {
-    std::string line;
-    Words words;
-    std::string problem = "";
-  } cases[] = {
-      {"", {}},
-      {" \t# words of a comment", {}},
-      {"a  b\tc#d #e", {"a", "b", "c#d"}},
-      {R"('a b'"c d"\ e '' $HOME *)", {"a bc d e", "", "$HOME", "*"}},
-      {R"('\' "\\\"\n")", {"\\", "\\\"\\n"}},
+  const std::tuple<std::string, Words, const char*> cases[] = {
+      {"", {}, ""},
+      {" \t# words of a comment", {}, ""},
+      {"a  b\tc#d #e", {"a", "b", "c#d"}, ""},
+      {R"('a b'"c d"\ e '' $HOME *)", {"a bc d e", "", "$HOME", "*"}, ""},
+      {R"('\' "\\\"\n")", {"\\", "\\\"\\n"}, ""},
       {"a 'b", {}, "a single quote is not closed"},
       {"\"a\\\"", {}, "a double quote is not closed"},
       {"a\\", {}, "a backslash ends the line"},
@@ -34,26 +29,21 @@ TEST(SplitLineTest, QuotesAsAShellDoesAndExpandsNothing) {
     std::string problem;
     const Words split = SplitLine(line, problem);
     EXPECT_EQ(problem, expected);
-    if (expected.empty()) {
-      EXPECT_EQ(split, words);
-    }
+    EXPECT_EQ(problem.empty() ? split : Words(), words);
   }
 }
 
 class BatchTest : public testing::Test {
  protected:
-  ~BatchTest() override { std::remove(file_.c_str()); }
-
   Ran Run(const std::string& lines, const std::string& options = "", const Words& faults = {}) {
-    std::ofstream(file_) << lines;
-    return tree.Run("batch " + file_ + options, faults);
+    ::test::WriteFile(folder_ / "lines", lines);
+    return tree.Run("batch " + (folder_ / "lines") + options, faults);
   }
 
   DiskTree tree;
 
  private:
-  std::string file_ =
-      testing::TempDir() + "batch-" + testing::UnitTest::GetInstance()->current_test_info()->name();
+  const ::test::Folder folder_;
 };
 
 TEST_F(BatchTest, TellsHostLibrariesWhichLineIsCarriedOut) {

@@ -54,10 +54,7 @@ class CompleteTest : public testing::Test {
 
 TEST_F(CompleteTest, AWordGoesOnAsTheParserTakesIt) {
   const std::string own = "--name\trequired: Which.\n--mode\n--wait\n--disks\n--sure\n";
-  const struct {
-    Words words;
-    std::string lines;
-  } cases[] = {
+  const std::pair<Words, std::string> cases[] = {
       {{"di"}, "disk\tDisks of the host\n"},
       {{"--help"}, "--help\tSay what can follow, or what a command does.\n"},
       {{"disk", ""}, "list\tList the disks\ngrow\tGrow a disk\n"},

@@ -61,11 +61,7 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
   const auto rack = MetaStruct::New("Rack");
   rack->SetField("Disks", Disks({Disk("a", 1, true, {"x", "y"})}));
   rack->SetField("None", Disks({}));
-  const struct {
-    const char* formatter;
-    MetaObjectPtr result;
-    const char* shown;
-  } cases[] = {
+  const std::tuple<const char*, MetaObjectPtr, const char*> cases[] = {
       {"simple", MetaBool::New(true), "true\n"},
       {"table", MetaInt::New(INT64_MIN), "-9223372036854775808\n"},
       {"json", MetaInt::New(INT64_MAX), "9223372036854775807"},
@@ -89,10 +85,7 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
 }
 
 TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
-  const struct {
-    std::string text;
-    std::string shown;
-  } cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"a\nb\tc\rd", "a\\nb\\tc\\rd"},
       {"\x1b[31m", "\\x1b[31m"},
       {std::string("\0\x7f", 2), "\\x00\\x7f"},

@@ -6,7 +6,6 @@
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
-namespace {
 
 using Corvex::Declare::Inputs;
 using Corvex::Declare::IntRange;
@@ -15,17 +14,14 @@ using testing::HasSubstr;
 
 TEST(HelpTest, PlaceholdersStandForTheAllowedValues) {
   const auto modes = StringEnum({{"fast", "Takes risks."}, {"slow", ""}});
-  const struct {
-    std::shared_ptr<Corvex::CallSpec::ParameterConstraint> constraint;
-    const char* description;
-    const char* expanded;
-  } cases[] = {
-      {modes, "100% of %ENUM: %ENUM%.", "100% of %ENUM: fast, slow."},
-      {modes, "Mode.\n%FULLENUM%Only here.", "Mode.\n  fast: Takes risks.\n  slow\nOnly here."},
-      {modes, "Values are: %FULLENUM%", "Values are:\n  fast: Takes risks.\n  slow\n"},
-      {IntRange(0, 512), "Level (%ENUM%, 0 means off)", "Level (0-512, 0 means off)"},
-      {nullptr, "None: %ENUM%", "None: "},
-  };
+  const std::tuple<std::shared_ptr<Corvex::CallSpec::ParameterConstraint>, const char*, const char*>
+      cases[] = {
+          {modes, "100% of %ENUM: %ENUM%.", "100% of %ENUM: fast, slow."},
+          {modes, "Mode.\n%FULLENUM%Only here.", "Mode.\n  fast: Takes risks.\n  slow\nOnly here."},
+          {modes, "Values are: %FULLENUM%", "Values are:\n  fast: Takes risks.\n  slow\n"},
+          {IntRange(0, 512), "Level (%ENUM%, 0 means off)", "Level (0-512, 0 means off)"},
+          {nullptr, "None: %ENUM%", "None: "},
+      };
   for (const auto& [constraint, description, expanded] : cases) {
     const auto input =
         Inputs({{.name = "p", .constraint = constraint, .description = description}});
@@ -93,14 +89,8 @@ TEST(HelpTest, LongTextsAreBrokenAtBlanks) {
   EXPECT_EQ(Wrapped(cats, 0, 6), cats);
 }
 
-TEST(HelpTest, NamespacesListTheirChildren) {
-  const DiskTree tree;
-  EXPECT_THAT(tree.Run("disk list --help").out,
-              HasSubstr("\nresult: list of records with the fields\n  Name, Size, Fast, Tags\n"));
-  EXPECT_EQ(tree.Run("disk --help").out,
-            "Disks of the host\n\nusage: autocli disk COMMAND... [options]\n\ncommands:\n"
-            "  list  List the disks\n  grow  Grow a disk\n\nmore: autocli help disk COMMAND...\n");
-  const std::string root = tree.Run("--help").out;
+TEST(HelpTest, TheRootSaysWhatIsForAll) {
+  const std::string root = DiskTree().Run("--help").out;
   for (const char* part :
        {"  disk  Disks of the host\n", "How the result is written: simple, table, json, csv.",
         "  help [PATH...]  ", "--fields STRING", "--describe", "--version", "\n  4  "}) {
@@ -152,5 +142,4 @@ TEST(HelpTest, OneBadCommandDoesNotHideTheOthers) {
   EXPECT_EQ(disk["children"][1]["name"], "grow");
 }
 
-}  // namespace
 }  // namespace autocli::test

@@ -24,11 +24,9 @@ ParsedOptions Parse(const Words& words) {
   return ParseOptions(*spec, words);
 }
 
+/// What is told of a line is the name, or the only fault.
 TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
-  const struct {
-    Words words;
-    const char* told;  ///< the name, or the only fault
-  } cases[] = {
+  const std::pair<Words, const char*> cases[] = {
       {{"--name=a=b"}, "a=b"},
       {{"--name", ""}, ""},
       {{"-n=a"}, "=a"},

@@ -2,11 +2,10 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 
 #include "autocli/plugin/Loader.h"
 #include "tests/autocli/Support.h"
+#include "tests/support/Files.h"
 
 namespace autocli::test {
 namespace {
@@ -15,31 +14,24 @@ using Corvex::AutoCli::AutoCli_ShellCmd;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Tests with a folder of their own, gone with them.
 class FolderTest : public testing::Test {
  protected:
-  FolderTest() {
-    if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no folder: " + path_);
-  }
-  ~FolderTest() override { std::filesystem::remove_all(path_); }
-
   /// Writes a file into the folder and returns its path.
   std::string Put(const std::string& name, const std::string& bytes, mode_t mode = 0644) const {
-    const std::string path = path_ + "/" + name;
-    std::ofstream(path, std::ios::binary) << bytes;
-    chmod(path.c_str(), mode);
-    return path;
+    ::test::WriteFile(folder_ / name, bytes);
+    chmod((folder_ / name).c_str(), mode);
+    return folder_ / name;
   }
 
-  std::string path_ = std::filesystem::temp_directory_path() / "autocli-test-XXXXXX";
+  const ::test::Folder folder_;
+  const std::string path_ = folder_.path;
 };
 
 class PluginTest : public FolderTest {
  protected:
   /// The bytes of a plug-in as it was built.
   static std::string Built(const std::string& name) {
-    std::ifstream file(std::string(TEST_PLUGIN_FOLDER) + "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return ::test::ReadFile(std::string(TEST_PLUGIN_FOLDER) + "/" + name);
   }
 
   Words Load() {
@@ -114,9 +106,8 @@ std::pair<std::string, int> RunInShell(const std::string& line) {
 }
 
 TEST_F(PluginTest, OneThatEndsTheProgramIsNamed) {
-  for (const char* folder : {"/bin", "/lib", "/lib/autocli", "/lib/autocli/plugins"}) {
-    std::filesystem::create_directory(path_ + folder);
-  }
+  std::filesystem::create_directory(path_ + "/bin");
+  std::filesystem::create_directories(path_ + "/lib/autocli/plugins");
   std::filesystem::copy(TEST_PROGRAM, path_ + "/bin");
   std::filesystem::copy(TEST_LIBRARY, path_ + "/lib");
   const std::string plugins = "lib/autocli/plugins/";

@@ -1,13 +1,9 @@
-#include <unistd.h>
-
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 #include "tests/autocli/Support.h"
+#include "tests/support/Files.h"
 
 namespace autocli::test {
-namespace {
 
 TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
   DiskTree tree;
@@ -17,8 +13,8 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
         {{.name = "No", .shortName = "\"", .description = "a|b\nc i.e. d\x1b. *E*"}});
   };
   tree.root->RegisterNamespaceNode(Namespace::New(), "Ar");
-  const std::string folder = testing::TempDir() + "pages" + std::to_string(getpid());
-  std::filesystem::create_directory(folder);
+  const ::test::Folder pages;
+  const std::string& folder = pages.path;
   EXPECT_EQ(tree.Run("--reference man " + folder), (Ran{0, "", ""}));
   tree.grow->input = []() -> std::shared_ptr<InputSpec> { return nullptr; };
   EXPECT_EQ(tree.Run("--reference markdown " + folder),
@@ -26,16 +22,14 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
   const std::string show = "cd " + folder + " && mandoc -Tlint *.1 &&" +
                            " mandoc autocli-disk.1 | col -bx >out && cat commands.md >>out";
   EXPECT_EQ(std::system(show.c_str()), 0);
-  std::ostringstream shown;
-  shown << std::ifstream(folder + "/out").rdbuf();
+  const std::string shown = ::test::ReadFile(pages / "out");
   for (const char* part :
        {"\n     .Sh Ruin\n     'so \\fB -x | <b> `a`\n           - one\n           1. two\n",
         "\n     -\", --No STRING\n             a|b\n             c i.e. d\\x1b. *E*\n",
         "\n\\.Sh Ruin\\\n'so \\\\fB -x \\| \\<b\\> \\`a\\`\\\n\\\n\\- one\\\n1\\. two\\\n\\# end\n",
         "\n| `-\", --No STRING` | a\\|b<br>c i.e. d\\\\x1b. \\*E\\* |\n"}) {
-    EXPECT_THAT(shown.str(), testing::HasSubstr(part));
+    EXPECT_THAT(shown, testing::HasSubstr(part));
   }
-  std::filesystem::remove_all(folder);
 }
 
 TEST(ReferenceTest, BadLinesAreRefused) {
@@ -47,5 +41,4 @@ TEST(ReferenceTest, BadLinesAreRefused) {
             (Ran{2, "", "error: cannot write into \"/no\": No such file or directory" + usage}));
 }
 
-}  // namespace
 }  // namespace autocli::test

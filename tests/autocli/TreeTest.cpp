@@ -23,21 +23,18 @@ TEST(TreeTest, RefusedNodesLeaveTheTreeAsItWas) {
   const auto child = Namespace::New();
   root->RegisterNamespaceNode(child, "child");
   const auto fresh = Namespace::New();
-  const struct {
-    std::shared_ptr<Corvex::AutoCli::NamespaceNode> node;
-    const char* name;
-    const char* message;
-  } cases[] = {
-      {nullptr, "x", "there is no node to register as \"x\""},
-      {fresh, nullptr, "\"\" is no name for a node"},
-      {fresh, "-x", "\"-x\" is no name for a node"},
-      {fresh, "\xc3\xa9", "\"\xc3\xa9\" is no name for a node"},
-      {fresh, "child", "name \"child\" is taken"},
-      {child, "again", "the node for \"again\" has a parent already"},
-  };
-  for (const auto& refused : cases) {
-    EXPECT_EQ(Refusal([&] { root->RegisterNamespaceNode(refused.node, refused.name); }),
-              refused.message);
+  const std::tuple<std::shared_ptr<Corvex::AutoCli::NamespaceNode>, const char*, const char*>
+      cases[] = {
+          {nullptr, "x", "there is no node to register as \"x\""},
+          {fresh, nullptr, "\"\" is no name for a node"},
+          {fresh, "-x", "\"-x\" is no name for a node"},
+          {fresh, "\xc3\xa9", "\"\xc3\xa9\" is no name for a node"},
+          {fresh, "child", "name \"child\" is taken"},
+          {child, "again", "the node for \"again\" has a parent already"},
+      };
+  for (const auto& [node, name, message] : cases) {
+    EXPECT_EQ(Refusal([&, &node = node, &name = name] { root->RegisterNamespaceNode(node, name); }),
+              message);
   }
   EXPECT_EQ(Refusal([&] { child->RegisterNamespaceNode(root, "up"); }), "\"up\" would hold itself");
   EXPECT_EQ(root->GetChildren().size(), 1U);
@@ -65,11 +62,7 @@ TEST(TreeTest, ResultsAreHeldAgainstTheDeclaredShape) {
   const auto mixed = ListOf(declared);
   mixed->Add(declared);
   mixed->Add(MetaStruct::New("T"));
-  const struct {
-    MetaObjectPtr declared;
-    MetaObjectPtr actual;
-    const char* difference;
-  } cases[] = {
+  const std::tuple<MetaObjectPtr, MetaObjectPtr, const char*> cases[] = {
       {declared, declared, ""},
       {ListOf(declared), ListOf(MetaStruct::New("T")), ""},
       {MetaBool::New(), MetaString::New("true"), "string instead of bool"},

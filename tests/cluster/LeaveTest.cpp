@@ -6,7 +6,6 @@ namespace {
 
 const std::string kA = "aaaaaaaa-0000-0000-0000-000000000001";
 const std::string kB = "bbbbbbbb-0000-0000-0000-000000000002";
-const std::string kNotifier = "/usr/lib/ostrel/hostd/bin/notifyDatastore -t ";
 
 void InTwo(RecordingHost& host) {
   host.enabled = true;
@@ -15,46 +14,43 @@ void InTwo(RecordingHost& host) {
 }
 
 TEST(ClusterLeave, NotifiesAndLeaves) {
-  const std::string info = "GetClusterInfo true";
-  const std::string before = "[" + kNotifier + "PreUnmount -d ds1,ds2]";
-  const std::string failed = "[" + kNotifier + "FailedUnmount -d ds1,ds2]";
-  const auto client = [](RecordingHost& host) { host.clientMode = true; };
-  Check({
-      {"cluster leave", nullptr, "error: The host is not in a Korel or client cluster. | none",
-       info + " | IsClientModeEnabled"},
-      // The list of names is empty, the blank before it stays.
-      {"cluster leave", client, "true",
-       info + " | IsClientModeEnabled | GetDatastores | [" + kNotifier +
-           "PreUnmount -d ] | GetJoinedClusterUuids"},
-      {"cluster leave", InTwo, "true",
-       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | LeaveCluster " + kA +
-           " false | LeaveCluster " + kB + " false"},
-      {"cluster leave -u ''", InTwo, "true",
-       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | LeaveCluster " + kA +
-           " false | LeaveCluster " + kB + " false"},
-      {"cluster leave -u " + kB, InTwo, "true",
-       info + " | GetDatastores | " + before + " | LeaveCluster " + kB + " false"},
-      {"cluster leave", Failing("GetDatastores", InTwo), "error: no luck | none",
-       info + " | GetDatastores"},
-      {"cluster leave", Failing("GetJoinedClusterUuids", InTwo), "error: no luck | none",
-       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | " + failed},
-      {"cluster leave", Failing("LeaveCluster", InTwo), "error: no luck | none",
-       info + " | GetDatastores | " + before + " | GetJoinedClusterUuids | LeaveCluster " + kA +
-           " false | " + failed},
-  });
+  const std::string notify = "[/usr/lib/ostrel/hostd/bin/notifyDatastore -t ";
+  const Names names = {
+      {"$before", "GetClusterInfo true | GetDatastores | " + notify + "PreUnmount -d ds1,ds2]"},
+      {"$failed", notify + "FailedUnmount -d ds1,ds2]"},
+      {"$notify", notify}};
+  // Where no datastore is, the list of names is empty, and the blank before it stays.
+  Check({{"in two", InTwo}}, names, R"(
+cluster leave -> error: The host is not in a Korel or client cluster. | none <- GetClusterInfo true
+  | IsClientModeEnabled
+[client] cluster leave -> true <- GetClusterInfo true | IsClientModeEnabled | GetDatastores |
+  $notifyPreUnmount -d ] | GetJoinedClusterUuids
+[in two] cluster leave / [in two] cluster leave -u '' -> true <- $before | GetJoinedClusterUuids |
+  LeaveCluster $A false | LeaveCluster $B false
+[in two] cluster leave -u $B -> true <- $before | LeaveCluster $B false
+[in two, GetDatastores fails] cluster leave -> error: no luck | none <- GetClusterInfo true |
+  GetDatastores
+[in two, GetJoinedClusterUuids fails] cluster leave -> error: no luck | none <- $before |
+  GetJoinedClusterUuids | $failed
+[in two, LeaveCluster fails] cluster leave -> error: no luck | none <- $before |
+  GetJoinedClusterUuids | LeaveCluster $A false | $failed
+)");
 }
 
 TEST(ClusterRestore, PassesNoBootStage) {
-  Check({
-      {"cluster restore", nullptr, "true", "RestoreCluster false false"},
-      {"cluster restore", Failing("RestoreCluster"), "error: no luck | none",
-       "RestoreCluster false false"},
-      {"cluster restore --boot", nullptr, "usage: unknown option \"--boot\"", ""},
-  });
+  Check(R"(
+cluster restore -> true <- RestoreCluster false false
+! error: no luck | none
+cluster restore --boot -> usage: unknown option "--boot"
+)");
 }
 
 TEST(ClusterRestore, OffersTheBootStagesWhenBuiltWithThem) {
-  const auto run = [](bool boot, bool postboot) {
+  const std::tuple<bool, bool, const char*> cases[] = {
+      {true, false, "RestoreCluster true false"},
+      {false, true, "RestoreCluster false true"},
+      {true, true, "Flags boot and postboot are mutually exclusive"}};
+  for (const auto& [boot, postboot, told] : cases) {
     RecordingHost host;
     const auto command = OstrelCli::KorelNamespace::ClusterRestore::New(true);
     EXPECT_EQ(command->GetInputSpec()->GetParameters().size(), 2U);
@@ -64,71 +60,60 @@ TEST(ClusterRestore, OffersTheBootStagesWhenBuiltWithThem) {
     const auto output = Corvex::CallSpec::Output::New();
     command->GetDispatcher()->Execute(input, output);
     for (const auto& message : output->GetErrorMessages()) host.calls.push_back(message);
-    return host.calls;
-  };
-  using Calls = std::vector<std::string>;
-  EXPECT_EQ(run(true, false), Calls{"RestoreCluster true false"});
-  EXPECT_EQ(run(false, true), Calls{"RestoreCluster false true"});
-  EXPECT_EQ(run(true, true), Calls{"Flags boot and postboot are mutually exclusive"});
+    EXPECT_EQ(host.calls, std::vector<std::string>{told});
+  }
 }
 
 TEST(KorelMax, IsOnlyForHostsWithoutDisks) {
-  const auto enabled = [](RecordingHost& host) { host.enabled = true; };
-  const auto withDisks = [](RecordingHost& host) {
-    host.enabled = true;
-    host.disks = {{"x", kA}};
-  };
-  const std::string asked = "GetClusterInfo true | GetKorelDisks 1";
-  Check({
-      {"cluster korelmax set -e true", nullptr,
-       "error: To enable/disable Korel Max, the host needs to be in a Korel cluster and enabled "
-       "with "
-       "Korel. | none",
-       "GetClusterInfo true"},
-      {"cluster korelmax set -e true", enabled, "true", asked + " | SetKorelMaxEnabled true"},
-      {"cluster korelmax set -e true", withDisks,
-       "error: The host has diskgroups on it. Korel Max cannot be configured. | none", asked},
-      {"cluster korelmax set -e false", withDisks, "true", asked + " | SetKorelMaxEnabled false"},
-      {"cluster korelmax set -e false", Failing("SetKorelMaxEnabled", enabled),
-       "error: Failed to enable Korel Max on the cluster: no luck | none",
-       asked + " | SetKorelMaxEnabled false"},
-  });
+  const auto disk = [](RecordingHost& host) { host.disks = {{"x", kA}}; };
+  Check({{"disk", disk}}, {{"$set", "cluster korelmax set -e"}}, R"(
+$set true -> error: To enable/disable Korel Max, the host needs to be in a Korel cluster and enabled
+  with Korel. | none <- GetClusterInfo true
+[enabled] $set true -> true <- GetClusterInfo true | GetKorelDisks 1 | SetKorelMaxEnabled true
+[enabled, disk] $set true -> error: The host has diskgroups on it. Korel Max cannot be configured.
+  | none <- GetClusterInfo true | GetKorelDisks 1
+[enabled, disk] $set false -> true <- GetClusterInfo true | GetKorelDisks 1 | SetKorelMaxEnabled
+  false
+! error: Failed to enable Korel Max on the cluster: no luck | none
+)");
 }
 
 TEST(ClusterInformation, IsShownOfOneAndOfAll) {
-  const auto prepare = [](RecordingHost& host) {
-    InTwo(host);
+  const auto member = [](RecordingHost& host) {
     host.clusterUuid = kA;
-    host.nodeType = Tovrin::Korel::KorelNodeType::Witness;
     host.cluster = {"", "WITNESS", "HEALTHY", {"m1", "m2"}, {7, "then"}};
   };
-  const auto of = [](const std::string& type, const std::string& uuid) {
-    return type +
-           "{Enabled=true, Current Local Time=now, Node UUID=node, Node Type=WITNESS, Node "
-           "Role=WITNESS, Node Health=HEALTHY, Fault Domain=fd1, Maintenance Mode=OFF, Sub-Cluster "
-           "UUID=" +
-           uuid +
-           ", Member Count=2, Member UUIDs=[m1, m2], Unicast Mode=true, Data-in-Transit "
-           "Encryption=false, Configuration Generation=7, Configuration Time=then}";
+  const auto asked = [](const std::string& uuid) {
+    return "GetClusterInfo true | GetInfoFromHXDS " + uuid + " | GetUnicastModeForCluster " + uuid +
+           " | GetNodeType | GetFaultDomainName | IsDataInTransitEncryptionEnabled " + uuid +
+           " true";
   };
-  {
-    RecordingHost host;
-    prepare(host);
-    EXPECT_EQ(RunLine("korel cluster get"), of("ClusterInformation", kA));
-    EXPECT_EQ(RunLine("korel cluster list"), "[" + of("ClusterInformationList", kA) + ", " +
-                                                 of("ClusterInformationList", kB) + "]");
-  }
-  RecordingHost alone;
-  const std::string outcome = RunLine("korel cluster get");
-  EXPECT_TRUE(outcome.starts_with(
-      "ClusterInformation{Enabled=false, Current Local Time=now, Node UUID=-, "))
-      << outcome;
-  EXPECT_EQ(RunLine("korel cluster list"), "[]");
-  alone.failures["GetClusterInfo"] = "no luck";
-  EXPECT_EQ(RunLine("korel cluster get"),
-            "error: Unable to get cluster information: no luck | none");
-  EXPECT_EQ(RunLine("korel cluster list"),
-            "error: Unable to list cluster information: no luck | none");
+  const Names names = {
+      {"$own",
+       "Current Local Time=now, Node UUID=node, Node Type=WITNESS, Node Role=WITNESS, "
+       "Node Health=HEALTHY, Fault Domain=fd1, Maintenance Mode=OFF"},
+      {"$members",
+       "Member Count=2, Member UUIDs=[m1, m2], Unicast Mode=true, Data-in-Transit "
+       "Encryption=false, Configuration Generation=7, Configuration Time=then"},
+      {"$time", "GetFormattedSystemDateTime"},
+      {"$of a", asked("$A")},
+      {"$of b", asked("$B")}};
+  Check({{"in two", InTwo}, {"member", member}}, names, R"(
+[in two, witness, member] cluster get -> ClusterInformation{Enabled=true, $own, Sub-Cluster UUID=$A,
+  $members} <- GetClusterInfo true | $time | GetClusterUuid | $of a
+[in two, witness, member] cluster list -> [ClusterInformationList{Enabled=true, $own, Sub-Cluster
+  UUID=$A, $members}, ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$B, $members}] <-
+  GetClusterInfo true | GetJoinedClusterUuids | $time | $of a | $time | $of b
+cluster get -> ClusterInformation{Enabled=false, Current Local Time=now, Node UUID=-, Node Type=-,
+  Node Role=-, Node Health=-, Fault Domain=-, Maintenance Mode=-, Sub-Cluster UUID=-,
+  Member Count=-, Member UUIDs=[], Unicast Mode=-, Data-in-Transit Encryption=-,
+  Configuration Generation=-, Configuration Time=-} <- GetClusterInfo true | $time
+cluster list -> [] <- GetClusterInfo true | GetJoinedClusterUuids
+[GetClusterInfo fails] cluster get -> error: Unable to get cluster information: no luck | none
+  <- GetClusterInfo true
+[GetClusterInfo fails] cluster list -> error: Unable to list cluster information: no luck | none
+  <- GetClusterInfo true
+)");
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include <filesystem>
-#include <fstream>
 #include <set>
 
 #include "tests/e2e/Program.h"
@@ -21,68 +19,8 @@ std::map<std::string, std::string> PreparedLines() {
 }
 
 /// Operations behind which a command may still call one that fails.
-const std::vector<std::string> kChanging = {"AddUnicastAgent", "SetDataInTransitEncryption",
-                                            "SetTracedLogOptions", "RemoveUnicastAgent"};
-
-class EveryCommand : public Lab {
- protected:
-  EveryCommand() {
-    environment["KOREL_LAB"] = folder + "/lab/lab.db";
-    environment["KOREL_LAB_CALLS"] = folder + "/calls";
-  }
-
-  std::string LabFile() const { return folder + "/lab/lab.db"; }
-
-  void Save() const {
-    std::filesystem::copy(folder + "/lab", folder + "/saved",
-                          std::filesystem::copy_options::recursive);
-  }
-  void GoBack() const {
-    std::filesystem::remove_all(folder + "/lab");
-    std::filesystem::copy(folder + "/saved", folder + "/lab",
-                          std::filesystem::copy_options::recursive);
-  }
-
-  /// Every row of every table but the faults and the memory.
-  std::string State() const {
-    std::string state;
-    for (const auto& table : RowsOf(LabFile(),
-                                    "SELECT name FROM sqlite_schema WHERE type = 'table' "
-                                    "AND name NOT IN ('faults', 'history') ORDER BY name")) {
-      state += "\n" + table.front();
-      for (const auto& row : RowsOf(LabFile(), "SELECT * FROM " + table.front())) {
-        state += "\n";
-        for (const std::string& value : row) state += value + "|";
-      }
-    }
-    EXPECT_TRUE(std::filesystem::exists(LabFile()));
-    const std::filesystem::directory_iterator files(folder + "/lab");
-    EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a lab is one file";
-    return state;
-  }
-
-  void Inject(const std::string& operation) const {
-    RunSql(LabFile(), "INSERT INTO faults (operation, message) VALUES ('" + operation +
-                          "', 'injected failure')");
-  }
-
-  /// The operations called since the last question, in order.
-  std::vector<std::string> Called() const {
-    std::vector<std::string> operations;
-    std::ifstream calls(folder + "/calls");
-    for (std::string line; std::getline(calls, line);) {
-      operations.push_back(json::parse(line)["operation"]);
-    }
-    std::filesystem::remove(folder + "/calls");
-    return operations;
-  }
-
-  /// The line when it is tried: nothing of it stays, and what it says is what happens then.
-  void CheckTried(const std::string& line) const;
-  void CheckFailures(const std::string& line, const std::vector<std::string>& operations) const;
-  /// Runs every command, its line completed by `names`, and once more for each failure.
-  void CheckAll(const std::map<std::string, std::string>& names) const;
-};
+const std::set<std::string> kChanging = {"AddUnicastAgent", "SetDataInTransitEncryption",
+                                         "SetTracedLogOptions", "RemoveUnicastAgent"};
 
 /// `text` with the first place of each name taken by its value.
 std::string Replaced(std::string text, const std::map<std::string, std::string>& values) {
@@ -93,84 +31,116 @@ std::string Replaced(std::string text, const std::map<std::string, std::string>&
   return text;
 }
 
-std::vector<std::string> Leaves(const json& node, const std::string& path) {
-  if (node["kind"] == "command") return {path};
-  std::vector<std::string> leaves;
-  for (const json& child : node["children"]) {
-    const std::string name = child["name"];
-    for (const auto& leaf : Leaves(child, path.empty() ? name : path + " " + name)) {
-      leaves.push_back(leaf);
-    }
-  }
-  return leaves;
-}
-
-/// Each operation that the line calls fails once: one error with its words, and nothing changed.
-void EveryCommand::CheckFailures(const std::string& line,
-                                 const std::vector<std::string>& operations) const {
-  const std::set<std::string> distinct(operations.begin(), operations.end());
-  for (const std::string& operation : distinct) {
-    SCOPED_TRACE("failing " + operation);
-    GoBack();
-    const std::string before = State();
-    Inject(operation);
-    const Ended ended = Run(line);
-    const auto called = Called();
-    EXPECT_EQ(ended.status, 1) << ended.err;
-    EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
-    std::string words = "injected failure";
-    if (operation == "GetKorelInfo") words = "Could not get KorelInfo. Plugin version mismatch?";
-    if (line == "korel faultdomain reset") words = "Unable to reset fault domain name";
-    EXPECT_NE(ended.err.find(words), std::string::npos) << ended.err;
-    const bool hasChanged = std::any_of(called.begin(), called.end(), [&](const auto& one) {
-      return one != operation &&
-             std::find(kChanging.begin(), kChanging.end(), one) != kChanging.end();
-    });
-    if (!hasChanged) {
-      EXPECT_EQ(State(), before);
-    }
+/// Adds the paths of all commands from the node on.
+void AddLeaves(const json& node, const std::string& path, std::vector<std::string>& leaves) {
+  if (node["kind"] == "command") leaves.push_back(path);
+  for (const json& child : node.value("children", json::array())) {
+    AddLeaves(child, path + (path.empty() ? "" : " ") + std::string(child["name"]), leaves);
   }
 }
 
-void EveryCommand::CheckTried(const std::string& line) const {
-  GoBack();
-  Called();
-  const std::string before = State();
-  const json tried = json::parse(Run("lab try --formatter json " + line).out);
-  EXPECT_EQ(State(), before);
-  EXPECT_EQ(Called(), std::vector<std::string>());
-  const int status = Run(line).status;
-  EXPECT_EQ(tried["ok"], status == 0) << tried;
-  std::vector<std::string> operations;
-  for (const json& call : tried["result"]["Operations"]) operations.push_back(call["Operation"]);
-  EXPECT_EQ(operations, Called());
-  EXPECT_EQ(tried["result"]["Changes"].empty(), State() == before) << tried;
-}
+class EveryCommand : public Lab {
+ protected:
+  EveryCommand() {
+    environment["KOREL_LAB"] = LabFile();
+    environment["KOREL_LAB_CALLS"] = folder / "calls";
+  }
 
-void EveryCommand::CheckAll(const std::map<std::string, std::string>& names) const {
-  const json tree = json::parse(Run("--describe korel").out);
-  const auto leaves = Leaves(tree, "");
-  const auto lines = PreparedLines();
-  ASSERT_FALSE(leaves.empty());
-  for (const std::string& path : leaves) {
-    SCOPED_TRACE(path);
-    const std::string line =
-        "korel " + (lines.contains(path) ? Replaced(lines.at(path), names) : path);
+  std::string LabFile() const { return folder / "lab/lab.db"; }
+
+  void Copy(const char* from, const char* to) const {
+    std::filesystem::remove_all(folder / to);
+    std::filesystem::copy(folder / from, folder / to, std::filesystem::copy_options::recursive);
+  }
+  void GoBack() const { Copy("saved", "lab"); }
+
+  /// What has to be as it was after a failure.
+  std::string State() const {
+    EXPECT_TRUE(std::filesystem::exists(LabFile()));
+    const std::filesystem::directory_iterator files(folder / "lab");
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a lab is one file";
+    return RowsOf(LabFile(), "'faults', 'history'");
+  }
+
+  void Inject(const std::string& operation) const {
+    RunSql(LabFile(), "INSERT INTO faults (operation, message) VALUES ('" + operation +
+                          "', 'injected failure')");
+  }
+
+  /// The operations called since the last question, in order.
+  std::vector<std::string> Called() const {
+    std::vector<std::string> operations;
+    std::ifstream calls(folder / "calls");
+    for (std::string line; std::getline(calls, line);) {
+      operations.push_back(json::parse(line)["operation"]);
+    }
+    std::filesystem::remove(folder / "calls");
+    return operations;
+  }
+
+  /// Each operation that the line calls fails once: one error with its words, and nothing changed.
+  void CheckFailures(const std::string& line, const std::vector<std::string>& operations) const {
+    for (const std::string& operation : std::set(operations.begin(), operations.end())) {
+      SCOPED_TRACE("failing " + operation);
+      GoBack();
+      const std::string before = State();
+      Inject(operation);
+      const Ended ended = Run(line);
+      const auto called = Called();
+      EXPECT_EQ(ended.status, 1) << ended.err;
+      EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+      std::string words = "injected failure";
+      if (operation == "GetKorelInfo") words = "Could not get KorelInfo. Plugin version mismatch?";
+      if (line == "korel faultdomain reset") words = "Unable to reset fault domain name";
+      EXPECT_NE(ended.err.find(words), std::string::npos) << ended.err;
+      const bool hasChanged = std::ranges::any_of(
+          called, [&](const auto& one) { return one != operation && kChanging.contains(one); });
+      if (!hasChanged) {
+        EXPECT_EQ(State(), before);
+      }
+    }
+  }
+  /// The line when it is tried: nothing of it stays, and what it says is what happens then.
+  void CheckTried(const std::string& line) const {
     GoBack();
     Called();
-    const Ended ended = Run(line);
-    // A result of another shape than declared would be status 4.
-    EXPECT_LE(ended.status, 1) << ended.err << "what it takes is said in " PREPARED_LINES;
-    EXPECT_EQ(ended.status == 0, ended.err.empty()) << ended.err;
-    CheckFailures(line, Called());
-    CheckTried(line);
+    const std::string before = State();
+    const json tried = json::parse(Run("lab try --formatter json " + line).out);
+    EXPECT_EQ(State(), before);
+    EXPECT_EQ(Called(), std::vector<std::string>());
+    const int status = Run(line).status;
+    EXPECT_EQ(tried["ok"], status == 0) << tried;
+    std::vector<std::string> operations;
+    for (const json& call : tried["result"]["Operations"]) operations.push_back(call["Operation"]);
+    EXPECT_EQ(operations, Called());
+    EXPECT_EQ(tried["result"]["Changes"].empty(), State() == before) << tried;
   }
-}
+  /// Runs every command, its line completed by `names`, and once more for each failure.
+  void CheckAll(const std::map<std::string, std::string>& names) const {
+    std::vector<std::string> leaves;
+    AddLeaves(json::parse(Run("--describe korel").out), "", leaves);
+    const auto lines = PreparedLines();
+    ASSERT_FALSE(leaves.empty());
+    for (const std::string& path : leaves) {
+      SCOPED_TRACE(path);
+      const std::string line =
+          "korel " + (lines.contains(path) ? Replaced(lines.at(path), names) : path);
+      GoBack();
+      Called();
+      const Ended ended = Run(line);
+      // A result of another shape than declared would be status 4.
+      EXPECT_LE(ended.status, 1) << ended.err << "what it takes is said in " PREPARED_LINES;
+      EXPECT_EQ(ended.status == 0, ended.err.empty()) << ended.err;
+      CheckFailures(line, Called());
+      CheckTried(line);
+    }
+  }
+};
 
 /// Holds each statement that changes rows against its entry in the memory.
 TEST_F(EveryCommand, IsTakenBackAndDoneAgain) {
   std::ifstream batch(EVERY_COMMAND);
-  std::filesystem::current_path(folder);
+  std::filesystem::current_path(folder.path);
   Do("lab host add --name host2");
   Do("lab host add --name host3");
   environment["KOREL_LAB_HOST"] = "host2";
@@ -199,7 +169,7 @@ TEST_F(EveryCommand, IsTakenBackAndDoneAgain) {
 
 TEST_F(EveryCommand, FailsCleanlyInAFreshLab) {
   Do("lab host list");
-  Save();
+  Copy("lab", "saved");
   CheckAll({{"CLUSTER", "5291022a-ad03-df90-dd0f-b9f980cc0003"},
             {"CACHE", "none1"},
             {"DISK", "none2"},
@@ -224,7 +194,7 @@ TEST_F(EveryCommand, FailsCleanlyInAPreparedLab) {
      "10.0.0.1 -T 00:01:02:03:04:05:06:07:08:09:0a:0b:0c:0d:0e:0f:10:11:12:13");
   Do("korel storagepool add -d " + flash[1]);
   Do("lab maintenance start");
-  Save();
+  Copy("lab", "saved");
   CheckAll({{"CLUSTER", cluster},
             {"CACHE", caches[0]},
             {"DISK", spinning[0]},

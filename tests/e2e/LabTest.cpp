@@ -1,41 +1,20 @@
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <thread>
+#include <algorithm>
 
 #include "tests/e2e/Program.h"
 
 namespace test {
-namespace {
 
-using Texts = std::vector<std::string>;
+using nlohmann::json;
 
-Texts Lines(const std::string& path) {
-  std::ifstream file(path);
-  Texts lines;
-  for (std::string line; std::getline(file, line);) lines.push_back(line);
-  return lines;
-}
-
-TEST_F(Lab, BringsAboutEveryMessageOfTheTraceCommands) {
+TEST_F(Lab, HasWhatMakesTheTraceCommandsFail) {
   const std::string config = "--path /etc/ostrel/korel/koreltraced.conf";
-  const std::string checking = "Checking koreltraced status failed.";
   const std::string set = "korel trace set -s 7";
-  const struct {
-    std::string preparation;
-    std::string line;
-    std::string message;
-  } cases[] = {
+  const std::array<std::string, 3> cases[] = {
       {"lab daemon set --status -1", "korel trace get",
-       checking + "Refer to /var/log/syslog.log for details."},
-      {"lab daemon set --status 3", "korel trace get", "Korel is not enabled on this host."},
-      {"lab file remove " + config, "korel trace get",
-       "Error opening Korel trace config file for reading."},
+       "Checking koreltraced status failed.Refer to /var/log/syslog.log for details."},
       {"lab file remove " + config, set, "Error opening Korel Trace Config File for reading."},
       {"lab file put --read-only --from /etc/passwd " + config, set,
        "Error opening Korel Trace Config File for writing."},
-      {"lab daemon set --status -1", set,
-       "Failed to check koreltraced status. Refer /var/log/syslog.log for details."},
       {"lab daemon set --restart-status 7", set,
        "Failed to restart koreltraced: 7;  Refer /var/log/syslog.log for details."},
   };
@@ -47,79 +26,107 @@ TEST_F(Lab, BringsAboutEveryMessageOfTheTraceCommands) {
   Do("lab init --force");
   Do("lab daemon set --status 3");
   Do(set);
-  const Ended lines = Run("lab file get " + config);
-  EXPECT_NE(lines.out.find("KORELTRACED_ROTATE_FILE_SIZE=7\n"), std::string::npos);
+  EXPECT_NE(Run("lab file get " + config).out.find("KORELTRACED_ROTATE_FILE_SIZE=7\n"),
+            std::string::npos);
 }
 
 TEST_F(Lab, KeepsAFileOfAHostByteForByte) {
-  std::string bytes("\0\xff\r\nlast", 8);
-  std::ofstream(folder + "/from", std::ios::binary) << bytes;
-  Do("lab file put --path /etc/odd --from " + folder + "/from");
-  Do("lab file get --path /etc/odd --to " + folder + "/to");
-  std::ostringstream got;
-  got << std::ifstream(folder + "/to", std::ios::binary).rdbuf();
-  EXPECT_EQ(got.str(), bytes);
-  const std::string there = "'" + folder + "/to' is there already; --force replaces it";
-  Fails("lab file get --path /etc/odd --to " + folder + "/to", there);
-  Do("lab file get --path /etc/odd --force --to " + folder + "/to");
-  std::ofstream(folder + "/from") << std::string((64 << 10) + 1, 'x');
-  Fails("lab file put --path /etc/odd --from " + folder + "/from",
+  const std::string bytes("\0\xff\r\nlast", 8);
+  const std::string from = folder / "from";
+  const std::string to = folder / "to";
+  WriteFile(from, bytes);
+  Do("lab file put --path /etc/odd --from " + from);
+  Do("lab file get --path /etc/odd --to " + to);
+  EXPECT_EQ(ReadFile(to), bytes);
+  Fails("lab file get --path /etc/odd --to " + to,
+        "'" + to + "' is there already; --force replaces it");
+  Do("lab file get --path /etc/odd --force --to " + to);
+  WriteFile(from, std::string((64 << 10) + 1, 'x'));
+  Fails("lab file put --path /etc/odd --from " + from,
         "a host's file holds at most 64 KiB, '/etc/odd' would hold 65537 bytes");
-  Fails("lab file get --path /etc/none",
-        "host1 has no file '/etc/none'; 'autocli lab file list' shows those it has");
 }
 
 TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
   Do("korel cluster new --client-mode");
   EXPECT_EQ(Ask("lab host list")["result"][0]["Node Type"], "client");
-  for (const char* name : {"one", "two"}) {
-    std::ofstream(folder + "/hosts") << R"({"hosts":[{"name":")" << name << R"("}]})";
-    Do("lab init --force --inventory " + folder + "/hosts");
+  const std::string hosts = folder / "hosts";
+  for (const std::string name : {"one", "two"}) {
+    WriteFile(hosts, R"({"hosts":[{"name":")" + name + R"("}]})");
+    Do("lab init --force --inventory " + hosts);
   }
   EXPECT_NE(Ask("lab history --entry 2").dump().find("\"membership host1 of "), std::string::npos);
 }
 
-TEST_F(Lab, IsMadeOnceWhenManyComeFirst) {
-  std::vector<std::thread> firsts;
-  std::vector<int> statuses(6, -1);
-  for (int& status : statuses) {
-    firsts.emplace_back([&] {
-      const std::string line = "KOREL_LAB=" + environment["KOREL_LAB"] +
-                               " " KOREL_BUILD_DIR "/bin/autocli korel storage list >/dev/null";
-      status = std::system(line.c_str());
-    });
-  }
-  for (std::thread& first : firsts) first.join();
-  EXPECT_EQ(statuses, std::vector<int>(6, 0));
-  EXPECT_EQ(Ask("lab host list")["result"].size(), 1U);
-}
-
 TEST_F(Lab, IsNotChangedByCompletion) {
+  const std::string calls = environment["KOREL_LAB_CALLS"] = folder / "calls";
   environment["AUTOCLI_COMPLETE_MS"] = "60000";
-  environment["KOREL_LAB_CALLS"] = folder + "/calls";
-  const auto completed = [&](const Texts& words) {
-    const Ended ended = RunWords(words);
+  const auto completed = [&](const std::string& words) {
+    const Ended ended = Run("--complete korel " + words);
     EXPECT_EQ(ended.status, 0);
     EXPECT_EQ(ended.err, "");
     return ended.out;
   };
   // The options of a rebuild depend on the host, which is asked for them.
-  EXPECT_NE(completed({"--complete", "korel", "storage", "diskgroup", "rebuild", "--t"}), "");
-  EXPECT_EQ(completed({"--complete", "korel", "storage", "add", "--ssd", ""}), "");
-  EXPECT_FALSE(std::filesystem::exists(folder + "/lab.db")) << "nobody used the lab yet";
-  EXPECT_FALSE(std::filesystem::exists(folder + "/calls"));
+  EXPECT_NE(completed("storage diskgroup rebuild --t"), "");
+  EXPECT_EQ(completed("storage add --ssd ''"), "");
+  EXPECT_FALSE(std::filesystem::exists(folder / "lab.db")) << "nobody used the lab yet";
+  EXPECT_FALSE(std::filesystem::exists(calls));
 
   Do("korel cluster new");
   Do("korel datastore add --name ds1");
-  const Texts datastores = {"--complete", "korel", "datastore", "remove", "--uuid", ""};
-  EXPECT_NE(completed(datastores).find("\tds1\n"), std::string::npos);
+  EXPECT_NE(completed("datastore remove --uuid ''").find("\tds1\n"), std::string::npos);
   Do("lab fault add --operation GetDatastores --message gone --count 1");
-  const auto calls = Lines(folder + "/calls");
-  EXPECT_EQ(completed(datastores), "") << "a host that fails knows nothing";
-  EXPECT_EQ(Lines(folder + "/calls"), calls);
+  const std::string before = ReadFile(calls);
+  EXPECT_EQ(completed("datastore remove --uuid ''"), "") << "a host that fails knows nothing";
+  EXPECT_EQ(ReadFile(calls), before);
   Fails("korel datastore list", "Unable to add datastore: gone");
   Do("korel datastore list");
 }
 
-}  // namespace
+TEST_F(Lab, TriesAndTellsEveryChangeInNamesThatPeopleKnow) {
+  environment["TMPDIR"] = folder / "temporary";
+  std::filesystem::create_directory(environment["TMPDIR"]);
+  Do("lab host add --name host2");
+  Do("korel cluster new");
+  const std::string node2 = Ask("lab host list")["result"][1]["Node UUID"];
+  // A metadata agent needs another feature, and is added as a witness without that one.
+  Do("lab feature set --name rebuild-trim --enabled false");
+  const std::pair<std::string, json> cases[] = {
+      {"korel cluster unicastagent add -t metadata -a 10.0.0.3 -u " + node2,
+       {"added", "unicast agent metadata 10.0.0.3 of host1", "UUID", nullptr, "host2"}},
+      {"korel cluster unicastagent add -t node -U true -a 10.0.0.2 -u " + node2,
+       {"added", "unicast agent node 10.0.0.2 of host1", "UUID", nullptr, "host2"}},
+      {"korel trace set -s 100",
+       {"changed", "file /etc/ostrel/korel/koreltraced.conf of host1",
+        "KORELTRACED_ROTATE_FILE_SIZE", "45", "100"}},
+      {"lab daemon stop", {"changed", "host host1", "daemon running", "true", "false"}},
+      {"lab init --force", {"removed", "host host2", "node UUID", node2, nullptr}},
+  };
+  for (const auto& [line, change] : cases) {
+    const json result = json::parse(Run("lab try --formatter json " + line).out)["result"];
+    const auto isTold = [&change = change](const json& one) {
+      return json{one["Change"], one["Of"], one["Field"], one["Before"], one["After"]} == change;
+    };
+    EXPECT_TRUE(std::ranges::any_of(result["Changes"], isTold)) << line << result.dump(1);
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(environment["TMPDIR"]));
+}
+
+TEST_F(Lab, ShowsErrorsOfWhatIsTriedAndRefusesWhatCannotBeTried) {
+  Do("lab fault add --operation CreateCluster --message broken --count 1");
+  const std::pair<std::string, std::string> cases[] = {
+      {"korel cluster new", "Unable to create the new Korel cluster: broken"},
+      {"lab cluster show -u 5291022a-ad03-df90-dd0f-b9f980cc0002",
+       "there is no cluster 5291022a-ad03-df90-dd0f-b9f980cc0002"},
+      {"korel clutser new", "unknown command \"clutser\" in \"korel\", did you mean \"cluster\"?"},
+      {"korel datastore", "'korel datastore' ended with status 2"},
+      {"lab --formatter simple try korel cluster new",
+       "'lab try' cannot be tried: the lab is a copy already"},
+  };
+  for (const auto& [line, message] : cases) Fails("lab try " + line, message);
+  const json failed = json::parse(Run("lab try --formatter json korel cluster new").out);
+  EXPECT_EQ(failed["result"]["Operations"].back()["Error"], "broken");
+  EXPECT_EQ(Ask("lab fault list")["result"].size(), 1U) << "not used up";
+}
+
 }  // namespace test

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
+
+#include "tests/support/Files.h"
 
 namespace test {
 
@@ -16,24 +19,45 @@ struct Ended {
   std::string err;
 };
 
-/// The built programs against a lab of the test's own, in a folder that goes with the test.
+/// The built programs against a lab of the test's own.
 class Lab : public testing::Test {
  protected:
-  Lab();
-  ~Lab() override;
+  Lab() {
+    environment = {{"KOREL_LAB", folder / "lab.db"}, {"HOME", folder.path}};
+    if (const char* options = std::getenv("ASAN_OPTIONS")) environment["ASAN_OPTIONS"] = options;
+  }
 
-  /// Runs build/bin/autocli with the words of `line`, cut at blanks.
-  Ended Run(const std::string& line) const;
-  /// The same with the words as they are.
-  Ended RunWords(const std::vector<std::string>& words) const;
+  /// Runs build/bin/autocli with the words of `line` as a shell takes them.
+  Ended Run(const std::string& line) const {
+    // Files rather than pipes: no output is too long for them.
+    std::string command = "exec env -i";
+    for (const auto& [name, value] : environment) command += " '" + name + "=" + value + "'";
+    command += " " KOREL_BUILD_DIR "/bin/autocli " + line + " </dev/null";
+    command += " >" + (folder / "out") + " 2>" + (folder / "err");
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+            ReadFile(folder / "out"), ReadFile(folder / "err")};
+  }
   /// Runs with `--formatter json` and answers the document.
-  nlohmann::json Ask(const std::string& line) const;
+  nlohmann::json Ask(const std::string& line) const {
+    const Ended ended = Run(line + " --formatter json");
+    EXPECT_EQ(ended.err, "");
+    return nlohmann::json::parse(ended.out);
+  }
   /// Expects status 0 and nothing on stderr.
-  void Do(const std::string& line) const;
+  void Do(const std::string& line) const {
+    const Ended ended = Run(line);
+    EXPECT_EQ(ended.status, 0) << line;
+    EXPECT_EQ(ended.err, "") << line;
+  }
   /// Expects status 1 and that message alone.
-  void Fails(const std::string& line, const std::string& message) const;
+  void Fails(const std::string& line, const std::string& message) const {
+    const Ended ended = Run(line);
+    EXPECT_EQ(ended.status, 1) << line;
+    EXPECT_EQ(ended.err, "error: " + message + "\n") << line;
+  }
 
-  std::string folder;
+  Folder folder;
   std::map<std::string, std::string> environment;
 };
 

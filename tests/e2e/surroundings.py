@@ -2,6 +2,7 @@
 
   surroundings.py BIN"""
 
+import contextlib
 import os
 import pathlib
 import re
@@ -37,11 +38,9 @@ def running(word):
     """The processes that have the word on their command line."""
     found = []
     for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
-        try:
+        with contextlib.suppress(OSError):
             if word.encode() in entry.read_bytes():
                 found.append(entry.parent.name)
-        except OSError:
-            pass
     return found
 
 
@@ -86,17 +85,20 @@ with tempfile.TemporaryDirectory() as name:
                    KOREL_LAB_WAIT="0")
         other.execute("ROLLBACK")
 
-    # All replace the same file that is no lab, and nothing is lost.
+    # All come first: the lab is made once. Then all replace the same file that is no lab, and
+    # nothing is lost.
     odd = folder / "odd"
     odd.mkdir()
-    (odd / "lab.db").write_text("precious")
-    crowd = [subprocess.Popen([PROGRAM, "lab", "init", "--force"], stdout=subprocess.DEVNULL,
-                              env={**os.environ, "KOREL_LAB": str(odd / "lab.db")})
-             for _ in range(8)]
-    assert [process.wait() for process in crowd] == [0] * 8
-    assert sorted(os.listdir(odd)) == ["lab.db", "lab.db.old"]
+    for line, there in (("korel storage list", ["lab.db"]),
+                        ("lab init --force", ["lab.db", "lab.db.old"])):
+        crowd = [subprocess.Popen([PROGRAM, *line.split()], stdout=subprocess.DEVNULL,
+                                  env={**os.environ, "KOREL_LAB": str(odd / "lab.db")})
+                 for _ in range(8)]
+        assert [process.wait() for process in crowd] == [0] * 8
+        assert sorted(os.listdir(odd)) == there
+        expect(0, "", "lab check", KOREL_LAB=str(odd / "lab.db"))
+        (odd / "lab.db").write_text("precious")
     assert (odd / "lab.db.old").read_text() == "precious"
-    expect(0, "", "lab check", KOREL_LAB=str(odd / "lab.db"))
 
     pipe = folder / "calls"
     os.mkfifo(pipe)

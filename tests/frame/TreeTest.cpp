@@ -31,14 +31,6 @@ TEST(Tree, RefusesACommandInItsPlace) {
   EXPECT_THROW(RegisterTop(*root, Tree()), std::logic_error);
 }
 
-TEST(Command, KnowsItsOwnHandle) {
-  const auto one = ClusterJoin::New();
-  const auto other = ClusterJoin::New();
-  EXPECT_EQ(one->GetThis(), one);
-  EXPECT_EQ(other->GetThis(), other);
-  EXPECT_EQ(DatastoreAdd::New()->GetParent(), nullptr);
-}
-
 // A virtual base cannot be cast down from, so this tells the two forms of the base apart.
 template <typename Class>
 constexpr bool kIsPlain = requires(Command* command) {

@@ -1,5 +1,4 @@
 #include "lab/model/Check.h"
-#include "lab/model/Lab.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {

@@ -43,8 +43,7 @@ TEST_F(DiskTest, Refusals) {
 1 claim f1 s4 / 1 claim c1 f1 / 1 pool f2 f1 -> device... is in use in the storage pool
 1 unflash f1   -> device... is in use in the storage pool
 1 pool s4      -> device 's4' is not flash, as the storage pool needs
-1 direct c3; 1 claim c3 s4 -> device... is tagged korelDirect and cannot...
-1 direct s4; 1 claim c3 s4 -> device... is tagged korelDirect and cannot...
+1 direct c3; 1 claim c3 s4 / 1 direct s4; 1 claim c3 s4 -> ... is tagged korelDirect and cannot...
 1 direct f2; 1 pool f2 -> device 'f2' is tagged korelDirect and cannot be in the storage pool
 1 unclaim f2   -> device 'f2' is in no disk group
 1 unclaim f1   -> device 'f1' is in the storage pool, not in a disk group
@@ -103,8 +102,7 @@ TEST_F(DiskTest, RefusalsOfGroups) {
 1 unmount #c2; 1 mount s3 -> device 's3' cannot be mounted alone: disk group 'c2' is unmounted
 1 mountgroup s1 / 1 rebuild #s1 - 0 -> device... is not the caching device of a disk group
 1 mountgroup c1 force  -> disk group 'c1' is mounted already
-1 unmount #c2; 1 unmountgroup c2 force -> disk group 'c2' is unmounted already
-1 unmount #c2; 1 unmount #c2 -> disk group 'c2' is unmounted already
+1 unmount #c2; 1 unmountgroup c2 force / 1 unmount #c2; 1 unmount #c2 -> ... 'c2' is unmounted already
 1 unmount #c2; 1 emptygroup c2 -> disk group 'c2' is unmounted already
 1 unmount #c2; 1 claim c2 s4 -> disk group 'c2' is unmounted; mount it first
 1 unmount s1           -> device 's1' is in use: it holds 100 GB of data

@@ -1,6 +1,5 @@
 #include "lab/model/Disks.h"
 #include "lab/model/Inventory.h"
-#include "lab/model/Lab.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -73,19 +72,18 @@ TEST_F(InventoryTest, OnlyOneWholeDocumentIsAnInventory) {
   }
 }
 
+/// The deep value stands for the @.
 TEST_F(InventoryTest, DeepNestingIsRefusedWhereverItIs) {
-  const struct {
-    std::string text;  ///< the deep value stands for the @
-    std::string place;
-  } cases[] = {{"@", ""},
-               {R"({"more": @, "hosts": [{"name": "a"}]})", "more"},
-               {R"({"hosts": @})", "hosts"},
-               {R"({"hosts": [{"name": @}]})", "hosts[0].name"},
-               {R"({"hosts": [{"name": "a", "more": @}]})", "hosts[0].more"},
-               {R"({"hosts": [{"name": "a"}, {"devices": @}]})", "hosts[1].devices"},
-               {R"({"hosts": [{"interfaces": ["i", @]}]})", "hosts[0].interfaces[1]"},
-               {R"({"hosts": [{"devices": [{"sizeGb": @}]}]})", "hosts[0].devices[0].sizeGb"},
-               {R"({"hosts": [{"devices": [{}, {"ssd": @}]}]})", "hosts[0].devices[1].ssd"}};
+  const std::pair<std::string, std::string> cases[] = {
+      {"@", ""},
+      {R"({"more": @, "hosts": [{"name": "a"}]})", "more"},
+      {R"({"hosts": @})", "hosts"},
+      {R"({"hosts": [{"name": @}]})", "hosts[0].name"},
+      {R"({"hosts": [{"name": "a", "more": @}]})", "hosts[0].more"},
+      {R"({"hosts": [{"name": "a"}, {"devices": @}]})", "hosts[1].devices"},
+      {R"({"hosts": [{"interfaces": ["i", @]}]})", "hosts[0].interfaces[1]"},
+      {R"({"hosts": [{"devices": [{"sizeGb": @}]}]})", "hosts[0].devices[0].sizeGb"},
+      {R"({"hosts": [{"devices": [{}, {"ssd": @}]}]})", "hosts[0].devices[1].ssd"}};
   for (const auto& [open, close] : {std::pair("[", "]"), std::pair("{\"k\":", "}")}) {
     std::string before;
     std::string after;
@@ -120,10 +118,8 @@ TEST_F(InventoryTest, ManyFaultsAreCounted) {
     return FaultsOf("{\"hosts\":[" + hosts + "]}");
   };
   EXPECT_THAT(faultsOfHosts(100), SizeIs(100));
-  const auto faults = faultsOfHosts(123);
-  ASSERT_THAT(faults, SizeIs(101));
-  EXPECT_EQ(faults[99], "hosts[99]: must be an object");
-  EXPECT_EQ(faults[100], "and 23 more faults");
+  EXPECT_THAT(faultsOfHosts(123), SizeIs(101));
+  EXPECT_EQ(faultsOfHosts(123).back(), "and 23 more faults");
   EXPECT_EQ(faultsOfHosts(101).back(), "and 1 more fault");
 }
 

@@ -3,7 +3,6 @@
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/HostState.h"
-#include "lab/model/Lab.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -68,9 +67,7 @@ std::string HeldBy(const std::string& number) {
   host->GetUnicastAgents(agents, true, "");
   for (const auto& agent : agents) held += " " + agent.address.substr(agent.address.rfind('.'));
   for (const auto& config : host->GetHsknicConfigs()) held += " " + config->GetHsknicName();
-  const bool isMax = lab::ReadLab(
-      [&](lab::Store& store) { return lab::IsKorelMax(store, lab::CurrentHost(store)); });
-  return held + " " + host->GetFaultDomainName() + (isMax ? " max " : " ") +
+  return held + " " + host->GetFaultDomainName() + (Own(lab::IsKorelMax) ? " max " : " ") +
          host->GetDefaultPolicy(KorelPolicyClass::VmSwap).substr(0, 8) + " " +
          std::to_string(host->GetResyncThrottle()) + " " +
          std::to_string(host->GetResyncBandwidth()) + " " +
@@ -256,8 +253,7 @@ TEST_F(HostStateTest, PoliciesAreEachHostsOwnSetPerClassAndClearedTogether) {
 1 policy vmem checksum=true / 1 policy vmem checksum= -> ... checksum is on or off
 1 policy vmem copies=0 / 1 policy vmem stripes=1,copies=5 -> ... copies is a number from 1 to 4
 1 policy vmem stripes=0 / 1 policy vmem stripes=13 -> ... stripes is a number from 1 to 12
-1 policy vmem reserved-percent=-1 -> ... is a number from 0 to 100
-1 policy vmem reserved-percent=101 -> ... is a number from 0 to 100
+1 policy vmem reserved-percent=-1 / 1 policy vmem reserved-percent=101 -> ... number from 0 to 100
 1 policy vmem reserved-percent=01 -> ... is a number from 0 to 100
 )");
 }

@@ -3,7 +3,6 @@
 #include "lab/memory/Copies.h"
 #include "lab/memory/Undo.h"
 #include "lab/model/HostFiles.h"
-#include "lab/model/Lab.h"
 #include "lab/store/Memory.h"
 #include "lab/store/Query.h"
 #include "tests/lab/Support.h"
@@ -86,9 +85,8 @@ TEST_F(MemoryTest, NothingIsTakenBackUnlessItLeadsToTheStateOfThen) {
   HostControl()->SetFaultDomainName("east");
   SetThrottle(8);
   // Another process comes between: what it did not touch can be taken back, what it did cannot.
-  Sql("UPDATE history SET command = 2 WHERE number = 2");
+  Sql("UPDATE history SET command = 2 WHERE number IN (2, 4)");
   Sql("UPDATE history SET command = 3 WHERE number = 3");
-  Sql("UPDATE history SET command = 2 WHERE number = 4");
   lab::UndoLastCommand();
   EXPECT_EQ(Throttle(), 0);
   EXPECT_EQ(HostControl()->GetFaultDomainName(), "east");
@@ -124,12 +122,9 @@ TEST_F(MemoryTest, NothingIsTakenBackThatWouldBreakARule) {
 
 TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {
   Command(4, "korel cluster new");
-  HostControl()->CreateCluster(kClusterA, true, false);
-  const Tovrin::Korel::KorelDatastore datastore(kDatastore1, "old", "", false);
-  HostControl()->AddDatastore(datastore);
+  ASSERT_EQ(Play("1 create A; 1 add d1 old"), "");
   unsetenv("AUTOCLI_LINE");
-  HostControl()->SetDatastoreName(kDatastore1, "new");
-  HostControl()->RemoveDatastore(kDatastore1);
+  ASSERT_EQ(Play("1 rename d1 new; 1 remove d1"), "");
   const auto entries = Entries();
   ASSERT_EQ(entries.size(), 5U);
   EXPECT_EQ(entries[3].operation, "CreateCluster [\"" + kClusterA + "\",true,false]");
@@ -152,9 +147,7 @@ TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {
 TEST_F(MemoryTest, FilesAreToldLineByLine) {
   std::int64_t number = 1;
   const auto told = [&](const std::string& content) {
-    lab::ChangeLab([&](lab::Store& store) {
-      lab::PutFile(store, lab::CurrentHost(store), {"/x", content, false});
-    });
+    Own(lab::PutFile, lab::HostFile{"/x", content, false});
     return Told(++number);
   };
   told("A=1\nA=3\nb\nB=5\n");

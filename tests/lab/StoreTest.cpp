@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "lab/memory/Copies.h"
-#include "lab/model/Lab.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/Patience.h"
 #include "lab/store/Store.h"
@@ -174,7 +173,6 @@ TEST_F(StoreTest, ReadersDoNotWaitForReadersAndAWriterWaitsForBoth) {
               std::string("KOREL_LAB_WAIT must be a number of seconds from 0 to 86400, got '") +
                   wrong + "'");
   }
-  unsetenv("KOREL_LAB_WAIT");
 }
 
 TEST_F(StoreTest, NamesTheVariableThatIsOfNoUse) {

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -12,9 +11,7 @@
 #include "lab/model/HostFiles.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Inventory.h"
-#include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
-#include "lab/store/Query.h"
 #include "tests/support/Database.h"
 
 namespace lab_test {
@@ -24,11 +21,7 @@ using Tovrin::Lib::Korel::KorelCtlException;
 void StandOn(const std::string& host) { setenv("KOREL_LAB_HOST", host.c_str(), 1); }
 
 void AddHostsUpTo(int last) {
-  lab::ChangeLab([&](lab::Store& store) {
-    for (int i = 2; i <= last; ++i) {
-      lab::AddHost(store, lab::StandardHost("host" + std::to_string(i)));
-    }
-  });
+  for (int i = 2; i <= last; ++i) EXPECT_EQ(Play("1 addhost host" + std::to_string(i)), "");
 }
 
 std::unique_ptr<Tovrin::Korel::KorelInfo> HostControl() {
@@ -50,31 +43,14 @@ std::string Failure(const std::function<void()>& work) {
 }
 
 std::string State() {
-  return lab::ReadLab([](lab::Store& store) {
-    std::ostringstream state;
-    for (const auto& table : lab::Texts(store,
-                                        "SELECT name FROM sqlite_schema WHERE type = "
-                                        "'table' AND name <> 'history' ORDER BY name")) {
-      state << table << "\n";
-      for (const lab::Row& row : lab::Query(store, ("SELECT * FROM " + table).c_str())) {
-        for (int i = 0; i < row.ColumnCount(); ++i) {
-          state << "|" << row.Text(i);
-        }
-        state << "\n";
-      }
-    }
-    return state.str();
-  });
+  lab::ReadLab([](lab::Store&) {});  // makes it if there is none
+  return test::RowsOf(std::getenv("KOREL_LAB"), "'history'");
 }
 
 void ExpectRefused(const std::function<void()>& work, const std::string& message) {
   const std::string before = State();
   EXPECT_EQ(Failure(work), message);
   EXPECT_EQ(State(), before);
-}
-
-std::string NotUuid(const std::string& text) {
-  return "'" + text + "' is not a UUID of the form \"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\"";
 }
 
 void Command(int number, const std::string& line) {
@@ -84,29 +60,12 @@ void Command(int number, const std::string& line) {
 
 void Sql(const std::string& sql) { test::RunSql(std::getenv("KOREL_LAB"), sql); }
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream content;
-  content << file.rdbuf();
-  return content.str();
-}
-
-void WriteFile(const std::string& path, const std::string& content) {
-  std::ofstream(path, std::ios::binary) << content;
-}
-
 LabTest::LabTest() {
-  std::string name = testing::TempDir() + "lab-XXXXXX";
-  folder_ = mkdtemp(name.data());
   setenv("KOREL_LAB", LabFile().c_str(), 1);
-  for (const char* variable : {"KOREL_LAB_HOST", "KOREL_LAB_CALLS", "AUTOCLI_LINE"}) {
+  for (const char* variable :
+       {"KOREL_LAB_HOST", "KOREL_LAB_CALLS", "KOREL_LAB_WAIT", "AUTOCLI_LINE"}) {
     unsetenv(variable);
   }
-}
-
-LabTest::~LabTest() {
-  lab::Store::CloseForProcess();
-  std::filesystem::remove_all(folder_);
 }
 
 namespace {
@@ -174,12 +133,6 @@ void Rebuild(const Act& act) {
   const auto rebuild =
       act.IsUuid() ? &HostInterface::RebuildDiskGroupByUuid : &HostInterface::RebuildDiskGroup;
   (act.host.*rebuild)(act[0], act[1], static_cast<int>(act.Number(2)), act.Has("force"), skipped);
-}
-
-/// Runs one of the lab's own functions on the host that is stood on.
-template <typename Work, typename... Values>
-void Own(Work work, const Values&... values) {
-  lab::ChangeLab([&](lab::Store& store) { work(store, lab::CurrentHost(store), values...); });
 }
 
 using A = const Act&;
@@ -290,9 +243,7 @@ const std::pair<const char*, std::string> kShort[] = {
 
 /// Of the host that is stood on.
 std::string UuidOfDevice(const std::string& name) {
-  return lab::ReadLab([&](lab::Store& store) {
-    return lab::FindByName(lab::DevicesOf(store, lab::CurrentHost(store)), name).uuid;
-  });
+  return lab::FindByName(Own(lab::DevicesOf), name).uuid;
 }
 
 /// A word as a text: "%0a" is that byte, "(xy)3" is "xyxyxy".
@@ -427,8 +378,7 @@ void MakeHosts(const std::string& hosts) {
 
 std::string Groups() {
   StandOn("host1");
-  const auto devices = lab::ReadLab(
-      [](lab::Store& store) { return lab::DevicesOf(store, lab::CurrentHost(store)); });
+  const auto devices = Own(lab::DevicesOf);
   const auto membersOf = [&](std::int64_t caching) {
     std::string members;
     for (const lab::Device& device : devices) {

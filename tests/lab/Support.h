@@ -3,14 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "lab/model/Lab.h"
 #include "platform/hostctl/KorelUtil.h"
 #include "platform/hostctl/Misc.h"
+#include "tests/support/Files.h"
 
 namespace lab_test {
 
@@ -21,6 +22,13 @@ inline const std::string kZeros = "00000000-0000-0000-0000-000000000000";
 
 /// Calls of host control operations that follow act on that host of the lab.
 void StandOn(const std::string& host);
+
+/// Runs one of the lab's own functions on the host that is stood on.
+template <typename Work, typename... Values>
+auto Own(Work work, const Values&... values) {
+  return lab::ChangeLab(
+      [&](lab::Store& store) { return work(store, lab::CurrentHost(store), values...); });
+}
 
 /// Adds standard hosts "host2" to "hostN".
 void AddHostsUpTo(int last);
@@ -40,30 +48,27 @@ std::string State();
 /// Expects that `work` fails with that message and changes nothing.
 void ExpectRefused(const std::function<void()>& work, const std::string& message);
 
-/// What is said about a text that is no UUID.
-std::string NotUuid(const std::string& text);
-
 /// Changes that follow are made by that command of the process.
 void Command(int number, const std::string& line);
 
 /// What the operations of another program do to the lab's file.
 void Sql(const std::string& sql);
 
-std::string ReadFile(const std::string& path);
-void WriteFile(const std::string& path, const std::string& content);
+using test::ReadFile;
+using test::WriteFile;
 
 /// A case in a folder of its own, with a lab that does not exist yet.
 class LabTest : public testing::Test {
  protected:
   LabTest();
-  ~LabTest() override;
+  ~LabTest() override { lab::Store::CloseForProcess(); }
 
   /// A path in the folder.
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Path(const std::string& name) const { return folder_ / name; }
   std::string LabFile() const { return Path("lab.db"); }
 
  private:
-  std::filesystem::path folder_;
+  test::Folder folder_;
 };
 
 // What hosts do and what is seen of them as short texts, so that a rule is a row of a table.

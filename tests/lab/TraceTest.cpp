@@ -4,7 +4,6 @@
 
 #include "lab/hostctl/HandedOut.h"
 #include "lab/model/HostFiles.h"
-#include "lab/model/Lab.h"
 #include "lab/model/Trace.h"
 #include "lab/model/TraceDaemon.h"
 #include "tests/lab/Support.h"
@@ -23,12 +22,8 @@ class TraceTest : public RowsTest {
   static std::string ConfigFile() { return HostPath(lab::kTraceConfigFile); }
   /// What the lab has of the file; nothing when it has none.
   static std::optional<std::string> Kept(const std::string& path = lab::kTraceConfigFile) {
-    const auto file = lab::ReadLab(
-        [&](lab::Store& store) { return lab::FindFile(store, lab::CurrentHost(store), path); });
+    const auto file = Own(lab::FindFile, path);
     return file ? std::optional(file->content) : std::nullopt;
-  }
-  static void Put(const lab::HostFile& file) {
-    lab::ChangeLab([&](lab::Store& store) { lab::PutFile(store, lab::CurrentHost(store), file); });
   }
 };
 
@@ -37,11 +32,7 @@ TEST_F(TraceTest, OptionsAreKeptByHostAndRefusedWhole) {
   const auto options = [] {
     StandOn("host1");
     std::string all;
-    for (const auto& [name, value] : lab::ReadLab([](lab::Store& store) {
-           return lab::TraceOptionsOf(store, lab::CurrentHost(store));
-         })) {
-      all += name + "=" + value + ";";
-    }
+    for (const auto& [name, value] : Own(lab::TraceOptionsOf)) all += name + "=" + value + ";";
     return all;
   };
   // With each option goes a number of urgent files, 3.
@@ -92,13 +83,9 @@ TEST_F(TraceTest, TheInitScriptAnswersAndTheLogSaysWhatWasDone) {
 )");
   EXPECT_EQ(KorelUtil::KorelExec("/bin/true", "", false, true, false), -1) << "no such program";
   EXPECT_EQ(Play("1 exec stop 0; 1 unfile @conf"), "");
-  ExpectRefused(
-      [] {
-        lab::ChangeLab(
-            [](lab::Store& store) { lab::StartTraceDaemon(store, lab::CurrentHost(store)); });
-      },
-      "the trace daemon cannot start: host1 has no /etc/ostrel/korel/koreltraced.conf, "
-      "or one too large; 'autocli lab file put' puts another one there");
+  ExpectRefused([] { Own(lab::StartTraceDaemon); },
+                "the trace daemon cannot start: host1 has no /etc/ostrel/korel/koreltraced.conf, "
+                "or one too large; 'autocli lab file put' puts another one there");
 }
 
 TEST_F(TraceTest, RestartTakesTheVolumeThatTheFileNames) {
@@ -121,21 +108,11 @@ TEST_F(TraceTest, LogKeepsItsNewestLinesOf4096Bytes) {
   Daemon("restart");
   const std::size_t line = Kept(lab::kTraceLogFile)->size();
   for (const auto& [size, kept] : {std::pair(4096U, 4096U), {4097U, 4095U}, {4098U, 4096U}}) {
-    Put({lab::kTraceLogFile, "x\n" + std::string(size - line - 3, 'y') + "\n", false});
+    Own(lab::PutFile,
+        lab::HostFile{lab::kTraceLogFile, "x\n" + std::string(size - line - 3, 'y') + "\n", false});
     Daemon("restart");
     EXPECT_EQ(Kept(lab::kTraceLogFile)->size(), kept) << size;
   }
-}
-
-TEST_F(TraceTest, AFreshHostsConfigurationHasTheDefaults) {
-  const std::string config = *Kept();
-  for (const std::string kind : {"", "DOM_OBJ_", "LSOM_", "LSOM_VERBOSE_", "URGENT_"}) {
-    const std::string size = kind == "URGENT_" ? "FILE_SIZE=10\n" : "FILE_SIZE=45\n";
-    EXPECT_THAT(config, testing::HasSubstr("\nKORELTRACED_" + kind + "ROTATE_MAX_FILES=8\n"));
-    EXPECT_THAT(config, testing::HasSubstr("\nKORELTRACED_" + kind + "ROTATE_" + size));
-  }
-  EXPECT_THAT(config, testing::StartsWith("KORELTRACED_VOLUME=\"\"\n"));
-  EXPECT_THAT(config, testing::HasSubstr("\nKORELTRACED_LOG_URGENT_TO_SYSLOG=1\n"));
 }
 
 TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
@@ -149,7 +126,7 @@ TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
   EXPECT_EQ(Kept(), before);
   EXPECT_EQ(keptAfter("status"), "A=1\n");
   // What nobody wrote to is not taken in over what is newer.
-  Put({lab::kTraceConfigFile, "B=2\n", false});
+  Own(lab::PutFile, lab::HostFile{lab::kTraceConfigFile, "B=2\n", false});
   EXPECT_EQ(keptAfter("status"), "B=2\n");
   EXPECT_EQ(ReadFile(ConfigFile()), "B=2\n") << "read again each time";
   WriteFile(ConfigFile(), "C=3\n");
@@ -166,7 +143,7 @@ TEST_F(TraceTest, WhatIsWrittenToAHandedOutFileIsTakenInByTheNextOperation) {
   WriteFile(ConfigFile(), "E=5\n");
   EXPECT_EQ(Play("1 unfile @conf"), "");
   EXPECT_EQ(keptAfter("status"), "none") << "removed while it was open";
-  Put({lab::kTraceConfigFile, "F=6\n", false});
+  Own(lab::PutFile, lab::HostFile{lab::kTraceConfigFile, "F=6\n", false});
   WriteFile(ConfigFile(), std::string(65536, 'x'));
   EXPECT_EQ(keptAfter("status").size(), 65536U);
   WriteFile(ConfigFile(), std::string(65537, 'x'));
@@ -198,7 +175,7 @@ TEST_F(TraceTest, HandedOutFilesAreThoseOfTheLabAlone) {
 )");
   Again();
   for (const std::string content : {"", "A=1\n"}) {
-    Put({"/etc/fixed", content, true});
+    Own(lab::PutFile, lab::HostFile{"/etc/fixed", content, true});
     std::ofstream file(HostPath("/etc/fixed"), std::ios::binary);
     file << "B=2\n";
     file.close();

@@ -1,7 +1,6 @@
 #include <filesystem>
 
 #include "lab/model/HostFiles.h"
-#include "lab/model/Lab.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/OldSchema.h"
@@ -35,19 +34,13 @@ class UpgradeTest : public LabTest {
   }
   /// The files of the first host: paths and contents.
   static std::vector<std::string> Files() {
-    return lab::ReadLab([](lab::Store& store) {
-      std::vector<std::string> files;
-      for (const auto& [path, content, isReadOnly] : FilesOf(store, lab::CurrentHost(store))) {
-        files.push_back(path + "=" + content.substr(0, 20) + (isReadOnly ? " (fixed)" : ""));
-      }
-      return files;
-    });
+    std::vector<std::string> files;
+    for (const auto& [path, content, isReadOnly] : Own(lab::FilesOf)) {
+      files.push_back(path + "=" + content.substr(0, 20) + (isReadOnly ? " (fixed)" : ""));
+    }
+    return files;
   }
-  static int DaemonStatus() {
-    return lab::ChangeLab([](lab::Store& store) {
-      return lab::RunTraceScript(store, lab::CurrentHost(store), "status");
-    });
-  }
+  static int DaemonStatus() { return Own(lab::RunTraceScript, "status"); }
 };
 
 TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {

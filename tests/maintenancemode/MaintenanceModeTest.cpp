@@ -1,14 +1,5 @@
 #include "tests/support/RecordingHost.h"
 
-namespace test {
-namespace {
-
 TEST(MaintenanceMode, CancelAnswersFalseWhenItFails) {
-  Check({
-      {"maintenancemode cancel", nullptr, "true", "DecomCancel"},
-      {"maintenancemode cancel", Failing("DecomCancel"), "error: no luck | false", "DecomCancel"},
-  });
+  test::Check("maintenancemode cancel -> true <- DecomCancel\n! error: no luck | false");
 }
-
-}  // namespace
-}  // namespace test

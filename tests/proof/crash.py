@@ -1,14 +1,11 @@
 """Kills every command before each call that changes a file, lets each of these calls fail, and each
-allocation of the program's own tools and of a command for each noun.
+allocation of the program's own tools and of a command for each noun. docs/testing.md says what has
+to hold after that.
 
   crash.py BIN SHIM [kills=COUNT] [failures=COUNT] [allocations=COUNT] [seed=SEED]
 
-A case is a line of every-command.batch or TOOLS, one of its calls or allocations, and how that is
-struck. COUNT is how many to try, or "all". Of fewer than there are the seed picks; kills beyond all
-come again, and the next command is killed too. After each an error is one line, the next command
-works, the lab file is sound, and its rows are those from before the line or from after a step of
-the undisturbed line. What did nothing does all its work when it is repeated.
-An allocation that fails gives an error, or the output is all there; completion may offer less."""
+COUNT is how many cases to try, or "all". Of fewer than there are the seed picks; kills beyond all
+come again, and the next command is killed too."""
 
 import errno
 import pathlib

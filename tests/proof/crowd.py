@@ -2,9 +2,8 @@
 
   crowd.py BIN CROWD OPERATIONS
 
-Each runs that many commands: it adds datastores of its own, adds such as all of them want and one
-can get, and takes from a stock of injected failures. Then CROWD counts up a number of the lab as
-often. Without a transaction it must lose count, or a loss could not be seen here."""
+Each runs that many commands. Then CROWD counts up a number of the lab as often. Without a
+transaction it must lose count, or a loss could not be seen here."""
 
 import collections
 import json

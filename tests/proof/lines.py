@@ -26,7 +26,8 @@ def run(folder, text, seed=0, host="host1", **strike):
     environment = {
         "PATH": os.environ["PATH"], "KOREL_LAB": f"{folder}/lab/lab.db", "KOREL_LAB_HOST": host,
         "KOREL_LAB_CALLS": f"{folder}/calls", "LD_PRELOAD": SHIM, "PROOF_FOLDER": f"{folder}/lab",
-        "PROOF_COUNTS": f"{folder}/counts", "PROOF_SEED": str(seed)}
+        "PROOF_COUNTS": f"{folder}/counts", "PROOF_SEED": str(seed),
+        "AUTOCLI_COMPLETE_MS": "60000"}
     environment |= {f"PROOF_{name.upper()}": str(value) for name, value in strike.items()}
     done = subprocess.run([f"{BIN}/autocli", *shlex.split(text)], env=environment, text=True,
                           capture_output=True, check=False, start_new_session=True, cwd=folder)

@@ -1,15 +1,10 @@
-"""Takes the power from the machine at each point of every command that changes the lab.
+"""Takes the power from the machine at each point of every command that changes the lab, and of one
+that makes it. docs/testing.md says what has to hold with the files that may be left.
 
   power.py BIN SHIM [states=COUNT] [seed=SEED]
 
-Each line of every-command.batch, and one that makes a lab, runs on record. From the record come the
-files that a machine may find when its power is back: what was synced is there; of the names and
-writes that were not, nothing, some or all, in any order, the last write in some of its sectors.
-With these files the program works, the lab file is sound, and its rows are those from before the
-transaction that was under way or from after it; when the command had ended, from after its last
-one. That holds, too, when power is lost again while the program puts the files in order. COUNT is
-how many states to try. Some more come from a machine on which syncs do nothing: labs have to break
-there, for otherwise this shows nothing."""
+COUNT is how many states to try. Some more come from a machine on which syncs do nothing: labs have
+to break there, for otherwise this shows nothing."""
 
 import itertools
 import json

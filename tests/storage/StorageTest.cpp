@@ -4,56 +4,33 @@
 namespace test {
 namespace {
 
-const std::string kA = "aaaaaaaa-0000-0000-0000-000000000001";
-const std::string kB = "bbbbbbbb-0000-0000-0000-000000000002";
-
-TEST(Storage, Adds) {
-  Check({
-      {"storage add -s ssd -d one -d one -d ''", nullptr, "true", "AddDisks ssd [one,one,]"},
-      {"storage add -s ssd -d one", Failing("AddDisks"),
-       "error: Unable to add device: no luck | none", "AddDisks ssd [one]"},
-  });
+TEST(Storage, AddsAndRemovesByTargetInOrder) {
+  const Names names = {
+      {"$not a mode",
+       "Expected a single value from the set [noAction, ensureObjectAccessibility, "
+       "evacuateAllData]"}};
+  Check({}, names, R"(
+storage add -s ssd -d one -d one -d '' -> true <- AddDisks ssd [one,one,]
+! error: Unable to add device: no luck | none
+storage remove -d one -> true <- RemoveDisk one ""
+! error: Unable to remove device: no luck | none
+storage remove -s one -m noAction -> true <- RemoveDiskGroup one NoAction
+storage remove -u one -m EvacuateAllData -> true <- RemoveDiskByUuid one EvacuateAllData
+storage remove -d '' -m ensureObjectAccessibility -> true <- RemoveDisk "" EnsureObjectAccessibility
+storage remove -d one -u two -m bad
+  -> error: At most one of --disk or --ssd or --uuid can be specified. | none
+storage remove -m noaction -> error: $not a mode got 'noaction' | none
+storage remove -d one -m '' -> error: $not a mode got '' | none
+storage remove -m evacuateAllData -> error: No disk provided, one of --disk or --ssd or --uuid needs
+  to be specified. | none
+)");
 }
 
-TEST(Storage, RemovesByTargetInOrder) {
-  const std::string atMostOne =
-      "error: At most one of --disk or --ssd or --uuid can be specified. | none";
-  const auto notAMode = [](const std::string& got) {
-    return "error: Expected a single value from the set [noAction, ensureObjectAccessibility, "
-           "evacuateAllData] got '" +
-           got + "' | none";
-  };
-  Check({
-      {"storage remove -d one", nullptr, "true", "RemoveDisk one \"\""},
-      {"storage remove -s one -m noAction", nullptr, "true", "RemoveDiskGroup one NoAction"},
-      {"storage remove -u one -m EvacuateAllData", nullptr, "true",
-       "RemoveDiskByUuid one EvacuateAllData"},
-      {"storage remove -d '' -m ensureObjectAccessibility", nullptr, "true",
-       "RemoveDisk \"\" EnsureObjectAccessibility"},
-      {"storage remove -d one -u two -m bad", nullptr, atMostOne, ""},
-      {"storage remove -m noaction", nullptr, notAMode("noaction"), ""},
-      {"storage remove -d one -m ''", nullptr, notAMode(""), ""},
-      {"storage remove -m evacuateAllData", nullptr,
-       "error: No disk provided, one of --disk or --ssd or --uuid needs to be specified. | none",
-       ""},
-      {"storage remove -d one", Failing("RemoveDisk"),
-       "error: Unable to remove device: no luck | none", "RemoveDisk one \"\""},
-  });
-}
-
-/// The fields that tell disks apart; the rest is the same for every disk of these tests.
-std::string Row(const std::string& name, const std::string& uuid) {
-  return "KorelStorageList{Device=" + name + ", Display Name=" + name +
-         ", Is SSD=true, KOREL UUID=" + uuid +
-         ", KOREL Disk Group UUID=g, KOREL Disk Group Name=gn, Used by this host=false, In "
-         "HXDS=true, On-disk format version=2.5, Deduplication=false, Compression=true, "
-         "Checksum=c, Checksum OK=false, Is Capacity Tier=true, Encryption Metadata Checksum "
-         "OK=true, Encryption=false, DiskKeyLoaded=true, Is Mounted=false, Creation Time=then}";
-}
-
-void TwoDisks(RecordingHost& host) {
-  host.disks = {{"x", kB}, {"y", kA}, {"free", "cccccccc-0000-0000-0000-000000000003"}};
-  host.configuredDisks = {kB, kA, kB};
+void HaveTwoDisks(RecordingHost& host) {
+  const std::string a = "aaaaaaaa-0000-0000-0000-000000000001";
+  const std::string b = "bbbbbbbb-0000-0000-0000-000000000002";
+  host.disks = {{"x", b}, {"y", a}, {"free", "cccccccc-0000-0000-0000-000000000003"}};
+  host.configuredDisks = {b, a, b};
   auto& info = host.diskInfo;
   info.onDiskFormatVersion = 3;
   info.dataEfficiencyMode = 2;
@@ -66,30 +43,31 @@ void TwoDisks(RecordingHost& host) {
 }
 
 TEST(Storage, ListsInUuidOrder) {
-  const std::string none = "error: Unable to find device with ";
-  std::string upper = kB;
-  for (char& c : upper) c = static_cast<char>(std::toupper(c));
-  const std::string free = "cccccccc-0000-0000-0000-000000000003";
-  const std::string asked = "GetKorelDisks 0 | ListDiskUuids";
-  Check({
-      {"storage list", nullptr, "[]", asked},
-      {"storage list", TwoDisks, "[" + Row("y", kA) + ", " + Row("x", kB) + "]",
-       asked + " | GetDiskInfo " + kA + " | GetDiskInfo " + kB},
-      {"storage list -d free", TwoDisks, "[" + Row("free", free) + "]",
-       asked + " | GetDiskInfo " + free},
-      {"storage list -u " + upper, TwoDisks, "[" + Row("x", kB) + "]",
-       asked + " | GetDiskInfo " + kB},
-      {"storage list -d X", TwoDisks, none + "name: X | none", asked},
-      {"storage list -u " + kA, nullptr, none + "uuid: " + kA + " | none", asked},
-      {"storage list -d x -u y", TwoDisks,
-       "error: Only one of --device or --uuid can be specified. | none", ""},
-      {"storage list -u y", TwoDisks,
-       "error: Unable to list devices: 'y' is not a UUID of the form "
-       "\"nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn\" | none",
-       "GetKorelDisks 0"},
-      {"storage list", Failing("GetDiskInfo", TwoDisks),
-       "error: Unable to list devices: no luck | none", asked + " | GetDiskInfo " + kA},
-  });
+  const auto record = [](const std::string& name, const std::string& uuid) {
+    return "KorelStorageList{Device=" + name + ", Display Name=" + name +
+           ", Is SSD=true, KOREL UUID=" + uuid +
+           ", KOREL Disk Group UUID=g, KOREL Disk Group Name=gn, Used by this host=false, "
+           "In HXDS=true, On-disk format version=2.5, Deduplication=false, Compression=true, "
+           "Checksum=c, Checksum OK=false, Is Capacity Tier=true, Encryption Metadata Checksum "
+           "OK=true, Encryption=false, DiskKeyLoaded=true, Is Mounted=false, Creation Time=then}";
+  };
+  const Names names = {{"$x", record("x", "$B")},
+                       {"$y", record("y", "$A")},
+                       {"$free", record("free", "$C")},
+                       {"$asked", "GetKorelDisks 0 | ListDiskUuids"}};
+  Check({{"two", HaveTwoDisks}}, names, R"(
+storage list -> [] <- $asked
+[two] storage list -> [$y, $x] <- $asked | GetDiskInfo $A | GetDiskInfo $B
+[two] storage list -d free -> [$free] <- $asked | GetDiskInfo $C
+[two] storage list -u BBBBBBBB-0000-0000-0000-000000000002 -> [$x] <- $asked | GetDiskInfo $B
+[two] storage list -d X -> error: Unable to find device with name: X | none <- $asked
+storage list -u $A -> error: Unable to find device with uuid: $A | none <- $asked
+[two] storage list -d x -u y -> error: Only one of --device or --uuid can be specified. | none
+[two] storage list -u y -> error: Unable to list devices: 'y' is not a UUID of the form
+  "nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn" | none <- GetKorelDisks 0
+[two, GetDiskInfo fails] storage list -> error: Unable to list devices: no luck | none
+  <- $asked | GetDiskInfo $A
+)");
 }
 
 TEST(Storage, KnowsFormatVersions) {

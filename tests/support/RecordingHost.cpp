@@ -13,21 +13,22 @@ namespace {
 
 using namespace Tovrin::Korel;
 
+using Texts = std::vector<std::string>;
+
 RecordingHost* current = nullptr;
 
 std::string Text(const std::string& text) { return text.empty() ? "\"\"" : text; }
 std::string Text(bool value) { return value ? "true" : "false"; }
 std::string Text(int value) { return std::to_string(value); }
 std::string Text(std::int64_t value) { return std::to_string(value); }
-std::string Text(KorelNodeType type) { return std::to_string(static_cast<int>(type)); }
-std::string Text(KorelUnicastAgentType type) { return std::to_string(static_cast<int>(type)); }
-std::string Text(KorelDiskTypes types) { return std::to_string(static_cast<int>(types)); }
+template <typename Enum>
+requires std::is_enum_v<Enum> std::string Text(Enum value) { return Text(static_cast<int>(value)); }
 std::string Text(const Uuid& uuid) { return HskCtl::Korel::KorelUtil::KorelUuidToString(uuid); }
 std::string Text(const KorelDatastore& datastore) {
   return Text(datastore.GetUuid()) + " " + Text(datastore.GetName()) + " " +
          Text(datastore.GetClusterUuid()) + " " + Text(datastore.IsDefault());
 }
-std::string Text(const std::vector<std::string>& texts) {
+std::string Text(const Texts& texts) {
   std::string joined = "[";
   for (const auto& text : texts) joined += (joined.size() > 1 ? "," : "") + text;
   return joined + "]";
@@ -57,14 +58,14 @@ class RecordingKorelInfo : public KorelInfo {
  public:
   void SetHsknicConfig(const KorelHskNicConfig2& config) override {
     const auto group = [](const KorelIpAddress& one) { return (one.isV6 ? "v6:" : "") + one.text; };
-    Record("SetHsknicConfig", config.GetHsknicName(), group(config.GetAgentMulticastGroup()),
+    Record(__func__, config.GetHsknicName(), group(config.GetAgentMulticastGroup()),
            group(config.GetAgentV6MulticastGroup()), group(config.GetPrimaryMulticastGroup()),
            group(config.GetPrimaryV6MulticastGroup()), config.GetAgentMulticastPort(),
            config.GetPrimaryMulticastPort(), config.GetHostUnicastPort(), config.GetMulticastTTL(),
            config.korelTraffic, config.witnessTraffic, config.GetExtra());
   }
   std::vector<std::unique_ptr<KorelHskNicConfig2>> GetHsknicConfigs() override {
-    Record("GetHsknicConfigs");
+    Record(__func__);
     std::vector<std::unique_ptr<KorelHskNicConfig2>> answer;
     for (const auto& one : current->interfaces) {
       answer.push_back(std::make_unique<KorelHskNicConfig2>(one));
@@ -72,111 +73,94 @@ class RecordingKorelInfo : public KorelInfo {
     return answer;
   }
   void GetDiskInfo(const Uuid& disk, const KorelDiskList& disks, KorelDiskInfo& info) override {
-    Record("GetDiskInfo", disk);
+    Record(__func__, disk);
     info = current->diskInfo;
     info.korelUuid = Text(disk);
     for (const auto& lun : disks) {
       if (lun->GetUuid() == disk) info.deviceName = lun->GetName();
     }
   }
-  void AddDisks(Given ssd, const std::vector<std::string>& disks) override {
-    Record("AddDisks", ssd, disks);
-  }
-  void MountDiskGroup(Given ssd, bool force) override { Record("MountDiskGroup", ssd, force); }
-  void MountDiskByUuid(Given uuid) override { Record("MountDiskByUuid", uuid); }
-  void MountDisk(Given device) override { Record("MountDisk", device); }
-  void RemoveDisk(Given device, Given mode) override { Record("RemoveDisk", device, mode); }
-  void RemoveDiskGroup(Given ssd, Given mode) override { Record("RemoveDiskGroup", ssd, mode); }
-  void RebuildDiskGroup(Given ssd, Given mode, int trim, bool force,
-                        std::vector<std::string>& skipped) override {
-    Record("RebuildDiskGroup", ssd, mode, trim, force);
+  void AddDisks(Given ssd, const Texts& disks) override { Record(__func__, ssd, disks); }
+  void MountDiskGroup(Given ssd, bool force) override { Record(__func__, ssd, force); }
+  void MountDiskByUuid(Given uuid) override { Record(__func__, uuid); }
+  void MountDisk(Given device) override { Record(__func__, device); }
+  void RemoveDisk(Given device, Given mode) override { Record(__func__, device, mode); }
+  void RemoveDiskGroup(Given ssd, Given mode) override { Record(__func__, ssd, mode); }
+  void RebuildDiskGroup(Given ssd, Given mode, int trim, bool force, Texts& skipped) override {
+    Record(__func__, ssd, mode, trim, force);
     skipped = current->skippedDisks;
   }
   void RebuildDiskGroupByUuid(Given uuid, Given mode, int trim, bool force,
-                              std::vector<std::string>& skipped) override {
-    Record("RebuildDiskGroupByUuid", uuid, mode, trim, force);
+                              Texts& skipped) override {
+    Record(__func__, uuid, mode, trim, force);
     skipped = current->skippedDisks;
   }
-  void UnmountDiskGroupWithMode(Given ssd, Given mode) override {
-    Record("UnmountDiskGroupWithMode", ssd, mode);
-  }
-  void UnmountDiskGroup(Given ssd, bool force) override { Record("UnmountDiskGroup", ssd, force); }
-  void UnmountDisk(Given device, bool force) override { Record("UnmountDisk", device, force); }
-  void UnmountDiskByUuid(Given uuid) override { Record("UnmountDiskByUuid", uuid); }
-  void RemoveDiskByUuid(Given uuid, Given mode) override { Record("RemoveDiskByUuid", uuid, mode); }
+  void UnmountDiskGroupWithMode(Given ssd, Given mode) override { Record(__func__, ssd, mode); }
+  void UnmountDiskGroup(Given ssd, bool force) override { Record(__func__, ssd, force); }
+  void UnmountDisk(Given device, bool force) override { Record(__func__, device, force); }
+  void UnmountDiskByUuid(Given uuid) override { Record(__func__, uuid); }
+  void RemoveDiskByUuid(Given uuid, Given mode) override { Record(__func__, uuid, mode); }
   void SetPreferredFaultDomain(Given name, Given cluster) override {
-    Record("SetPreferredFaultDomain", name, cluster);
+    Record(__func__, name, cluster);
   }
   void RemoveHsknic(Given name, bool force, Given type) override {
-    Record("RemoveHsknic", name, force, type);
+    Record(__func__, name, force, type);
   }
-  void RefreshUnicastAgents(Given text) override { Record("RefreshUnicastAgents", text); }
+  void RefreshUnicastAgents(Given text) override { Record(__func__, text); }
   void AddUnicastAgent(Given uuid, KorelUnicastAgentType type, bool unicast, Given address,
                        std::int64_t port, bool bound, Given name, Given reserved, Given thumbprint,
                        Given cluster) override {
-    Record("AddUnicastAgent", uuid, type, unicast, address, port, bound, name, reserved, thumbprint,
+    Record(__func__, uuid, type, unicast, address, port, bound, name, reserved, thumbprint,
            cluster);
   }
   bool RemoveUnicastAgent(Given uuid, Given address, std::int64_t port, KorelUnicastAgentType type,
                           int reserved, Given cluster, bool client) override {
-    return Answer(current->agentRemoved, "RemoveUnicastAgent", uuid, address, port, type, reserved,
-                  cluster, client);
+    return Answer(current->agentRemoved, __func__, uuid, address, port, type, reserved, cluster,
+                  client);
   }
-  std::vector<std::string> GetUnicastAgentEntries(Given cluster) override {
-    return Answer(current->agentEntries, "GetUnicastAgentEntries", cluster);
+  Texts GetUnicastAgentEntries(Given cluster) override {
+    return Answer(current->agentEntries, __func__, cluster);
   }
-  std::vector<std::string> GetUnicastWitnesses() override {
-    return Answer(current->witnesses, "GetUnicastWitnesses");
-  }
-  void RestoreNetworkConfig() override { Record("RestoreNetworkConfig"); }
-  void RestoreCluster(bool boot, bool postboot) override {
-    Record("RestoreCluster", boot, postboot);
-  }
-  void ClearNetworkConfig() override { Record("ClearNetworkConfig"); }
-  void ClearDatastores() override { Record("ClearDatastores"); }
+  Texts GetUnicastWitnesses() override { return Answer(current->witnesses, __func__); }
+  void RestoreNetworkConfig() override { Record(__func__); }
+  void RestoreCluster(bool boot, bool postboot) override { Record(__func__, boot, postboot); }
+  void ClearNetworkConfig() override { Record(__func__); }
+  void ClearDatastores() override { Record(__func__); }
   void JoinCluster(const Uuid& cluster, KorelNodeType type, Given preferred, bool wait,
                    int reserved1, int reserved2) override {
-    Record("JoinCluster", cluster, type, preferred, wait, reserved1, reserved2);
+    Record(__func__, cluster, type, preferred, wait, reserved1, reserved2);
   }
   void CreateCluster(Given cluster, bool persist, bool wait) override {
-    Record("CreateCluster", cluster, persist, wait);
+    Record(__func__, cluster, persist, wait);
   }
-  void JoinClientCluster(Given cluster, bool wait) override {
-    Record("JoinClientCluster", cluster, wait);
-  }
-  void LeaveCluster(const Uuid& cluster, bool wait) override {
-    Record("LeaveCluster", cluster, wait);
-  }
+  void JoinClientCluster(Given cluster, bool wait) override { Record(__func__, cluster, wait); }
+  void LeaveCluster(const Uuid& cluster, bool wait) override { Record(__func__, cluster, wait); }
   std::shared_ptr<KorelClusterInfo> GetClusterInfo(bool detailed) override {
-    Record("GetClusterInfo", detailed);
+    Record(__func__, detailed);
     auto info = std::make_shared<KorelClusterInfo>();
     info->enabled = current->enabled;
     info->nodeUuid = "node";
     info->maintenanceState = "OFF";
     return info;
   }
-  void SetFaultDomainName(Given name) override { Record("SetFaultDomainName", name); }
-  void ResetFaultDomain() override { Record("ResetFaultDomain"); }
-  std::string GetFaultDomainName() override {
-    return Answer(std::string("fd1"), "GetFaultDomainName");
-  }
-  void AddCapacityFlashTag(Given device) override { Record("AddCapacityFlashTag", device); }
-  void AddKorelDirectTag(Given device) override { Record("AddKorelDirectTag", device); }
-  void RemoveCapacityFlashTag(Given device) override { Record("RemoveCapacityFlashTag", device); }
-  void RemoveKorelDirectTag(Given device) override { Record("RemoveKorelDirectTag", device); }
-  void ClearDefaultPolicies() override { Record("ClearDefaultPolicies"); }
-  std::vector<std::string> GetJoinedClusterUuids() override {
-    return Answer(current->joinedClusters, "GetJoinedClusterUuids");
-  }
-  std::string GetClusterUuid() override { return Answer(current->clusterUuid, "GetClusterUuid"); }
+  void SetFaultDomainName(Given name) override { Record(__func__, name); }
+  void ResetFaultDomain() override { Record(__func__); }
+  std::string GetFaultDomainName() override { return Answer(std::string("fd1"), __func__); }
+  void AddCapacityFlashTag(Given device) override { Record(__func__, device); }
+  void AddKorelDirectTag(Given device) override { Record(__func__, device); }
+  void RemoveCapacityFlashTag(Given device) override { Record(__func__, device); }
+  void RemoveKorelDirectTag(Given device) override { Record(__func__, device); }
+  void ClearDefaultPolicies() override { Record(__func__); }
+  Texts GetJoinedClusterUuids() override { return Answer(current->joinedClusters, __func__); }
+  std::string GetClusterUuid() override { return Answer(current->clusterUuid, __func__); }
   std::string GetDatastoreName(Given uuid) override {
-    return Answer(std::string("name of " + Text(uuid)), "GetDatastoreName", uuid);
+    return Answer(std::string("name of " + Text(uuid)), __func__, uuid);
   }
-  void SetDatastoreName(Given uuid, Given name) override { Record("SetDatastoreName", uuid, name); }
-  void AddDatastore(const KorelDatastore& datastore) override { Record("AddDatastore", datastore); }
-  void RemoveDatastore(Given uuid) override { Record("RemoveDatastore", uuid); }
+  void SetDatastoreName(Given uuid, Given name) override { Record(__func__, uuid, name); }
+  void AddDatastore(const KorelDatastore& datastore) override { Record(__func__, datastore); }
+  void RemoveDatastore(Given uuid) override { Record(__func__, uuid); }
   std::vector<std::shared_ptr<KorelDatastore>> GetDatastores() override {
-    Record("GetDatastores");
+    Record(__func__);
     std::vector<std::shared_ptr<KorelDatastore>> answer;
     for (const auto& one : current->datastores) {
       answer.push_back(std::make_shared<KorelDatastore>(one));
@@ -184,54 +168,46 @@ class RecordingKorelInfo : public KorelInfo {
     return answer;
   }
   bool IsHsknicConfigured(Given name, Given type) override {
-    return Answer(current->configured.contains(name + " " + type), "IsHsknicConfigured", name,
-                  type);
+    return Answer(current->configured.contains(name + " " + type), __func__, name, type);
   }
   void ListDiskUuids(std::vector<Uuid>& uuids) override {
-    Record("ListDiskUuids");
+    Record(__func__);
     for (const auto& text : current->configuredDisks) {
       uuids.push_back(HskCtl::Korel::KorelUtil::StringToKorelUuid(text));
     }
   }
   std::string GetDefaultPolicy(KorelPolicyClass policyClass) override {
-    return Answer(std::string("value " + Text(static_cast<int>(policyClass))), "GetDefaultPolicy",
-                  static_cast<int>(policyClass));
+    return Answer(std::string("value " + Text(policyClass)), __func__, policyClass);
   }
   void GetUnicastAgents(std::vector<KorelUnicastAddressInfo>& agents, bool all,
                         Given cluster) override {
-    Record("GetUnicastAgents", all, cluster);
+    Record(__func__, all, cluster);
     agents.insert(agents.end(), current->agents.begin(), current->agents.end());
   }
-  std::int64_t GetResyncThrottle() override { return Answer(current->number, "GetResyncThrottle"); }
-  void SetResyncThrottle(std::int64_t mbps) override { Record("SetResyncThrottle", mbps); }
-  std::int64_t GetResyncBandwidth() override {
-    return Answer(current->number, "GetResyncBandwidth");
-  }
+  std::int64_t GetResyncThrottle() override { return Answer(current->number, __func__); }
+  void SetResyncThrottle(std::int64_t mbps) override { Record(__func__, mbps); }
+  std::int64_t GetResyncBandwidth() override { return Answer(current->number, __func__); }
   bool IsDataInTransitEncryptionEnabled(Given cluster, bool ask) override {
-    return Answer(current->encryption, "IsDataInTransitEncryptionEnabled", cluster, ask);
+    return Answer(current->encryption, __func__, cluster, ask);
   }
   void SetDataInTransitEncryption(Given cluster, bool enabled, Given state, int reserved) override {
-    Record("SetDataInTransitEncryption", cluster, enabled, state, reserved);
+    Record(__func__, cluster, enabled, state, reserved);
   }
   std::int64_t GetRekeyInterval(Given cluster, bool ask) override {
-    return Answer(current->number, "GetRekeyInterval", cluster, ask);
+    return Answer(current->number, __func__, cluster, ask);
   }
   void SetRekeyInterval(Given cluster, std::int64_t minutes) override {
-    Record("SetRekeyInterval", cluster, minutes);
+    Record(__func__, cluster, minutes);
   }
-  bool IsClientModeEnabled() override { return Answer(current->clientMode, "IsClientModeEnabled"); }
-  void SetKorelMaxEnabled(bool enabled) override { Record("SetKorelMaxEnabled", enabled); }
+  bool IsClientModeEnabled() override { return Answer(current->clientMode, __func__); }
+  void SetKorelMaxEnabled(bool enabled) override { Record(__func__, enabled); }
   void SetDefaultPolicy(KorelPolicyClass policyClass, Given value) override {
-    Record("SetDefaultPolicy", static_cast<int>(policyClass), value);
+    Record(__func__, policyClass, value);
   }
-  void AddStoragePoolDisks(const std::vector<std::string>& devices) override {
-    Record("AddStoragePoolDisks", devices);
-  }
-  void RemoveStoragePoolDisk(Given device, Given mode) override {
-    Record("RemoveStoragePoolDisk", device, mode);
-  }
+  void AddStoragePoolDisks(const Texts& devices) override { Record(__func__, devices); }
+  void RemoveStoragePoolDisk(Given device, Given mode) override { Record(__func__, device, mode); }
   void RemoveStoragePoolDiskByUuid(Given uuid, Given mode) override {
-    Record("RemoveStoragePoolDiskByUuid", uuid, mode);
+    Record(__func__, uuid, mode);
   }
 };
 
@@ -252,6 +228,7 @@ RecordingHost::~RecordingHost() { current = nullptr; }
 
 using test::Answer;
 using test::current;
+using test::Given;
 using test::Record;
 
 namespace Tovrin::Lib::Korel {
@@ -263,39 +240,33 @@ std::unique_ptr<KorelPlugin> KorelPluginFactory::GetKorelPlugin() {
 namespace HskCtl::Korel {
 
 Tovrin::Korel::KorelNodeType KorelUtil::GetNodeType() {
-  return Answer(current->nodeType, "GetNodeType");
+  return Answer(current->nodeType, __func__);
 }
 
-void KorelUtil::DecomCancel() { Record("DecomCancel"); }
+void KorelUtil::DecomCancel() { Record(__func__); }
+std::string KorelUtil::GetFaultDomainId() { return Answer(std::string("id1"), __func__); }
+std::string KorelUtil::GetFormattedSystemDateTime() { return Answer(std::string("now"), __func__); }
 
-std::string KorelUtil::GetFaultDomainId() { return Answer(std::string("id1"), "GetFaultDomainId"); }
-
-std::string KorelUtil::GetFormattedSystemDateTime() {
-  return Answer(std::string("now"), "GetFormattedSystemDateTime");
-}
-
-void KorelUtil::GetInfoFromHXDS(const std::string& cluster,
-                                Tovrin::Korel::KorelClusterInfoDetailed& info) {
-  Record("GetInfoFromHXDS", cluster);
+void KorelUtil::GetInfoFromHXDS(Given cluster, Tovrin::Korel::KorelClusterInfoDetailed& info) {
+  Record(__func__, cluster);
   info = current->cluster;
 }
 
-void KorelUtil::GetPreferredFaultDomainInfo(const std::string& cluster, std::string& name,
-                                            std::string& id) {
-  Record("GetPreferredFaultDomainInfo", cluster);
+void KorelUtil::GetPreferredFaultDomainInfo(Given cluster, std::string& name, std::string& id) {
+  Record(__func__, cluster);
   name = current->preferred[cluster];
   id = "id of " + name;
 }
 
 void KorelUtil::GetUnicastModeForCluster(bool& isUnicast, const std::string& cluster) {
-  Record("GetUnicastModeForCluster", cluster);
+  Record(__func__, cluster);
   isUnicast = true;
 }
 
 void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskList& disks,
                                             bool fromCluster,
                                             Tovrin::Korel::KorelStoragePoolDiskInfo& info) {
-  Record("GetKorelStoragePoolDiskInfo", disk, fromCluster);
+  Record(__func__, disk, fromCluster);
   for (const auto& lun : disks) {
     if (lun->GetUuid() == disk) info.deviceName = lun->GetName();
   }
@@ -305,31 +276,27 @@ void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskLis
 }
 
 bool KorelUtil::IsStoragePoolDisk(const std::string& device) {
-  return Answer(current->poolDisks.contains(device), "IsStoragePoolDisk", device);
+  return Answer(current->poolDisks.contains(device), __func__, device);
 }
 
-bool KorelUtil::IsInStretchedCluster() {
-  return Answer(current->stretched, "IsInStretchedCluster");
-}
+bool KorelUtil::IsInStretchedCluster() { return Answer(current->stretched, __func__); }
 
 bool KorelUtil::IsKorelMetadataNodeFeatureEnabled() {
-  return Answer(current->metadataFeature, "IsKorelMetadataNodeFeatureEnabled");
+  return Answer(current->metadataFeature, __func__);
 }
 
-bool KorelUtil::IsKorelRebuildTrimFssEnabled() {
-  return Answer(current->trimFeature, "IsKorelRebuildTrimFssEnabled");
-}
+bool KorelUtil::IsKorelRebuildTrimFssEnabled() { return Answer(current->trimFeature, __func__); }
 
 void KorelUtil::SetTracedLogOptions(const std::unordered_map<std::string, std::string>& options) {
   const std::map<std::string, std::string> sorted(options.begin(), options.end());
   std::vector<std::string> pairs;
   for (const auto& [key, value] : sorted) pairs.push_back(key + "=" + value);
-  Record("SetTracedLogOptions", pairs);
+  Record(__func__, pairs);
 }
 
 int KorelUtil::KorelExec(const std::string& path, const std::string& arguments, bool inShell,
                          bool wait, bool showOutput) {
-  return Answer(arguments == "restart" ? current->restarted : current->status, "KorelExec", path,
+  return Answer(arguments == "restart" ? current->restarted : current->status, __func__, path,
                 arguments, inShell, wait, showOutput);
 }
 
@@ -343,7 +310,7 @@ KorelUtil::KorelInfo::KorelUnicastAddressInfo KorelUtil::KorelUnicastAddressInfo
 }
 
 void KorelUtil::GetKorelDisks(KorelDiskList& disks, Tovrin::Korel::KorelDiskTypes types) {
-  Record("GetKorelDisks", types);
+  Record(__func__, types);
   disks.clear();
   for (const auto& [name, uuid] : current->disks) {
     disks.push_back(std::make_shared<Tovrin::Korel::KorelDiskLun>(StringToKorelUuid(uuid), name));
@@ -360,10 +327,10 @@ int Corvex::AutoCli::AutoCli_ShellCmd(const std::string& line, std::string&, con
 }
 
 bool FeatureList::IsEnabled(Feature feature) {
-  return Answer(current->clientModeFeature, "IsFeatureEnabled", static_cast<int>(feature));
+  return Answer(current->clientModeFeature, "IsFeatureEnabled", feature);
 }
 
 char* UUID_CreateRandom() {
-  Record("UUID_CreateRandom");
+  Record(__func__);
   return current->randomUuid.empty() ? nullptr : strdup(current->randomUuid.c_str());
 }

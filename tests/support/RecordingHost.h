@@ -27,10 +27,8 @@ struct RecordingHost {
   /// The operation throws this message, after it was kept as a call.
   std::map<std::string, std::string> failures;
 
-  bool hasInfo = true;
-  bool enabled = false;
-  bool clientMode = false;
-  bool clientModeFeature = true;
+  bool hasInfo = true, enabled = false, clientMode = false, stretched = false, encryption = false;
+  bool clientModeFeature = true, metadataFeature = true, trimFeature = true;
   Tovrin::Korel::KorelNodeType nodeType = Tovrin::Korel::KorelNodeType::Normal;
   /// What UUID_CreateRandom answers; null when empty.
   std::string randomUuid = "12345678-0000-0000-0000-00000000000a";
@@ -45,18 +43,14 @@ struct RecordingHost {
   std::vector<std::string> agentEntries;  ///< texts; "bad..." cannot be read
   std::vector<std::string> witnesses;
   bool agentRemoved = true;
-  bool metadataFeature = true;
-  bool stretched = false;
   std::map<std::string, std::string> preferred;  ///< cluster UUID to name; the id is "id of NAME"
   Tovrin::Korel::KorelClusterInfoDetailed cluster;  ///< what the directory has of every cluster
 
   std::vector<Tovrin::Korel::KorelHskNicConfig2> interfaces;
   std::set<std::string> configured;  ///< "INTERFACE TYPE"
-  bool encryption = false;
-  std::int64_t number = 0;  ///< throttle, bandwidth, rekey interval
+  std::int64_t number = 0;           ///< throttle, bandwidth, rekey interval
 
   std::set<std::string> poolDisks;  ///< names
-  bool trimFeature = true;
   std::vector<std::string> skippedDisks;
   std::string root;               ///< where host paths are found
   int status = 0, restarted = 0;  ///< exit statuses of the trace daemon's script
@@ -68,21 +62,18 @@ struct RecordingHost {
 /// single quotes keep a word together.
 std::string RunLine(const std::string& line);
 
-/// One way through a command: how the host is, what is typed, what comes of it, what was called
-/// (calls joined by " | ").
-struct Case {
-  std::string line;
-  std::function<void(RecordingHost&)> prepare;
-  std::string outcome;
-  std::string calls;
-};
+/// Preparations of a host by the names that a table has for them.
+using Hosts = std::map<std::string, std::function<void(RecordingHost&)>>;
+/// Texts by the names that a table has for them, each with a dollar sign in front. They may have
+/// the capital ones in them, which every table has: $A, $B and $C are UUIDs.
+using Names = std::map<std::string, std::string, std::greater<>>;
 
-/// Prepares a host as `prepare` does, if that is given, on which the operation fails with "no
-/// luck".
-std::function<void(RecordingHost&)> Failing(const std::string& operation,
-                                            std::function<void(RecordingHost&)> prepare = {});
-
-/// Runs each case on a host of its own.
-void Check(const std::vector<Case>& cases);
+/// Runs the rows of a table, each on a host of its own: "LINE -> OUTCOME <- CALLS", the calls
+/// joined by " | ". Lines with the same result stand in one row, slashes between them. A row goes
+/// on where the next line begins with two blanks. "[enabled, GetNodeType fails] LINE" says what the
+/// host is before. A row "! OUTCOME" is for the row above when its last call fails, with "no luck".
+void Check(const Hosts& hosts, const Names& names, const std::string& table);
+inline void Check(const Hosts& hosts, const std::string& table) { Check(hosts, {}, table); }
+inline void Check(const std::string& table) { Check({}, {}, table); }
 
 }  // namespace test

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "autocli/line/ParseOptions.h"
 #include "autocli/tools/SplitLine.h"
 #include "korel/Tree.h"
@@ -7,16 +9,28 @@ namespace test {
 namespace {
 
 using namespace Corvex::MetaObj;
+using Texts = std::vector<std::string>;
 
-template <typename Value>
-std::string Joined(const std::vector<Value>& values, const char* separator,
-                   const std::function<std::string(const Value&)>& text) {
+std::string Joined(const Texts& texts, const char* separator) {
   std::string joined;
-  for (const Value& value : values) joined += (joined.empty() ? "" : separator) + text(value);
+  const char* between = "";
+  for (const auto& text : texts) joined += std::exchange(between, separator) + text;
   return joined;
 }
 
+Texts Split(const std::string& text, const std::string& separator) {
+  Texts parts;
+  std::size_t begin = 0;
+  for (std::size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;) {
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + separator.size();
+  }
+  parts.push_back(text.substr(begin));
+  return parts;
+}
+
 std::string Text(const MetaObject& value) {
+  Texts parts;
   switch (value.GetType()) {
     case MetaType::Bool: {
       const auto& set = static_cast<const MetaBool&>(value).GetValue();
@@ -30,19 +44,57 @@ std::string Text(const MetaObject& value) {
       return static_cast<const MetaString&>(value).GetValue().value_or("-");
     case MetaType::Struct: {
       const auto& record = static_cast<const MetaStruct&>(value);
-      return record.GetTypeName() + "{" +
-             Joined<MetaStruct::Field>(
-                 record.GetFields(), ", ",
-                 [](const auto& field) { return field.name + "=" + Text(*field.value); }) +
-             "}";
+      for (const auto& [name, field] : record.GetFields()) {
+        parts.push_back(name + "=" + Text(*field));
+      }
+      return record.GetTypeName() + "{" + Joined(parts, ", ") + "}";
     }
     case MetaType::List:
-      return "[" +
-             Joined<MetaObjectPtr>(static_cast<const MetaList&>(value).GetElements(), ", ",
-                                   [](const auto& element) { return Text(*element); }) +
-             "]";
+      for (const auto& element : static_cast<const MetaList&>(value).GetElements()) {
+        parts.push_back(Text(*element));
+      }
+      return "[" + Joined(parts, ", ") + "]";
   }
   return "";
+}
+
+const Hosts kHosts = {
+    {"enabled", [](RecordingHost& host) { host.enabled = true; }},
+    {"client", [](RecordingHost& host) { host.clientMode = true; }},
+    {"witness", [](RecordingHost& host) { host.nodeType = Tovrin::Korel::KorelNodeType::Witness; }},
+    {"no info", [](RecordingHost& host) { host.hasInfo = false; }},
+    {"no random", [](RecordingHost& host) { host.randomUuid = ""; }},
+};
+const Names kNames = {{"$A", "aaaaaaaa-0000-0000-0000-000000000001"},
+                      {"$B", "bbbbbbbb-0000-0000-0000-000000000002"},
+                      {"$C", "cccccccc-0000-0000-0000-000000000003"},
+                      {"$random", "12345678-0000-0000-0000-00000000000a"}};
+
+/// Makes the host what stands before the line in brackets. Returns the line.
+std::string Prepare(RecordingHost& host, const Hosts& hosts, const std::string& script) {
+  if (script[0] != '[') return script;
+  const std::size_t end = script.find("] ");
+  for (const std::string& part : Split(script.substr(1, end - 1), ", ")) {
+    const std::size_t fails = part.find(" fails");
+    if (fails != std::string::npos) {
+      host.failures[part.substr(0, fails)] = "no luck";
+    } else {
+      (hosts.contains(part) ? hosts : kHosts).at(part)(host);
+    }
+  }
+  return script.substr(end + 2);
+}
+
+/// The rows with what their names stand for.
+Texts Rows(const std::string& table, Names names) {
+  names.insert(kNames.begin(), kNames.end());
+  Texts rows;
+  for (std::string line : Split(table, "\n")) {
+    if (line.empty()) continue;
+    for (const auto& [name, text] : names) line = Joined(Split(line, name), text.c_str());
+    line.starts_with("  ") ? rows.back() += line.substr(1) : rows.emplace_back(line);
+  }
+  return rows;
 }
 
 }  // namespace
@@ -69,22 +121,30 @@ std::string RunLine(const std::string& line) {
   return outcome + (output->GetRootObject() ? Text(*output->GetRootObject()) : "none");
 }
 
-std::function<void(RecordingHost&)> Failing(const std::string& operation,
-                                            std::function<void(RecordingHost&)> prepare) {
-  return [=](RecordingHost& host) {
-    if (prepare) prepare(host);
-    host.failures[operation] = "no luck";
-  };
-}
-
-void Check(const std::vector<Case>& cases) {
-  for (const Case& one : cases) {
-    SCOPED_TRACE(one.line);
-    RecordingHost host;
-    if (one.prepare) one.prepare(host);
-    EXPECT_EQ(RunLine("korel " + one.line), one.outcome);
-    EXPECT_EQ(Joined<std::string>(host.calls, " | ", [](const auto& call) { return call; }),
-              one.calls);
+void Check(const Hosts& hosts, const Names& names, const std::string& table) {
+  std::string scripts;
+  std::string outcome;
+  std::string calls;
+  for (const std::string& row : Rows(table, names)) {
+    SCOPED_TRACE(row);
+    std::string failing;
+    if (row.starts_with("! ")) {
+      failing = Split(Split(calls, " | ").back(), " ").front();
+      outcome = row.substr(2);
+    } else {
+      const std::size_t arrow = row.find(" -> ");
+      const std::size_t back = row.find(" <- ");
+      ASSERT_NE(arrow, std::string::npos);
+      scripts = row.substr(0, arrow);
+      outcome = row.substr(arrow + 4, back - arrow - 4);
+      calls = back == std::string::npos ? "" : row.substr(back + 4);
+    }
+    for (const std::string& script : Split(scripts, " / ")) {
+      RecordingHost host;
+      if (!failing.empty()) host.failures[failing] = "no luck";
+      EXPECT_EQ(RunLine("korel " + Prepare(host, hosts, script)), outcome) << script;
+      EXPECT_EQ(Joined(host.calls, " | "), calls) << script;
+    }
   }
 }
 

@@ -1,7 +1,4 @@
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
+#include "tests/support/Files.h"
 #include "tests/support/RecordingHost.h"
 
 namespace test {
@@ -14,60 +11,49 @@ const std::string kRestart = "KorelExec /etc/init.d/koreltraced restart false tr
 class Traced : public testing::Test {
  protected:
   Traced() {
-    char folder[] = "/tmp/trace-XXXXXX";
-    host.root = mkdtemp(folder);
-    file = host.root + "/etc/ostrel/korel/koreltraced.conf";
-    std::filesystem::create_directories(std::filesystem::path(file).parent_path());
-  }
-  ~Traced() override { std::filesystem::remove_all(host.root); }
-
-  void Write(const std::string& text) const { std::ofstream(file, std::ios::binary) << text; }
-  std::string Content() const {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
+    host.root = folder.path;
+    std::filesystem::create_directories(folder / "etc/ostrel/korel");
   }
 
+  void Write(const std::string& text) const { WriteFile(file, text); }
+  std::string Content() const { return ReadFile(file); }
+
+  Folder folder;
   RecordingHost host;
-  std::string file;
+  const std::string file = folder / "etc/ostrel/korel/koreltraced.conf";
 };
 
-std::string Shown(const std::string& directory, const std::string& rest) {
+std::string Shown(const std::string& files = "8", const std::string& size = "45",
+                  const std::string& syslog = "true",
+                  const std::string& directory = "No volume selected.") {
   return "KorelTraceGet{KOREL Traces Directory=" + directory +
-         ", Number Of Files To Rotate=" + rest + "}";
+         ", Number Of Files To Rotate=" + files + ", Maximum Trace File Size=" + size +
+         ", Log Urgent Traces To Syslog=" + syslog + "}";
 }
-std::string Rest(const std::string& files, const std::string& size, const std::string& syslog) {
-  return files + ", Maximum Trace File Size=" + size + ", Log Urgent Traces To Syslog=" + syslog;
-}
-const std::string kStandard = Rest("8", "45", "true");
 
 TEST_F(Traced, GetReadsLinesByTheirRules) {
-  const std::string none = "No volume selected.";
   const std::string longLine(1 << 20, 'x');
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {"", Shown(none, kStandard)},
-      {"no equals sign\n=\n = \n\n", Shown(none, kStandard)},
-      {"  KORELTRACED_ROTATE_MAX_FILES=12\n", Shown(none, Rest("12", "45", "true"))},
-      {"#KORELTRACED_ROTATE_MAX_FILES=12\n", Shown(none, kStandard)},
-      {"x KORELTRACED_ROTATE_MAX_FILES=12\n", Shown(none, kStandard)},
-      {"KORELTRACED_URGENT_ROTATE_MAX_FILES=12\n", Shown(none, kStandard)},
-      {"KORELTRACED_ROTATE_MAX_FILES =12\n", Shown(none, kStandard)},
-      {"KORELTRACED_ROTATE_MAX_FILES=12\nKORELTRACED_ROTATE_MAX_FILES= 13",
-       Shown(none, Rest("13", "45", "true"))},
-      {"KORELTRACED_ROTATE_MAX_FILES=twelve\nKORELTRACED_ROTATE_FILE_SIZE=9x\n",
-       Shown(none, Rest("0", "9", "true"))},
+      {"", Shown()},
+      {"no equals sign\n=\n = \n\n", Shown()},
+      {"  KORELTRACED_ROTATE_MAX_FILES=12\n", Shown("12")},
+      {"#KORELTRACED_ROTATE_MAX_FILES=12\n", Shown()},
+      {"x KORELTRACED_ROTATE_MAX_FILES=12\n", Shown()},
+      {"KORELTRACED_URGENT_ROTATE_MAX_FILES=12\n", Shown()},
+      {"KORELTRACED_ROTATE_MAX_FILES =12\n", Shown()},
+      {"KORELTRACED_ROTATE_MAX_FILES=12\nKORELTRACED_ROTATE_MAX_FILES= 13", Shown("13")},
+      {"KORELTRACED_ROTATE_MAX_FILES=twelve\nKORELTRACED_ROTATE_FILE_SIZE=9x\n", Shown("0", "9")},
       {"KORELTRACED_ROTATE_MAX_FILES=\nKORELTRACED_ROTATE_FILE_SIZE=7\n"
        "KORELTRACED_ROTATE_FILE_SIZE= \t\r\nKORELTRACED_LOG_URGENT_TO_SYSLOG=",
-       Shown(none, Rest("8", "7", "true"))},
+       Shown("8", "7")},
       {"KORELTRACED_ROTATE_MAX_FILES=99999999999999999999\n"
        "KORELTRACED_LAST_SELECTED_VOLUME=\"/v\"\nKORELTRACED_LAST_SELECTED_VOLUME=",
-       Shown("", Rest("9223372036854775807", "45", "true"))},
+       Shown("9223372036854775807", "45", "true", "")},
       {"KORELTRACED_ROTATE_FILE_SIZE=7\r\nKORELTRACED_LOG_URGENT_TO_SYSLOG=0\r\n",
-       Shown(none, Rest("8", "7", "false"))},
+       Shown("8", "7", "false")},
       {"KORELTRACED_LAST_SELECTED_VOLUME=\"/a \"b=c\"\nKORELTRACED_VOLUME=\"/other\"",
-       Shown("/a b=c", kStandard)},
-      {longLine + "\nKORELTRACED_ROTATE_FILE_SIZE=7\n" + longLine,
-       Shown(none, Rest("8", "7", "true"))},
+       Shown("8", "45", "true", "/a b=c")},
+      {longLine + "\nKORELTRACED_ROTATE_FILE_SIZE=7\n" + longLine, Shown("8", "7")},
   };
   for (const auto& [text, outcome] : cases) {
     SCOPED_TRACE(text.substr(0, 100));
@@ -158,7 +144,7 @@ TEST_F(Traced, SetRefusesAndReportsFailures) {
 TEST_F(Traced, SetWritesTheVeryFile) {
   namespace fs = std::filesystem;
   const std::string target = host.root + "/target";
-  std::ofstream(target) << "KORELTRACED_ROTATE_FILE_SIZE=7\n";
+  WriteFile(target, "KORELTRACED_ROTATE_FILE_SIZE=7\n");
   fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
   fs::create_symlink(target, file);
   EXPECT_EQ(RunLine("korel trace set -s 1"), "true");
