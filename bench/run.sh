@@ -25,9 +25,10 @@ for i in 1 2 3; do "$bin/autocli" korel datastore add --name "ds$i" >/dev/null; 
 
 echo "whole processes, medians of pairs"
 compare "autocli --version / empty program" "aim: at most 1.3" 500 "$bin/autocli" --version -- "$bench/bench_empty"
-compare "autocli --help / empty program" "aim: at most 1.3" 500 "$bin/autocli" --help -- "$bench/bench_empty"
-compare "korel ... add --help / empty program" "aim: at most 1.3" 500 "$bin/korel" network ip add --help -- "$bench/bench_empty"
-compare "korel datastore list / bare reader" "aim: at most 1.2" 500 "$bin/korel" datastore list -- \
+compare "autocli --help / empty program" "aim: at most 1.1" 500 "$bin/autocli" --help -- "$bench/bench_empty"
+compare "korel ... add --help / empty program" "aim: at most 1.1" 500 "$bin/korel" network ip add --help -- "$bench/bench_empty"
+compare "korel storage automode get / empty program" "aim: at most 1.1" 500 "$bin/korel" storage automode get -- "$bench/bench_empty"
+compare "korel datastore list / bare reader" "aim: at most 1" 500 "$bin/korel" datastore list -- \
   "$bench/bench_bare_reader" "$KOREL_LAB"
 compare "autocli --version / nvme version" "to compare" 100 "$bin/autocli" --version -- nvme version
 compare "autocli --version / lvm version" "to compare" 100 "$bin/autocli" --version -- lvm version
