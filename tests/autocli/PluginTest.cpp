@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Loader.h"
 #include "tests/autocli/Support.h"
 
@@ -84,6 +85,12 @@ TEST_F(PluginTest, FilesThatCouldKillTheProcessAreNotLoaded) {
         << size;
   }
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
+}
+
+TEST_F(PluginTest, AVersionStandsInTheNoteOfItsType) {
+  EXPECT_EQ(ElfVersion(Put("a.so", good_)), "1.5");
+  good_[good_.find(std::string_view("FDO", 4)) - 1] ^= 1;  // the type is in front of the owner
+  EXPECT_EQ(ElfVersion(Put("a.so", good_)), "");
 }
 
 TEST_F(PluginTest, FilesThatOthersCouldHaveWrittenAreNotLoaded) {

@@ -118,7 +118,8 @@ TEST(UnicastAgentClear, RemovesRecordsAndStoredEntriesOnce) {
   const auto prepare = [](RecordingHost& host) {
     host.enabled = true;
     host.agents = {{"n1", KorelUnicastAgentType::Node, true, "10.0.0.1", 5, "", "", "own"},
-                   {"stored", KorelUnicastAgentType::Node, false, "10.0.0.2", 0, "", "", ""}};
+                   {"stored", KorelUnicastAgentType::Node, false, "10.0.0.2", 0, "", "", ""},
+                   {"stored", KorelUnicastAgentType::Node, false, "10.0.0.3", 6, "", "", ""}};
     host.agentEntries = {"10.0.0.2", "10.0.0.3"};
   };
   const auto witness = [prepare](RecordingHost& host) {
@@ -140,11 +141,13 @@ TEST(UnicastAgentClear, RemovesRecordsAndStoredEntriesOnce) {
        "IsClientModeEnabled | GetClusterInfo true"},
       {"cluster unicastagent clear", prepare, "true",
        both + " | RemoveUnicastAgent n1 10.0.0.1 5 0 0 \"\" false | RemoveUnicastAgent stored "
-              "10.0.0.2 0 0 0 \"\" false | RemoveUnicastAgent stored 10.0.0.3 0 0 0 \"\" false | "
+              "10.0.0.2 0 0 0 \"\" false | RemoveUnicastAgent stored 10.0.0.3 6 0 0 \"\" false | "
+              "RemoveUnicastAgent stored 10.0.0.3 0 0 0 \"\" false | "
               "RefreshUnicastAgents \"\""},
       {"cluster unicastagent clear", witness, "true",
        both + " | RemoveUnicastAgent n1 10.0.0.1 5 0 0 own false | RemoveUnicastAgent stored "
-              "10.0.0.2 0 0 0 \"\" false | RefreshUnicastAgents \"\""},
+              "10.0.0.2 0 0 0 \"\" false | RemoveUnicastAgent stored 10.0.0.3 6 0 0 \"\" false | "
+              "RefreshUnicastAgents \"\""},
       {"cluster unicastagent clear", badEntry,
        "error: Invalid unicastAgent entry \"bad one\". Reason: cannot read it | none", both},
       {"cluster unicastagent clear", badAddress, "error: Invalid IP address nonsense | none", both},

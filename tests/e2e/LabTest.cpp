@@ -72,6 +72,7 @@ TEST_F(Lab, KeepsAFileOfAHostByteForByte) {
 TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
   Do("korel cluster new --client-mode");
   EXPECT_EQ(Ask("lab host list")["result"][0]["Node Type"], "client");
+  EXPECT_EQ(Ask("lab disk list")["result"][0]["Data"], "0 GB");
   for (const char* name : {"one", "two"}) {
     std::ofstream(folder + "/hosts") << R"({"hosts":[{"name":")" << name << R"("}]})";
     Do("lab init --force --inventory " + folder + "/hosts");

@@ -42,11 +42,13 @@ TEST(Storage, RemovesByTargetInOrder) {
 }
 
 /// The fields that tell disks apart; the rest is the same for every disk of these tests.
-std::string Row(const std::string& name, const std::string& uuid) {
+std::string Row(const std::string& name, const std::string& uuid, const char* dedup = "false") {
   return "KorelStorageList{Device=" + name + ", Display Name=" + name +
          ", Is SSD=true, KOREL UUID=" + uuid +
          ", KOREL Disk Group UUID=g, KOREL Disk Group Name=gn, Used by this host=false, In "
-         "HXDS=true, On-disk format version=2.5, Deduplication=false, Compression=true, "
+         "HXDS=true, On-disk format version=2.5, Deduplication=" +
+         dedup +
+         ", Compression=true, "
          "Checksum=c, Checksum OK=false, Is Capacity Tier=true, Encryption Metadata Checksum "
          "OK=true, Encryption=false, DiskKeyLoaded=true, Is Mounted=false, Creation Time=then}";
 }
@@ -71,11 +73,15 @@ TEST(Storage, ListsInUuidOrder) {
   for (char& c : upper) c = static_cast<char>(std::toupper(c));
   const std::string free = "cccccccc-0000-0000-0000-000000000003";
   const std::string asked = "GetKorelDisks 0 | ListDiskUuids";
+  const auto deduplicated = [](RecordingHost& host) {
+    TwoDisks(host);
+    host.diskInfo.dataEfficiencyMode = 1;
+  };
   Check({
       {"storage list", nullptr, "[]", asked},
       {"storage list", TwoDisks, "[" + Row("y", kA) + ", " + Row("x", kB) + "]",
        asked + " | GetDiskInfo " + kA + " | GetDiskInfo " + kB},
-      {"storage list -d free", TwoDisks, "[" + Row("free", free) + "]",
+      {"storage list -d free", deduplicated, "[" + Row("free", free, "true") + "]",
        asked + " | GetDiskInfo " + free},
       {"storage list -u " + upper, TwoDisks, "[" + Row("x", kB) + "]",
        asked + " | GetDiskInfo " + kB},
