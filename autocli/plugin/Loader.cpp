@@ -52,7 +52,6 @@ std::string FileProblem(int folder, const std::string& name) {
 
 /// Loads the file and calls its entry point. Returns why that failed; empty when it did not.
 std::string Load(const std::string& path, std::shared_ptr<Namespace> root, Watch& watch) {
-  watch.Blame(path);
   // By a pointer, for it is declared to throw nothing, and static initialisers may.
   void* (*const volatile load)(const char*, int) = dlopen;
   // Never unloaded: the nodes that it registers hold its code.
@@ -62,9 +61,7 @@ std::string Load(const std::string& path, std::shared_ptr<Namespace> root, Watch
   if (library == nullptr) return dlerror();
   auto* entryPoint = reinterpret_cast<EntryPoint*>(dlsym(library, kEntryPoint));
   if (entryPoint == nullptr) return fmt::format("no entry point {}", kEntryPoint);
-  auto problem = Guarded([&] { entryPoint(root); }).value_or("");
-  watch.Blame("");
-  return problem;
+  return Guarded([&] { entryPoint(root); }).value_or("");
 }
 
 /// Lists the plug-ins of the open folder, in byte order.
@@ -108,7 +105,11 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
   Watch watch;
   for (const std::string& name : PluginsIn(directory)) {
     Plugin plugin{fmt::format("{}/{}", folder, name), name, FileProblem(searched, name)};
-    if (plugin.problem.empty()) plugin.problem = Load(plugin.path, root, watch);
+    if (plugin.problem.empty()) {
+      watch.Blame(plugin.path);
+      plugin.problem = Load(plugin.path, root, watch);
+      watch.Blame("");
+    }
     plugins.push_back(std::move(plugin));
   }
   closedir(directory);

@@ -26,7 +26,7 @@ std::shared_ptr<MetaList> Disks(const std::vector<std::shared_ptr<MetaStruct>>& 
 TEST(FormatTest, RecordsAreShownAsHintedAndPicked) {
   const auto two = Disks({Disk("sda", 5, true, {"a", "b"}), DiskPrototype()});
   const Hints hints = {{"header:Disk", "Disk %Name% of 100% %No%"},
-                       {"fields:Disk", "Size,Name,Gone,Tags"},
+                       {"fields:Disk", "Size,Name,Gone,Tags,Size"},
                        {"units:Disk.Size", "GB"}};
   EXPECT_EQ(Shown("simple", two, hints),
             "Disk sda of 100% %No%\n   Size: 5 GB\n   Name: sda\n   Tags: a, b\n\n"

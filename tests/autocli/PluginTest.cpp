@@ -3,6 +3,7 @@
 
 #include <csignal>
 
+#include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Loader.h"
 #include "tests/autocli/Support.h"
 #include "tests/support/Files.h"
@@ -76,6 +77,12 @@ TEST_F(PluginTest, FilesThatCouldKillTheProcessAreNotLoaded) {
         << size;
   }
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
+}
+
+TEST_F(PluginTest, AVersionStandsInTheNoteOfItsType) {
+  EXPECT_EQ(ElfVersion(Put("a.so", good_)), "1.5");
+  good_[good_.find(std::string_view("FDO", 4)) - 1] ^= 1;  // the type is in front of the owner
+  EXPECT_EQ(ElfVersion(Put("a.so", good_)), "");
 }
 
 TEST_F(PluginTest, FilesThatOthersCouldHaveWrittenAreNotLoaded) {

@@ -19,12 +19,14 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
   tree.grow->input = []() -> std::shared_ptr<InputSpec> { return nullptr; };
   EXPECT_EQ(tree.Run("--reference markdown " + folder),
             (Ran{4, "", "error: command \"disk grow\": declares no input\n"}));
-  const std::string show = "cd " + folder + " && mandoc -Tlint *.1 &&" +
-                           " mandoc autocli-disk.1 | col -bx >out && cat commands.md >>out";
+  const std::string show =
+      "cd " + folder + " && mandoc -Tlint *.1 &&" +
+      " mandoc autocli-disk.1 autocli-Ar.1 | col -bx >out && cat commands.md >>out";
   EXPECT_EQ(std::system(show.c_str()), 0);
   const std::string shown = ::test::ReadFile(pages / "out");
   for (const char* part :
        {"\n     .Sh Ruin\n     'so \\fB -x | <b> `a`\n           - one\n           1. two\n",
+        "\nSYNOPSIS\n     autocli Ar COMMAND... [options]\n",
         "\n     -\", --No STRING\n             a|b\n             c i.e. d\\x1b. *E*\n",
         "\n\\.Sh Ruin\\\n'so \\\\fB -x \\| \\<b\\> \\`a\\`\\\n\\\n\\- one\\\n1\\. two\\\n\\# end\n",
         "\n| `-\", --No STRING` | a\\|b<br>c i.e. d\\\\x1b. \\*E\\* |\n"}) {

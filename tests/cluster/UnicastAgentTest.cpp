@@ -5,10 +5,11 @@ namespace {
 
 using Tovrin::Korel::KorelUnicastAgentType;
 
-void HaveTwoAgents(RecordingHost& host) {
+void HaveAgents(RecordingHost& host) {
   host.enabled = true;
   host.agents = {{"n1", KorelUnicastAgentType::Node, true, "10.0.0.1", 5, "", "", "own"},
-                 {"stored", KorelUnicastAgentType::Node, false, "10.0.0.2", 0, "", "", ""}};
+                 {"stored", KorelUnicastAgentType::Node, false, "10.0.0.2", 0, "", "", ""},
+                 {"stored", KorelUnicastAgentType::Node, false, "10.0.0.3", 6, "", "", ""}};
 }
 
 const Hosts kHosts = {
@@ -25,7 +26,7 @@ const Hosts kHosts = {
        host.witnesses = {"w1", "w2"};
      }},
     {"stale", [](RecordingHost& host) { host.agentRemoved = false; }},
-    {"two agents", HaveTwoAgents},
+    {"agents", HaveAgents},
     {"two entries",
      [](RecordingHost& host) {
        host.agentEntries = {"10.0.0.2", "10.0.0.3"};
@@ -109,14 +110,15 @@ TEST(UnicastAgentClear, RemovesRecordsAndStoredEntriesOnce) {
   Check(kHosts, names, R"(
 $agent clear -> error: Korel isn't enabled on the host | none <- IsClientModeEnabled |
   GetClusterInfo true
-[two agents, two entries] $agent clear -> true <- $both | RemoveUnicastAgent n1 10.0.0.1 5 0 0 ""
-  false | RemoveUnicastAgent stored 10.0.0.2 0 0 0 "" false | RemoveUnicastAgent stored 10.0.0.3 0 0
-  0 "" false | RefreshUnicastAgents ""
-[two agents, witness] $agent clear -> true <- $both | RemoveUnicastAgent n1 10.0.0.1 5 0 0 own false
-  | RemoveUnicastAgent stored 10.0.0.2 0 0 0 "" false | RefreshUnicastAgents ""
-[two agents, bad entry] $agent clear
+[agents, two entries] $agent clear -> true <- $both | RemoveUnicastAgent n1 10.0.0.1 5 0 0 "" false
+  | RemoveUnicastAgent stored 10.0.0.2 0 0 0 "" false | RemoveUnicastAgent stored 10.0.0.3 6 0 0 ""
+  false | RemoveUnicastAgent stored 10.0.0.3 0 0 0 "" false | RefreshUnicastAgents ""
+[agents, witness] $agent clear -> true <- $both | RemoveUnicastAgent n1 10.0.0.1 5 0 0 own false
+  | RemoveUnicastAgent stored 10.0.0.2 0 0 0 "" false | RemoveUnicastAgent stored 10.0.0.3 6 0 0 ""
+  false | RefreshUnicastAgents ""
+[agents, bad entry] $agent clear
   -> error: Invalid unicastAgent entry "bad one". Reason: cannot read it | none <- $both
-[two agents, bad address] $agent clear -> error: Invalid IP address nonsense | none <- $both
+[agents, bad address] $agent clear -> error: Invalid IP address nonsense | none <- $both
 [enabled, GetUnicastAgents fails] $agent clear -> error: Unable to remove unicast agents: no luck
   | none <- $asked
 )");

@@ -38,7 +38,7 @@ TEST_F(DiskTest, Refusals) {
 1 claim s4 f2  -> device 's4' is not flash, as caching needs
 1 claim f2 s4  -> device 'f2' is tagged for capacity and cannot be used for caching
 1 claim c1 s4 c3 / 1 unflash f2; 1 claim c1 f2 -> device... is flash without the capacity tag...
-1 claim c2 s1 / 1 claim s1 s4 / 1 direct s1 -> device... is in use in disk group 'c1'
+1 claim c2 s1 / 1 claim s1 s4 / 1 direct s1 / 1 pool s1 -> device... is in use in disk group 'c1'
 1 claim c3 c1 / 1 pool c1 / 1 flash c1 -> device... is in use in disk group 'c1'
 1 claim f1 s4 / 1 claim c1 f1 / 1 pool f2 f1 -> device... is in use in the storage pool
 1 unflash f1   -> device... is in use in the storage pool

@@ -67,7 +67,7 @@ TEST_F(TraceTest, TheInitScriptAnswersAndTheLogSaysWhatWasDone) {
     return events + std::to_string(Daemon("status"));
   };
   Expect(log, R"(
-1 exec start 0 / 1 exec reload 2                    -> 0
+1 exec start 0 / 1 exec reload 2 / 1 file /var/log/koreltraced.log 0 fixed; 1 exec restart 0 -> 0
 1 exec stop 0 / 1 exec stop 0; 1 exec stop 0        -> stopped 3
 1 tell so 5; 1 exec stop 0; 1 exec restart 5        -> stopped 3
 1 unfile @conf; 1 exec restart 1; 1 exec status 0; 1 exec stop 0; 1 exec start 1 -> stopped 3

@@ -43,22 +43,26 @@ void HaveTwoDisks(RecordingHost& host) {
 }
 
 TEST(Storage, ListsInUuidOrder) {
-  const auto record = [](const std::string& name, const std::string& uuid) {
+  const auto record = [](const std::string& name, const std::string& uuid,
+                         const std::string& dedup = "false") {
     return "KorelStorageList{Device=" + name + ", Display Name=" + name +
            ", Is SSD=true, KOREL UUID=" + uuid +
            ", KOREL Disk Group UUID=g, KOREL Disk Group Name=gn, Used by this host=false, "
-           "In HXDS=true, On-disk format version=2.5, Deduplication=false, Compression=true, "
+           "In HXDS=true, On-disk format version=2.5, Deduplication=" +
+           dedup +
+           ", Compression=true, "
            "Checksum=c, Checksum OK=false, Is Capacity Tier=true, Encryption Metadata Checksum "
            "OK=true, Encryption=false, DiskKeyLoaded=true, Is Mounted=false, Creation Time=then}";
   };
   const Names names = {{"$x", record("x", "$B")},
                        {"$y", record("y", "$A")},
-                       {"$free", record("free", "$C")},
+                       {"$free", record("free", "$C", "true")},
                        {"$asked", "GetKorelDisks 0 | ListDiskUuids"}};
-  Check({{"two", HaveTwoDisks}}, names, R"(
+  const auto deduplicate = [](RecordingHost& host) { host.diskInfo.dataEfficiencyMode = 1; };
+  Check({{"two", HaveTwoDisks}, {"deduplicated", deduplicate}}, names, R"(
 storage list -> [] <- $asked
 [two] storage list -> [$y, $x] <- $asked | GetDiskInfo $A | GetDiskInfo $B
-[two] storage list -d free -> [$free] <- $asked | GetDiskInfo $C
+[two, deduplicated] storage list -d free -> [$free] <- $asked | GetDiskInfo $C
 [two] storage list -u BBBBBBBB-0000-0000-0000-000000000002 -> [$x] <- $asked | GetDiskInfo $B
 [two] storage list -d X -> error: Unable to find device with name: X | none <- $asked
 storage list -u $A -> error: Unable to find device with uuid: $A | none <- $asked
