@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 #include <string_view>
 
 namespace autocli {
@@ -40,7 +41,7 @@ void TellLine(std::size_t number, const std::vector<std::string>& words) {
     line += ' ';
     AppendWord(line, word);
   }
-  setenv("AUTOCLI_LINE", line.c_str(), 1);
+  if (setenv("AUTOCLI_LINE", line.c_str(), 1) != 0) throw std::bad_alloc();
 }
 
 }  // namespace autocli

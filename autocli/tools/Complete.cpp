@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 
 #include "autocli/base/Escape.h"
 #include "autocli/contract/Shape.h"
@@ -208,7 +209,7 @@ class Completer {
 class Blink {
  public:
   Blink() {
-    setenv(kVariable, std::to_string(getpid()).c_str(), 1);
+    if (setenv(kVariable, std::to_string(getpid()).c_str(), 1) != 0) throw std::bad_alloc();
     signal(SIGALRM, [](int) { _exit(0); });
     Ring(Patience());
   }
