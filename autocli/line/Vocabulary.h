@@ -18,7 +18,7 @@ struct Tool {
   int (*run)(const ToolCall& call);  ///< returns the exit status
 };
 
-/// The tool that a line may name anywhere in its path.
+/// The exception: a line may name this tool anywhere in its path.
 inline constexpr const char* kHelpTool = "help";
 
 /// All that a line can name.

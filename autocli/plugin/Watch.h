@@ -5,9 +5,9 @@
 namespace autocli {
 
 /// Names the plug-in that ends the process while it is loaded: by a signal, exit(), or an exception
-/// from a static initialiser. The dynamic linker stands in the middle of its work then, so there is
-/// no going on: a line on standard error has the path of the plug-in, and the status is the one for
-/// plug-ins. When the watch is gone, signals are handled as before. There is one at a time.
+/// from a static initialiser. The dynamic linker is then in the middle of its work, so the program
+/// cannot go on: a line on standard error names the plug-in's path, and the status is the one for
+/// plug-ins. When the watch is gone, signals are handled as before. Only one exists at a time.
 class Watch {
  public:
   Watch();

@@ -4,8 +4,8 @@
 
 #include "platform/autocli/Declare.h"
 
-/// What every command class is: made by New() alone, without options and with a truth value for its
-/// result unless the class `Own` says otherwise.
+/// The base of every command class: only New() makes one. It has no options, and its result is a
+/// truth value, unless the class `Own` says otherwise.
 namespace OstrelCli::KorelNamespace {
 
 using Corvex::AutoCli::Command;
@@ -15,7 +15,6 @@ using Corvex::AutoCli::Command;
 template <typename Own>
 class VirtualCommand : public virtual Command {
  public:
-  /// A new command, which knows its own handle.
   static std::shared_ptr<Own> New() { return std::shared_ptr<Own>(new Own); }
 
  private:
@@ -27,8 +26,8 @@ class VirtualCommand : public virtual Command {
   }
 };
 
-/// The form of commands that nothing is made of: the node lies at a fixed place in the object, and
-/// who has the node can cast it down to the class.
+/// The form of some older commands: the node has a fixed place in the object, so that it can be
+/// cast down to the class.
 template <typename Own>
 class PlainCommand : public Command {
  public:

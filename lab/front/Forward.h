@@ -4,8 +4,8 @@
 
 namespace lab {
 
-/// The function of the same name in the library that has the lab, autocli/libkorellab.so
-/// beside this one. Loads it when it is asked for the first time. Throws KorelCtlException when it
+/// The function with `own`'s name in the lab's library, autocli/libkorellab.so beside this one. The
+/// first call loads that library. Throws KorelCtlException when it
 /// cannot be loaded or has no such function.
 void* InLab(const void* own);
 

@@ -28,12 +28,12 @@ constexpr bool OnlyReads(OperationName operation) {
   return false;
 }
 
-/// Throws the operation's injected failure, if there is one, counted down for all processes.
+/// Throws the operation's injected failure, if any is left; all processes share the count.
 void FailIfInjected(LabTransaction& transaction, OperationName operation);
 /// The operation and its arguments, for the memory.
 std::string TextOf(OperationName operation, const Json& arguments);
-/// Within a catch block: throws what is being handled as a KorelCtlException. Logs it by
-/// `write(message)`, which may fail: the operation's own failure says more than that.
+/// Within a catch block: throws what was caught as a KorelCtlException. Logs it by
+/// `write(message)`, whose own failure is ignored.
 [[noreturn]] void LogAndThrow(const std::function<void(const std::string& message)>& write);
 
 /// Calls the function with the store and the host, as far as it asks for them, and these arguments.

@@ -4,8 +4,8 @@
 
 namespace lab {
 
-/// A command of which only the place in the tree and the description are there at first. Whatever
-/// else is asked of it loads the library that has it (NewCommand), which no other line needs.
+/// A command that at first has only its place in the tree and its description. Any other question
+/// loads the library that has the command (NewCommand).
 class Deferred final : public Corvex::AutoCli::Command {
  private:
   std::shared_ptr<Corvex::CallSpec::InputSpec> GetInputSpecInternal() override;

@@ -35,14 +35,14 @@ inline std::size_t EditDistance(std::string_view a, std::string_view b) {
   return row[b.size()];
 }
 
-/// The candidate nearest to `word`, the first of several; empty when none is near enough for a slip
-/// of the fingers.
+/// The first of the candidates nearest to `word`; empty when none is near enough to be a slip of
+/// typing.
 inline std::string Closest(std::string_view word, const std::vector<std::string>& candidates) {
   const std::size_t limit = word.size() <= 3 ? 1 : word.size() <= 7 ? 2 : 3;
   std::size_t nearest = limit + 1;
   std::string closest;
   for (const std::string& candidate : candidates) {
-    // A word of another length is farther away than that, and may be as long as the user likes.
+    // The distance is at least the difference in length: words of any length are skipped at once.
     const std::size_t shorter = std::min(word.size(), candidate.size());
     const std::size_t longer = std::max(word.size(), candidate.size());
     if (longer - shorter >= nearest) continue;
