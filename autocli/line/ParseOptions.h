@@ -14,7 +14,7 @@ struct ParsedOptions {
   std::vector<std::string> faults;                 ///< one message each, in command-line order
 };
 
-/// Reads the words behind the path of a command that declares `spec`. Plain words are refused.
+/// Reads the words after the path of a command that declares `spec`. Plain words are refused.
 ParsedOptions ParseOptions(const Corvex::CallSpec::InputSpec& spec,
                            const std::vector<std::string>& arguments);
 

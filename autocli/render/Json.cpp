@@ -9,7 +9,7 @@ using Corvex::MetaObj::MetaType;
 
 namespace {
 
-/// The names of the columns as they stand in an object, with what is in front of and behind them.
+/// The names of the columns as they stand in an object, with what is in front of and after them.
 std::vector<std::string> Keys(const View& view) {
   std::vector<std::string> keys;
   for (const Column& column : view.GetDataColumns()) {
