@@ -11,15 +11,11 @@ namespace {
 class LabFileGet final : public LabCommand {
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs(
-        {{.name = "path",
-          .shortName = "p",
-          .required = true,
-          .description = "Path of the file on the host: \"/etc/ostrel/korel/koreltraced.conf\"."},
-         {.name = "to", .shortName = "t", .description = "The file to write."},
-         {.name = "force",
-          .type = ParameterType::Flag,
-          .description = "Replace an existing file."}});
+    return Inputs({HostFilePath(),
+                   {.name = "to", .shortName = "t", .description = "The file to write."},
+                   {.name = "force",
+                    .type = ParameterType::Flag,
+                    .description = "Replace an existing file."}});
   }
 
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override {

@@ -10,19 +10,15 @@ namespace {
 class LabFilePut final : public LabCommand {
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs(
-        {{.name = "path",
-          .shortName = "p",
-          .required = true,
-          .description = "Path of the file on the host: \"/etc/ostrel/korel/koreltraced.conf\"."},
-         {.name = "from",
-          .shortName = "f",
-          .required = true,
-          .description = "File of the machine that holds the content."},
-         {.name = "read-only",
-          .shortName = "r",
-          .type = ParameterType::Flag,
-          .description = "Commands of the host cannot write the file."}});
+    return Inputs({HostFilePath(),
+                   {.name = "from",
+                    .shortName = "f",
+                    .required = true,
+                    .description = "File of the machine that holds the content."},
+                   {.name = "read-only",
+                    .shortName = "r",
+                    .type = ParameterType::Flag,
+                    .description = "Commands of the host cannot write the file."}});
   }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {

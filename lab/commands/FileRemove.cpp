@@ -8,13 +8,7 @@ namespace {
 
 class LabFileRemove final : public LabCommand {
  private:
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
-    return Inputs(
-        {{.name = "path",
-          .shortName = "p",
-          .required = true,
-          .description = "Path of the file on the host: \"/etc/ostrel/korel/koreltraced.conf\"."}});
-  }
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override { return Inputs({HostFilePath()}); }
 
   void Run(const InputPtr& input, const OutputPtr& output) override {
     ChangeLab(

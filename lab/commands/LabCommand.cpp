@@ -22,6 +22,13 @@ Parameter HostName() {
           .description = "Name of the host; the one that commands act on when not given."};
 }
 
+Parameter HostFilePath() {
+  return {.name = "path",
+          .shortName = "p",
+          .required = true,
+          .description = "Path of the file on the host: \"/etc/ostrel/korel/koreltraced.conf\"."};
+}
+
 Host ChosenHost(Store& store, const InputPtr& input) {
   return input->HasParameter("name") ? HostNamed(store, input->GetParameter("name"))
                                      : CurrentHost(store);

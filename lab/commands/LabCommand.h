@@ -31,4 +31,7 @@ Parameter HostName();
 /// The host that it names; without it the one that commands act on. Throws KorelCtlException.
 Host ChosenHost(Store& store, const InputPtr& input);
 
+/// The parameter "path" of commands on one file of the host.
+Parameter HostFilePath();
+
 }  // namespace lab
