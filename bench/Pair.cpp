@@ -3,7 +3,7 @@
 //   bench_pair RUNS [--restore FROM TO] A... -- B...
 //
 // Prints the medians of both in milliseconds, and of their ratio A/B pair by pair. Their output
-// goes nowhere; an exit status other than 0 ends it. With --restore the file TO is made anew of
+// goes nowhere; an exit status other than 0 ends it. With --restore the file TO is made again of
 // FROM before each run.
 #include <fcntl.h>
 #include <sched.h>

@@ -1,6 +1,6 @@
 // A command line, quoted as in a batch, against the whole tree of commands. Those of the plug-in
 // act on a host that answers out of memory, those of the lab on a fresh lab; neither starts a
-// program, nor writes a file that the line names. What stands behind a last " #" says how the host
+// program, nor writes a file that the line names. What stands after a last " #" says how the host
 // is: see Prepare().
 //
 // - Whatever is typed, no sanitizer speaks, and the exit status is 0, 1 or 2: no line breaks a

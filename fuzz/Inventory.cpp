@@ -56,7 +56,7 @@ void RequireAllCounted(const std::string& text) {
   fuzz::Require(CountOf(FaultsOf(root.dump())) == before + 1, "every fault is counted", text);
 }
 
-/// Every device and interface in the lab, behind the host that it belongs to.
+/// Every device and interface in the lab, after the host that it belongs to.
 std::vector<std::string> NamesInLab() {
   auto names = lab::ReadLab([](lab::Store& store) {
     return lab::Texts(

@@ -8,7 +8,7 @@
 
 namespace fuzz {
 
-/// Takes an input apart, byte by byte; behind its end there are zeros.
+/// Takes an input apart, byte by byte; after its end there are zeros.
 class Pieces {
  public:
   Pieces(const std::uint8_t* data, std::size_t size);

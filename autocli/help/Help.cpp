@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t kWidestLeft = 32;
 constexpr std::size_t kGap = 2;
 
-/// One line of two columns: a name with what is written behind it, and what it is. The name may be
+/// One line of two columns: a name with what is written after it, and what it is. The name may be
 /// indented.
 struct Entry {
   std::string name;
@@ -150,7 +150,7 @@ std::string RootHelp(const Vocabulary& vocabulary, const InputSpec& globalOption
   for (const auto& [word, text] : ExitStatuses()) statuses.push_back({word, "", text});
   return Described(root.GetDescription(), style) + Usage("", NamespacePieces(""), style) + "\n" +
          Children(root, style) + ToolSection(vocabulary.tools, style) +
-         OptionSection("global options, also taken behind the path:", Explained(globalOptions),
+         OptionSection("global options, also taken after the path:", Explained(globalOptions),
                        style) +
          Section("exit status, the highest that applies:", statuses, style) +
          More("help PATH...", "more:", style);

@@ -49,7 +49,7 @@ void AddProgram(Page& page, std::span<const Tool> tools) {
     page.synopsis.push_back({ToolUsage(tool)});
   }
   page.blocks.push_back({"Tools", false, "", terms, ""});
-  page.blocks.push_back({"Global options", false, "They are also taken behind the path.",
+  page.blocks.push_back({"Global options", false, "They are also taken after the path.",
                          Terms(Explained(GlobalOptions())), ""});
   page.blocks.push_back(
       {"Environment",

@@ -13,7 +13,7 @@ namespace autocli {
 /// declare further options whenever a word tells it more. Faults are collected, and reading goes
 /// on.
 ///
-/// The word behind an option that takes a value is its value whatever it looks like, unless it is
+/// The word after an option that takes a value is its value whatever it looks like, unless it is
 /// "--" or written exactly like a declared option ("--name", "--name=..." or "-n"); a text of that
 /// form is given as "--name=--text". An integer is always a value.
 class OptionReader {
@@ -28,7 +28,7 @@ class OptionReader {
   std::optional<std::string> NextWord();
   /// From here on an unknown option is no fault: it belongs to a command that was not found.
   void IgnoreUnknown() { ignoreUnknown_ = true; }
-  /// From here on the next plain word and all behind it, whatever they look like, are the values of
+  /// From here on the next plain word and all after it, whatever they look like, are the values of
   /// the list option of that name, as NextWord() then finds no word any more.
   void GiveRestTo(const std::string& listOption) { rest_ = listOption; }
   /// Refuses the absence of every required option that was declared and not met.

@@ -110,7 +110,7 @@ class Execution {
       err_.Buffer() += HelpFor(err_.GetStyle());
       return std::max(status, MeaningOf(FaultKind::Usage).status);
     }
-    const std::string place = line_.path.empty() ? "" : " behind \"" + line_.path + "\"";
+    const std::string place = line_.path.empty() ? "" : " after \"" + line_.path + "\"";
     Add(FaultKind::Usage, "a command is missing" + place);
     return WriteReport(report_, out_, err_);
   }

@@ -90,7 +90,7 @@ _autocli_complete() {
 complete -F _autocli_complete @NAMES@
 )sh"},
     {"zsh", R"sh(#compdef @NAMES@
-# Completes the words of @NAMES@ in zsh, behind compinit: source <(autocli --completion zsh)
+# Completes the words of @NAMES@ in zsh, after compinit: source <(autocli --completion zsh)
 
 _autocli() {
   local program=${(Q)words[1]} name=${${(Q)words[1]}:t} line value
@@ -147,7 +147,7 @@ end
 )sh"},
 };
 
-/// Behind a link beside the program that is named like a top-level namespace, words complete too.
+/// After a link beside the program that is named like a top-level namespace, words complete too.
 /// Without it that name may be another program's.
 std::vector<std::string> ProgramNames(const Corvex::AutoCli::Namespace& root) {
   std::vector<std::string> names = {kProgram};

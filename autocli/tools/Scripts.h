@@ -10,7 +10,7 @@ namespace autocli {
 /// The shells that there are scripts for.
 std::vector<std::string> ShellNames();
 
-/// The script that teaches the shell to complete the words behind each of these program names, by
+/// The script that teaches the shell to complete the words after each of these program names, by
 /// asking `--complete`. Empty for another shell.
 std::string CompletionScript(const std::string& shell, const std::vector<std::string>& programs);
 

@@ -212,7 +212,7 @@ TEST(DriverTest, JsonIsOneDocumentWhateverHappens) {
       R"({"kind":"usage","message":")";
   const std::pair<std::string, std::string> cases[] = {
       {"disk new --size= x", R"(unknown command \"new\" in \"disk\")"},
-      {"disk", R"(a command is missing behind \"disk\")"},
+      {"disk", R"(a command is missing after \"disk\")"},
       {"disk --\xff", "unknown option \\\"--\xef\xbf\xbd\\\""},
   };
   for (const auto& [line, message] : cases) {

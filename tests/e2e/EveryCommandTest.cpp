@@ -18,7 +18,7 @@ std::map<std::string, std::string> PreparedLines() {
   return lines;
 }
 
-/// Operations behind which a command may still call one that fails.
+/// Operations after which a command may still call one that fails.
 const std::set<std::string> kChanging = {"AddUnicastAgent", "SetDataInTransitEncryption",
                                          "SetTracedLogOptions", "RemoveUnicastAgent"};
 

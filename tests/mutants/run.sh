@@ -33,7 +33,7 @@ if [[ $tree == check ]]; then
   for name in $all; do put "$root" "${name%.patch}" --dry-run; done
   exit
 fi
-# A run that broke off may have left its fault: what faults touch is taken and built anew.
+# A run that broke off may have left its fault: what faults touch is taken and built again.
 log=$tree/build/log
 mkdir -p "$tree/build"
 (cd "$root" && git ls-files -z -co --exclude-standard | tar -c --null -T -) | tar -xC "$tree"

@@ -33,11 +33,11 @@ class Struck(Line):
 
     def __init__(self, folder, text, number):
         super().__init__(folder, text, number)
-        self.calls, steps, *behind = self.counts
+        self.calls, steps, *reached = self.counts
         self.output, self.content = self.done.stdout, content(self.lab)
         self.states = [rows(self.lab), rows(folder / "lab")]
-        # What is there behind a step is there when the next call is not made any more.
-        for at in set(behind[:steps]) - {self.calls}:
+        # What is there after a step is there when the next call is not made any more.
+        for at in set(reached[:steps]) - {self.calls}:
             with self.fresh(folder) as place:
                 run(place, text, number, at=at + 1)
                 self.states.append(rows(place / "lab"))
