@@ -13,3 +13,10 @@ function(autocli_add_plugin name)
   set_target_properties(${name} PROPERTIES PREFIX "" LINK_DEPENDS ${map})
   install(TARGETS ${name} LIBRARY DESTINATION lib/autocli/plugins)
 endfunction()
+
+# A test that loads the built plug-in and examines it, with all that stands in its folder: what cannot
+# be loaded, and what commands declare wrongly.
+#   autocli_test_plugin(NAME)
+function(autocli_test_plugin name)
+  add_test(NAME ${name}.plugin COMMAND AutoCli::program --plugins --folder $<TARGET_FILE_DIR:${name}>)
+endfunction()

@@ -8,7 +8,8 @@ namespace autocli {
 enum class FaultKind {
   Command,   ///< the command reported an error
   Usage,     ///< the command line was refused
-  Plugin,    ///< a plug-in could not be loaded
+  Notice,    ///< a plug-in could not be loaded, and the line names nothing that is missing
+  Plugin,    ///< a plug-in could not be loaded, and the line names what nobody brought
   Internal,  ///< the command broke its contract, or its result could not be written
 };
 
@@ -21,8 +22,8 @@ struct Fault {
 /// it.
 struct FaultMeaning {
   const char* name;
-  int status;
-  const char* text;
+  int status;        ///< 0 when the line could be carried out all the same
+  const char* text;  ///< empty for one that has no status
 };
 
 constexpr FaultMeaning MeaningOf(FaultKind kind) {
@@ -31,8 +32,10 @@ constexpr FaultMeaning MeaningOf(FaultKind kind) {
       return {"command", 1, "the command reported an error"};
     case FaultKind::Usage:
       return {"usage", 2, "the command line was refused"};
+    case FaultKind::Notice:
+      return {"plugin", 0, ""};
     case FaultKind::Plugin:
-      return {"plugin", 3, "a plug-in could not be loaded"};
+      return {"plugin", 3, "unknown command, while a plug-in could not be loaded"};
     case FaultKind::Internal:
       break;
   }

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "autocli/contract/Names.h"
+
 namespace Corvex::CallSpec {
 
 std::shared_ptr<ParameterConstraint> ParameterConstraint::New(ParameterConstraintType type) {
@@ -25,59 +27,64 @@ std::shared_ptr<InputSpec> InputSpec::New() { return std::make_shared<InputSpec>
 
 void InputSpec::AddParameter(std::shared_ptr<ParameterSpec> parameter) {
   if (!parameter) throw std::invalid_argument("there is no parameter to add");
-  const std::string& longName = parameter->GetLongName();
-  const std::string& shortName = parameter->GetShortName();
-  if (longName.empty()) throw std::invalid_argument("a parameter needs a long name");
-  if (shortName.size() > 1) {
-    throw std::invalid_argument("short name \"" + shortName + "\" is longer than a letter");
-  }
-  for (const auto& other : parameters_) {
-    if (other->GetLongName() == longName) {
-      throw std::invalid_argument("parameter \"" + longName + "\" is declared twice");
-    }
-    if (!shortName.empty() && other->GetShortName() == shortName) {
-      throw std::invalid_argument("short name \"" + shortName + "\" is declared twice");
-    }
-  }
   parameters_.push_back(std::move(parameter));
 }
 
 std::shared_ptr<OutputSpec> OutputSpec::New() { return std::make_shared<OutputSpec>(); }
 
-namespace {
-
-/// The value of that name, as `Type`; the type's empty value when absent.
-template <typename Type>
-Type ValueOf(const std::map<std::string, Input::Value>& values, const std::string& name) {
-  const auto found = values.find(name);
-  if (found == values.end()) return Type();
-  const Type* value = std::get_if<Type>(&found->second);
-  if (value == nullptr) {
-    throw std::logic_error("parameter \"" + name + "\" is read as a type that it is not of");
-  }
-  return *value;
-}
-
-}  // namespace
-
 std::shared_ptr<Input> Input::New() { return std::make_shared<Input>(); }
 
-bool Input::HasParameter(const std::string& name) const { return values_.contains(name); }
+void Input::Declare(const InputSpec& spec) {
+  for (const auto& parameter : spec.GetParameters()) {
+    parameters_.insert_or_assign(parameter->GetLongName(), Parameter{parameter->GetType(), {}});
+  }
+}
 
-bool Input::IsFlagSet(const std::string& name) const { return ValueOf<bool>(values_, name); }
+void Input::SetParameter(const std::string& name, Value value) {
+  const auto found = parameters_.find(name);
+  if (found == parameters_.end()) {
+    throw std::logic_error("parameter \"" + name + "\" is set, but not declared");
+  }
+  found->second.value = std::move(value);
+}
+
+template <typename Type>
+Type Input::Get(const std::string& name, ParameterType type) const {
+  const auto found = parameters_.find(name);
+  if (found == parameters_.end()) {
+    throw std::logic_error("parameter \"" + name + "\" is read, but not declared");
+  }
+  const auto& [declared, value] = found->second;
+  if (declared != type) {
+    throw std::logic_error("parameter \"" + name + "\" is declared as " +
+                           autocli::TypeName(declared) + " and read as " + autocli::TypeName(type));
+  }
+  return value ? std::get<Type>(*value) : Type();
+}
+
+bool Input::HasParameter(const std::string& name) const {
+  const auto found = parameters_.find(name);
+  return found != parameters_.end() && found->second.value;
+}
+
+bool Input::IsFlagSet(const std::string& name) const {
+  return parameters_.contains(name) && Get<bool>(name, ParameterType::Flag);
+}
 
 std::string Input::GetParameter(const std::string& name) const {
-  return ValueOf<std::string>(values_, name);
+  return Get<std::string>(name, ParameterType::String);
 }
 
 std::int64_t Input::GetParameterInt(const std::string& name) const {
-  return ValueOf<std::int64_t>(values_, name);
+  return Get<std::int64_t>(name, ParameterType::Int);
 }
 
-bool Input::GetParameterBool(const std::string& name) const { return ValueOf<bool>(values_, name); }
+bool Input::GetParameterBool(const std::string& name) const {
+  return Get<bool>(name, ParameterType::Bool);
+}
 
 void Input::GetParameterList(const std::string& name, std::vector<std::string>& values) const {
-  values = ValueOf<std::vector<std::string>>(values_, name);
+  values = Get<std::vector<std::string>>(name, ParameterType::StringList);
 }
 
 std::shared_ptr<Output> Output::New() { return std::make_shared<Output>(); }

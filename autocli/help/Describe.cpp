@@ -1,11 +1,10 @@
 #include "autocli/help/Describe.h"
 
-#include <fmt/format.h>
-
 #include <nlohmann/json.hpp>
 
+#include "autocli/contract/Names.h"
 #include "autocli/contract/Shape.h"
-#include "autocli/contract/Specs.h"
+#include "autocli/line/Specs.h"
 
 namespace autocli {
 
@@ -15,7 +14,6 @@ using Corvex::AutoCli::NamespaceNode;
 using Corvex::CallSpec::ParameterConstraint;
 using Corvex::CallSpec::ParameterConstraintType;
 using Corvex::CallSpec::ParameterSpec;
-using Corvex::CallSpec::ParameterType;
 using Corvex::MetaObj::MetaList;
 using Corvex::MetaObj::MetaObject;
 using Corvex::MetaObj::MetaStruct;
@@ -23,22 +21,6 @@ using Corvex::MetaObj::MetaType;
 using Json = nlohmann::ordered_json;
 
 namespace {
-
-const char* TypeName(ParameterType type) {
-  switch (type) {
-    case ParameterType::String:
-      return "String";
-    case ParameterType::Int:
-      return "Int";
-    case ParameterType::Bool:
-      return "Bool";
-    case ParameterType::Flag:
-      return "Flag";
-    case ParameterType::StringList:
-      return "StringList";
-  }
-  return "";
-}
 
 Json ConstraintJson(const ParameterConstraint* constraint) {
   if (constraint == nullptr) return nullptr;
@@ -99,7 +81,7 @@ void AddCommandJson(Json& out, CommandSpec& command, std::vector<std::string>& p
     }
     out["output"] = OutputJson(*specs.output);
   } else {
-    problems.push_back(fmt::format("command \"{}\": {}", command.GetName(), specs.problem));
+    problems.push_back(Blame(command, specs.problem));
   }
   out["formatter"] = command.GetDefaultOutputFormatter();
   out["hints"] = Json::object();

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "autocli/contract/Specs.h"
+#include "autocli/line/Specs.h"
 #include "platform/autocli/AutoCli.h"
 
 /// What help and the reference pages say, before either lays it out. Texts are as they were

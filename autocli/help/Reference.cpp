@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "autocli/help/Help.h"
-#include "autocli/line/Line.h"
+#include "autocli/line/GlobalOptions.h"
 
 namespace autocli {
 
@@ -79,8 +79,7 @@ void AddPages(const Namespace& space, const std::string& path, std::vector<Page>
     auto& command = static_cast<CommandSpec&>(*child);
     const Specs specs = SpecsOf(command);
     if (!specs.problem.empty()) {
-      faults.push_back(
-          {FaultKind::Internal, fmt::format("command \"{}\": {}", childPath, specs.problem)});
+      faults.push_back({FaultKind::Internal, Blame(command, specs.problem)});
     }
     AddCommand(page, Explained(command, specs, childPath));
   }

@@ -5,9 +5,10 @@
 #include <algorithm>
 
 #include "autocli/contract/Shape.h"
+#include "autocli/line/GlobalOptions.h"
 #include "autocli/line/OptionReader.h"
 #include "autocli/line/Suggest.h"
-#include "autocli/render/Formatter.h"
+#include "autocli/render/View.h"
 
 namespace autocli {
 
@@ -15,56 +16,6 @@ using Corvex::AutoCli::CommandSpec;
 using Corvex::AutoCli::Namespace;
 using Corvex::AutoCli::NamespaceNode;
 using Corvex::CallSpec::Input;
-using Corvex::CallSpec::InputSpec;
-using Corvex::CallSpec::ParameterConstraint;
-using Corvex::CallSpec::ParameterConstraintType;
-using Corvex::CallSpec::ParameterSpec;
-using Corvex::CallSpec::ParameterType;
-
-namespace {
-
-std::shared_ptr<ParameterSpec> Option(const char* name, ParameterType type,
-                                      const char* description) {
-  auto option = ParameterSpec::New(name, type);
-  option->SetDescription(description);
-  return option;
-}
-
-std::shared_ptr<ParameterSpec> Choice(const char* name, const std::vector<std::string>& values,
-                                      const char* description) {
-  auto constraint = ParameterConstraint::New(ParameterConstraintType::StringEnum);
-  for (const std::string& value : values) constraint->AddStringEnum(value);
-  auto option = Option(name, ParameterType::String, description);
-  option->SetConstraint(constraint);
-  return option;
-}
-
-std::shared_ptr<InputSpec> MakeGlobalOptions() {
-  auto options = InputSpec::New();
-  options->AddParameter(
-      Choice("formatter", FormatterNames(),
-             "How the result is written: %ENUM%. Without it, as the command itself suggests."));
-  options->AddParameter(Option("fields", ParameterType::String,
-                               "The fields to show, in this order, joined by commas."));
-  options->AddParameter(Option("no-header", ParameterType::Flag,
-                               "Leave the names of the columns out of table and csv."));
-  options->AddParameter(
-      Choice("color", {"auto", "always", "never"},
-             "When help and errors are coloured: %ENUM%. Without it auto, on a terminal."));
-  options->AddParameter(
-      Option("help", ParameterType::Flag, "Say what can follow, or what a command does."));
-  options->AddParameter(Option("describe", ParameterType::Flag,
-                               "Write the commands below a path as one JSON document."));
-  options->AddParameter(Option("version", ParameterType::Flag, "Say which version this is."));
-  return options;
-}
-
-}  // namespace
-
-const InputSpec& GlobalOptions() {
-  static const std::shared_ptr<InputSpec> options = MakeGlobalOptions();
-  return *options;
-}
 
 CommandSpec* Line::GetCommand() const {
   return node->GetType() == NamespaceNode::NodeType::Command ? static_cast<CommandSpec*>(node.get())
@@ -122,6 +73,7 @@ void Follow(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
   if (!child && FollowTool(vocabulary, line, reader, word)) return;
   if (!child) {
     line.isPathSound = false;
+    line.isUnknown = true;
     reader.Refuse(UnknownWord(vocabulary, space, line.path, word));
     return reader.IgnoreUnknown();
   }
@@ -132,7 +84,7 @@ void Follow(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
   line.specs = SpecsOf(*command);
   if (!line.specs.problem.empty()) {
     line.isPathSound = false;
-    line.faults.push_back({FaultKind::Internal, "the command " + line.specs.problem});
+    line.faults.push_back({FaultKind::Internal, Blame(*command, line.specs.problem)});
     return reader.IgnoreUnknown();
   }
   reader.Declare(*line.specs.input, line.input);

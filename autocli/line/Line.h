@@ -5,15 +5,11 @@
 #include <vector>
 
 #include "autocli/base/Fault.h"
-#include "autocli/contract/Specs.h"
+#include "autocli/line/Specs.h"
 #include "autocli/line/Vocabulary.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
-
-/// The options that every command line takes: --formatter, --fields, --no-header, --color, --help,
-/// --describe, --version.
-const Corvex::CallSpec::InputSpec& GlobalOptions();
 
 /// A command line as it was understood.
 struct Line {
@@ -21,6 +17,7 @@ struct Line {
   std::shared_ptr<Corvex::AutoCli::NamespaceNode> node;
   std::string path;            ///< its words, joined by blanks
   bool isPathSound = true;     ///< every word of the path was understood
+  bool isUnknown = false;      ///< a word of the path names nothing
   const Tool* tool = nullptr;  ///< named where a command could be; what follows it was not read
   Specs specs;                 ///< of the command; empty for a namespace
   std::shared_ptr<Corvex::CallSpec::Input> globals;
@@ -39,7 +36,7 @@ struct Line {
 
 /// Reads the words after the program's name. Path words and global options may be mixed; the word
 /// "help", where no child has that name, is one of them. Once the command is found, its own options
-/// are understood too and hide global ones of the same name.
+/// are understood too.
 Line ReadLine(const Vocabulary& vocabulary, const std::vector<std::string>& words);
 
 /// The line asks for the version before it names anything, so that no plug-in has a say in it.

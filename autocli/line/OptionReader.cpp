@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "autocli/contract/Specs.h"
 #include "autocli/line/ParseOptions.h"
+#include "autocli/line/Specs.h"
 #include "autocli/line/Suggest.h"
 #include "autocli/line/Value.h"
 #include "platform/autocli/Suggest.h"
@@ -17,10 +17,8 @@ using Corvex::CallSpec::InputSpec;
 using Corvex::CallSpec::ParameterType;
 
 void OptionReader::Declare(const InputSpec& spec, const std::shared_ptr<Input>& into) {
-  std::vector<Option> declared;
-  for (const auto& parameter : spec.GetParameters()) declared.push_back({parameter, into});
-  // In front, where they are found first.
-  options_.insert(options_.begin(), declared.begin(), declared.end());
+  into->Declare(spec);
+  for (const auto& parameter : spec.GetParameters()) options_.push_back({parameter, into});
 }
 
 std::optional<std::string> OptionReader::NextWord() {

@@ -20,8 +20,7 @@ class OptionReader {
  public:
   explicit OptionReader(std::vector<std::string> words) : words_(std::move(words)) {}
 
-  /// From here on these options are understood, and stored in `into`; they hide options of the same
-  /// long or short name that were declared before.
+  /// From here on these options are understood, and stored in `into`.
   void Declare(const Corvex::CallSpec::InputSpec& spec,
                const std::shared_ptr<Corvex::CallSpec::Input>& into);
   /// Reads the options up to the next plain word, and that word; nothing at the end of the line.

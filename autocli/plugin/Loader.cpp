@@ -14,6 +14,8 @@
 
 #include "autocli/base/File.h"
 #include "autocli/base/Guard.h"
+#include "autocli/base/ShellWord.h"
+#include "autocli/contract/Registering.h"
 #include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Watch.h"
 
@@ -26,28 +28,48 @@ namespace {
 using EntryPoint = void(std::shared_ptr<Namespace>&);
 constexpr const char* kEntryPoint = "AutoCli_RegisterNamespaces";
 
-/// Why the open file or folder is not to be trusted; empty when it is.
-std::string TrustProblem(int file) {
-  struct stat state {};
-  if (fstat(file, &state) != 0) return std::strerror(errno);
-  if (state.st_uid != 0 && state.st_uid != geteuid()) {
-    return "belongs to neither root nor the user";
-  }
-  if ((state.st_mode & (S_IWGRP | S_IWOTH)) != 0) return "writable by group or others";
-  return "";
+/// A command on the path, which is a word for a shell.
+std::string Command(const char* beginning, const std::string& path, const char* end = "") {
+  std::string command = beginning;
+  AppendShellWord(command, path);
+  return command + end;
 }
 
-std::string FileProblem(int folder, const std::string& name) {
+/// A file that is of no use there.
+Trouble Unusable(const std::string& path, std::string reason) {
+  std::string away = Command("mv ", path, " ");
+  AppendShellWord(away, path + ".off");
+  return {std::move(reason), away};
+}
+
+/// Why the open file or folder is not to be trusted.
+Trouble TrustTrouble(int file, const std::string& path) {
+  struct stat state {};
+  if (fstat(file, &state) != 0) return {std::strerror(errno)};
+  if (state.st_uid != 0 && state.st_uid != geteuid()) {
+    return {"belongs to neither root nor the user", Command("chown root ", path)};
+  }
+  if ((state.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    return {"writable by group or others", Command("chmod go-w ", path)};
+  }
+  return {};
+}
+
+Trouble FileTrouble(int folder, const std::string& name, const std::string& path, Trust trust) {
   struct stat state {};
   if (fstatat(folder, name.c_str(), &state, AT_SYMLINK_NOFOLLOW) != 0) {
-    return std::strerror(errno);
+    return {std::strerror(errno)};
   }
   // Before it is opened, for opening a pipe or a device can have effects of its own.
-  if (!S_ISREG(state.st_mode)) return "no regular file";
+  if (!S_ISREG(state.st_mode)) return Unusable(path, "no regular file");
   const File file(openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-  if (file.Number() < 0) return std::strerror(errno);
-  const std::string problem = TrustProblem(file.Number());
-  return problem.empty() ? ElfProblem(file.Number()) : problem;
+  if (file.Number() < 0) return {std::strerror(errno)};
+  if (trust == Trust::OwnersOnly) {
+    Trouble trouble = TrustTrouble(file.Number(), path);
+    if (!trouble.reason.empty()) return trouble;
+  }
+  const std::string problem = ElfProblem(file.Number());
+  return problem.empty() ? Trouble() : Unusable(path, problem);
 }
 
 /// Loads the file and calls its entry point. Returns why that failed; empty when it did not.
@@ -90,25 +112,32 @@ std::string PluginFolder() {
   return folder.empty() ? "" : folder.substr(0, folder.rfind('/')) + "/lib/autocli/plugins";
 }
 
-std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root) {
+std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr<Namespace>& root,
+                                Trust trust) {
   File file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (file.Number() < 0) {
     if (errno == ENOENT) return {};
-    return {{folder, "", std::strerror(errno)}};
+    return {{folder, "", {std::strerror(errno)}}};
   }
-  const std::string untrusted = TrustProblem(file.Number());
-  if (!untrusted.empty()) return {{folder, "", untrusted}};
+  if (trust == Trust::OwnersOnly) {
+    const Trouble trouble = TrustTrouble(file.Number(), folder);
+    if (!trouble.reason.empty()) return {{folder, "", trouble}};
+  }
   DIR* directory = fdopendir(file.Number());
-  if (directory == nullptr) return {{folder, "", "cannot be listed"}};
+  if (directory == nullptr) return {{folder, "", {"cannot be listed"}}};
   const int searched = file.Release();  // closed with the directory
   std::vector<Plugin> plugins;
   Watch watch;
   for (const std::string& name : PluginsIn(directory)) {
-    Plugin plugin{fmt::format("{}/{}", folder, name), name, FileProblem(searched, name)};
-    if (plugin.problem.empty()) {
-      watch.Blame(plugin.path);
-      plugin.problem = Load(plugin.path, root, watch);
+    const std::string path = fmt::format("{}/{}", folder, name);
+    Plugin plugin{path, name, FileTrouble(searched, name, path, trust)};
+    if (plugin.trouble.reason.empty()) {
+      const Registering registering(name);
+      watch.Blame(path);
+      const std::string problem = Load(path, root, watch);
       watch.Blame("");
+      if (!problem.empty()) plugin.trouble = Unusable(path, problem);
+      plugin.clashes = registering.GetClashes();
     }
     plugins.push_back(std::move(plugin));
   }
@@ -116,13 +145,17 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
   return plugins;
 }
 
+std::string TroubleText(const Plugin& plugin) {
+  const auto& [reason, remedy] = plugin.trouble;
+  return fmt::format("{} \"{}\" could not be loaded: {}{}",
+                     plugin.name.empty() ? "plug-in folder" : "plug-in", plugin.path, reason,
+                     remedy.empty() ? "" : "; try: " + remedy);
+}
+
 std::vector<Fault> FaultsOf(const std::vector<Plugin>& plugins) {
   std::vector<Fault> faults;
-  for (const auto& [path, name, problem] : plugins) {
-    if (problem.empty()) continue;
-    faults.push_back(
-        {FaultKind::Plugin, name.empty() ? fmt::format("plug-in folder \"{}\": {}", path, problem)
-                                         : fmt::format("plug-in \"{}\": {}", name, problem)});
+  for (const Plugin& plugin : plugins) {
+    if (!plugin.trouble.reason.empty()) faults.push_back({FaultKind::Notice, TroubleText(plugin)});
   }
   return faults;
 }

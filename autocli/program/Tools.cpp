@@ -23,7 +23,7 @@ constexpr Tool kTools[] = {
     {kHelpTool, "[PATH...]", "Say what can follow a path, or what a command does.", RunHelp},
     {"batch", "FILE|- [--keep-going]",
      "Run the command lines of a file, or of standard input, each with a JSON answer.", BatchTool},
-    {"--plugins", "[OPTIONS]", "List the plug-ins that were found, and why any was refused.",
+    {"--plugins", "[OPTIONS]", "List the plug-ins that were found, and what is wrong with any.",
      PluginsTool},
     {"--reference", "man|markdown DIR",
      "Write a manual page per namespace, or commands.md, into a directory.", ReferenceTool},

@@ -3,12 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "autocli/Version.h"
 #include "autocli/base/Guard.h"
 #include "autocli/help/Describe.h"
 #include "autocli/help/Help.h"
+#include "autocli/line/GlobalOptions.h"
 #include "autocli/line/Line.h"
 #include "autocli/run/Report.h"
 #include "autocli/run/TellLine.h"
@@ -42,7 +42,13 @@ class Execution {
     out_.SetColoring(ColoringOf(line_));
     err_.SetColoring(ColoringOf(line_));
     report_.faults = pluginFaults;
+    if (!line_.isUnknown) return;
+    // Where plug-ins are missing, what the line names may be theirs.
+    for (Fault& fault : report_.faults) fault.kind = FaultKind::Plugin;
   }
+
+  /// The errors that the command reports are of that kind.
+  void ReportAs(FaultKind kind) { errors_ = kind; }
 
   int Run() {
     if (line_.isPathSound && line_.globals->HasParameter("help")) {
@@ -118,11 +124,9 @@ class Execution {
   void Execute() {
     CommandSpec& command = *line_.GetCommand();
     const auto output = Output::New();
-    const auto thrown = Guarded([&] {
-      if (command.GetDispatcher() == nullptr) throw std::logic_error("it cannot be executed");
-      command.GetDispatcher()->Execute(line_.input, output);
-    });
-    for (const std::string& message : output->GetErrorMessages()) Add(FaultKind::Command, message);
+    const auto thrown =
+        Guarded([&] { autocli::Execute(command, line_.specs, line_.input, output); });
+    for (const std::string& message : output->GetErrorMessages()) Add(errors_, message);
     // A result that was not checked, for the command did not come to its end, is not shown.
     if (thrown) return Add(FaultKind::Internal, "the command failed unexpectedly: " + *thrown);
     report_.result = output->GetRootObject();
@@ -139,6 +143,7 @@ class Execution {
   Sink& out_;
   Sink& err_;
   Report report_;
+  FaultKind errors_ = FaultKind::Command;
 };
 
 }  // namespace
@@ -151,20 +156,25 @@ int RunLine(const std::vector<std::string>& words, const Vocabulary& vocabulary,
 }
 
 int RunTool(const std::string& name, const std::shared_ptr<CommandSpec>& command,
-            std::vector<std::string> words, const std::vector<Fault>& pluginFaults, Sink& out,
-            Sink& err) {
+            std::vector<std::string> words, FaultKind errors, Sink& out, Sink& err) {
   const Vocabulary vocabulary = {Namespace::New()};
   vocabulary.root->RegisterNamespaceNode(command, "command");
   words.insert(words.begin(), "command");
   Line line = ReadLine(vocabulary, words);
   line.path = name;
-  return Execution(vocabulary, std::move(line), pluginFaults, out, err).Run();
+  Execution execution(vocabulary, std::move(line), {}, out, err);
+  execution.ReportAs(errors);
+  return execution.Run();
 }
 
 int RunBatchLine(const std::vector<std::string>& words, std::size_t number,
-                 const Vocabulary& vocabulary, Sink& out) {
+                 const Vocabulary& vocabulary, const std::vector<Fault>& pluginFaults, Sink& out) {
   TellLine(number, words);
-  return Execution(vocabulary, ReadLine(vocabulary, words), {}, out, out).RunInBatch(number);
+  Line line = ReadLine(vocabulary, words);
+  const bool isTold = line.isUnknown;
+  return Execution(vocabulary, std::move(line), isTold ? pluginFaults : std::vector<Fault>(), out,
+                   out)
+      .RunInBatch(number);
 }
 
 int RefuseBatchLine(std::size_t number, const std::string& message, Sink& out) {

@@ -19,7 +19,9 @@ void WriteJson(const Report& report, Sink& out) {
   if (report.batchLine != 0) text += "\"line\":" + std::to_string(report.batchLine) + ',';
   text += "\"command\":";
   AppendJsonString(text, report.path);
-  text += report.faults.empty() ? ",\"ok\":true,\"result\":" : ",\"ok\":false,\"result\":";
+  text += ",\"ok\":";
+  text += StatusOf(report.faults) == 0 ? "true" : "false";
+  text += ",\"result\":";
   if (report.result) {
     JsonFormatter().Write(*report.result, report.view, out);
   } else {
@@ -48,10 +50,9 @@ int StatusOf(const std::vector<Fault>& faults) {
 }
 
 int WriteFaults(const std::vector<Fault>& faults, Sink& err) {
-  if (faults.empty()) return 0;
-  const std::string start = Painted(Ink::Error, "error:", err.IsColored()) + " ";
   for (const Fault& fault : faults) {
-    err.Buffer() += start;
+    const char* start = MeaningOf(fault.kind).status == 0 ? "warning:" : "error:";
+    err.Buffer() += Painted(Ink::Error, start, err.IsColored()) + " ";
     AppendEscaped(err.Buffer(), fault.message);
     err.Buffer() += '\n';
   }

@@ -31,7 +31,8 @@ int WriteReport(const Report& report, Sink& out, Sink& err);
 /// Writes a text that is the answer itself; in JSON, it is the result of the document.
 int WriteAnswer(const std::string& text, Report report, Sink& out, Sink& err);
 
-/// Writes a line for each fault: "error: " and its message, escaped. Returns StatusOf() them.
+/// Writes a line for each fault: "error: ", or "warning: " when it has no status, and its message,
+/// escaped. Returns StatusOf() them.
 int WriteFaults(const std::vector<Fault>& faults, Sink& err);
 
 /// The highest exit status that the faults ask for, 0 without any.

@@ -77,7 +77,8 @@ Order ReadOrder(const std::vector<std::string>& words) {
   return order;
 }
 
-int RunOne(const ToolCall& call, const std::string& line, std::size_t number) {
+int RunOne(const ToolCall& call, const std::vector<Fault>& pluginFaults, const std::string& line,
+           std::size_t number) {
   std::string problem;
   std::vector<std::string> words = SplitLine(line, problem);
   if (!problem.empty()) {
@@ -90,7 +91,7 @@ int RunOne(const ToolCall& call, const std::string& line, std::size_t number) {
         number, fmt::format("line {}: \"{}\" cannot stand in a batch", number, words.front()),
         call.out);
   }
-  return RunBatchLine(words, number, call.vocabulary, call.out);
+  return RunBatchLine(words, number, call.vocabulary, pluginFaults, call.out);
 }
 
 int Fail(const ToolCall& call, const std::string& file, const std::string& reason) {
@@ -106,12 +107,13 @@ int BatchTool(const ToolCall& call) {
   std::FILE* file = order.file == "-" ? stdin : std::fopen(order.file.c_str(), "re");
   if (file == nullptr) return Fail(call, order.file, std::strerror(errno));
 
-  int status = WriteFaults(FaultsOf(call.plugins), call.err);
+  const std::vector<Fault> pluginFaults = FaultsOf(call.plugins);
+  int status = WriteFaults(pluginFaults, call.err);
 
   LineReader lines(file);
   std::string line;
   for (std::size_t number = 1; lines.Next(line); ++number) {
-    const int lineStatus = RunOne(call, line, number);
+    const int lineStatus = RunOne(call, pluginFaults, line, number);
     status = std::max(status, lineStatus);
     // Whoever reads the results may wait for this one before it writes the next line.
     if (!call.out.Flush() || (lineStatus != 0 && !order.keepGoing)) return status;

@@ -11,6 +11,7 @@
 #include "autocli/base/Escape.h"
 #include "autocli/contract/Shape.h"
 #include "autocli/help/Placeholders.h"
+#include "autocli/line/GlobalOptions.h"
 #include "autocli/line/Line.h"
 #include "autocli/line/Value.h"
 #include "autocli/render/View.h"
@@ -117,8 +118,7 @@ class Completer {
         const std::string& name = option->GetLongName();
         const bool isDone =
             given.HasParameter(name) && option->GetType() != ParameterType::StringList;
-        const bool isHidden = Find(&ParameterSpec::GetLongName, name) != option.get() ||
-                              (&spec == line_.specs.input.get() && name == line_.specs.rest);
+        const bool isHidden = &spec == line_.specs.input.get() && name == line_.specs.rest;
         if (!isDone && !isHidden) {
           Offer("--" + name, (required ? "required: " : "") + ExpandedDescription(*option));
         }

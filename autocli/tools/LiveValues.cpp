@@ -4,7 +4,7 @@
 
 #include "autocli/base/Guard.h"
 #include "autocli/contract/Shape.h"
-#include "autocli/contract/Specs.h"
+#include "autocli/line/Specs.h"
 #include "autocli/render/View.h"
 
 namespace autocli {
@@ -39,10 +39,12 @@ std::string TextOf(const MetaStruct& record, const std::string& name) {
 /// What the command answers with; null when it fails or cannot be executed as it is.
 Corvex::MetaObj::MetaObjectPtr Ask(CommandSpec& command) {
   const Specs specs = SpecsOf(command);
-  if (!specs.problem.empty() || command.GetDispatcher() == nullptr) return nullptr;
+  if (!specs.problem.empty()) return nullptr;
   if (std::ranges::any_of(specs.input->GetParameters(), &ParameterSpec::IsRequired)) return nullptr;
+  const auto input = Input::New();
   const auto output = Output::New();
-  const auto thrown = Guarded([&] { command.GetDispatcher()->Execute(Input::New(), output); });
+  input->Declare(*specs.input);
+  const auto thrown = Guarded([&] { Execute(command, specs, input, output); });
   return thrown ? nullptr : output->GetRootObject();
 }
 

@@ -1,14 +1,22 @@
 #include "autocli/tools/PluginList.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+
 #include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Loader.h"
 #include "autocli/run/Driver.h"
+#include "autocli/tools/Declarations.h"
 #include "platform/autocli/Declare.h"
 
 namespace autocli {
 
 namespace Declare = Corvex::Declare;
+using Corvex::AutoCli::Namespace;
 using Corvex::CallSpec::InputSpec;
+using Corvex::CallSpec::Output;
 using Corvex::CallSpec::OutputSpec;
 using Corvex::MetaObj::MetaStruct;
 using Corvex::MetaObj::MetaType;
@@ -23,41 +31,74 @@ std::shared_ptr<MetaStruct> Prototype() {
                                        {"Problem", MetaType::String}});
 }
 
+/// What a table has room for.
+std::string Summary(const std::vector<std::string>& problems) {
+  if (problems.size() < 2) return problems.front();
+  return fmt::format("{} (and {} more)", problems.front(), problems.size() - 1);
+}
+
 class PluginList final : public Corvex::AutoCli::Command {
  public:
-  explicit PluginList(const std::vector<Plugin>& plugins) : plugins_(plugins) {
-    SetDescription("List the plug-ins that were found, and why any was refused.");
+  PluginList(const std::vector<Plugin>& plugins, std::shared_ptr<Namespace> root)
+      : plugins_(plugins), root_(std::move(root)) {
+    SetDescription(
+        "List the plug-ins that were found, with what could not be loaded of them, and what their commands declare wrongly.");
     SetDefaultOutputFormatter("table");
   }
 
  private:
-  std::shared_ptr<InputSpec> GetInputSpecInternal() override { return InputSpec::New(); }
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override {
+    return Declare::Inputs(
+        {{.name = "folder",
+          .description =
+              "Load the plug-ins of this folder instead and examine them, before they are installed."}});
+  }
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override {
     return Declare::Answers(Declare::ListOf(Prototype()));
   }
-  void ExecuteInternal(const Declare::InputPtr&, const Declare::OutputPtr& output) override {
-    auto list = Declare::ListOf(Prototype());
+  void ExecuteInternal(const Declare::InputPtr& input, const Declare::OutputPtr& output) override {
+    if (input->HasParameter("folder")) {
+      root_ = Namespace::New();
+      plugins_ = LoadPlugins(input->GetParameter("folder"), root_, Trust::Anybody);
+    }
+    auto declared = DeclarationProblems(*root_);
+    const auto list = Declare::ListOf(Prototype());
     for (const Plugin& plugin : plugins_) {
-      auto record = Prototype();
-      record->SetField("Name", plugin.name);
-      record->SetField("Loaded", plugin.problem.empty());
-      record->SetField("Path", plugin.path);
-      const std::string version = ElfVersion(plugin.path);
-      if (!version.empty()) record->SetField("Version", version);
-      if (!plugin.problem.empty()) record->SetField("Problem", plugin.problem);
-      list->Add(record);
+      std::vector<std::string> problems = plugin.clashes;
+      std::ranges::move(declared[plugin.name], std::back_inserter(problems));
+      list->Add(Row(plugin, std::move(problems), *output));
     }
     output->SetRootObject(list);
   }
 
-  const std::vector<Plugin>& plugins_;
+  static std::shared_ptr<MetaStruct> Row(const Plugin& plugin, std::vector<std::string> problems,
+                                         Output& output) {
+    for (const std::string& problem : problems) {
+      output.AddErrorMessage(fmt::format("plug-in \"{}\": {}", plugin.path, problem));
+    }
+    if (!plugin.trouble.reason.empty()) {
+      output.AddErrorMessage(TroubleText(plugin));
+      problems.insert(problems.begin(), plugin.trouble.reason);
+    }
+    auto record = Prototype();
+    record->SetField("Name", plugin.name);
+    record->SetField("Loaded", plugin.trouble.reason.empty());
+    record->SetField("Path", plugin.path);
+    const std::string version = ElfVersion(plugin.path);
+    if (!version.empty()) record->SetField("Version", version);
+    if (!problems.empty()) record->SetField("Problem", Summary(problems));
+    return record;
+  }
+
+  std::vector<Plugin> plugins_;
+  std::shared_ptr<Namespace> root_;
 };
 
 }  // namespace
 
 int PluginsTool(const ToolCall& call) {
-  return RunTool("--plugins", std::make_shared<PluginList>(call.plugins), call.words,
-                 FaultsOf(call.plugins), call.out, call.err);
+  return RunTool("--plugins", std::make_shared<PluginList>(call.plugins, call.vocabulary.root),
+                 call.words, FaultKind::Plugin, call.out, call.err);
 }
 
 }  // namespace autocli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -30,14 +31,18 @@ class NamespaceNode : public std::enable_shared_from_this<NamespaceNode> {
   /// Null until the node is registered, and once the parent is gone.
   std::shared_ptr<Namespace> GetParent() const { return parent_.lock(); }
   NodeType GetType() const { return type_; }
-
- protected:
-  explicit NamespaceNode(NodeType type) : type_(type) {}
+  /// The number that the framework gave to the plug-in that registered the node; 0 for none.
+  std::uint32_t GetOrigin() const { return origin_; }
 
  private:
+  // The types are these two. Whoever meets one takes its type for its class.
   friend class Namespace;
+  friend class CommandSpec;
+
+  explicit NamespaceNode(NodeType type) : type_(type) {}
 
   NodeType type_;
+  std::uint32_t origin_ = 0;
   std::string name_;
   std::string description_;
   std::weak_ptr<Namespace> parent_;
@@ -53,8 +58,11 @@ class Namespace final : public NamespaceNode {
   /// The child of that name; null when there is none.
   std::shared_ptr<NamespaceNode> GetNamespaceNode(const std::string& name) const;
   /// Attaches `node` under this node and shares its ownership.
-  /// Throws std::invalid_argument, and changes nothing, when the name is taken or no plain word
-  /// (letters, digits, hyphens, a letter or digit first), or when the node is null or has a parent.
+  /// When another plug-in has the name: two namespaces become one, which this handle then stands
+  /// for; anything else leaves the node out, and the framework tells that of the plug-in.
+  /// Throws std::invalid_argument, and changes nothing, when the name is taken otherwise or no
+  /// plain word (letters, digits, hyphens, a letter or digit first), or when the node is null or
+  /// has a parent.
   void RegisterNamespaceNode(std::shared_ptr<NamespaceNode> node, const char* name);
 
   /// In registration order.
@@ -62,16 +70,17 @@ class Namespace final : public NamespaceNode {
 
  private:
   Namespace() : NamespaceNode(NodeType::Namespace) {}
+  void TakeIn(Namespace& other);
 
   std::vector<std::shared_ptr<NamespaceNode>> children_;
+  std::weak_ptr<Namespace> whole_;  ///< took this one in; nobody has when it is empty
 };
 
 /// What runs the execution of a command.
 class Dispatcher {
  public:
   /// Runs the command on a line that was parsed against its input specification, and fills
-  /// `output`. Throws std::logic_error when the result is not of the declared shape, or when there
-  /// is neither a result nor an error; passes on what the command throws.
+  /// `output`. Passes on what the command throws.
   virtual void Execute(const std::shared_ptr<CallSpec::Input>& input,
                        const std::shared_ptr<CallSpec::Output>& output) = 0;
 

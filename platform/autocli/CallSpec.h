@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -90,13 +91,17 @@ class ParameterSpec {
   std::shared_ptr<ParameterConstraint> constraint_;
 };
 
-/// The parameters of a command, in the order in which help lists them.
+/// The parameters of a command, in the order in which help lists them. A command is refused as a
+/// whole, with a message that names the parameter, when
+/// - a long name is no word of letters, digits and hyphens, or a short one no letter;
+/// - a name is taken, by another parameter or an option that every command takes;
+/// - a constraint does not fit its parameter's type, allows no value, or has its bounds the wrong
+///   way round.
 class InputSpec {
  public:
   static std::shared_ptr<InputSpec> New();
 
-  /// Throws std::invalid_argument when the long or the short name is taken, the long name is
-  /// empty, or the short name is longer than a letter.
+  /// Throws std::invalid_argument when `parameter` is null.
   void AddParameter(std::shared_ptr<ParameterSpec> parameter);
 
   const std::vector<std::shared_ptr<ParameterSpec>>& GetParameters() const { return parameters_; }
@@ -118,18 +123,21 @@ class OutputSpec {
   MetaObj::MetaObjectPtr root_;
 };
 
-/// The parsed command line. Names are long names. Asking for a value under a type that is not its
-/// own throws std::logic_error.
+/// The parsed command line. Names are long names.
 class Input {
  public:
   using Value = std::variant<bool, std::int64_t, std::string, std::vector<std::string>>;
 
   static std::shared_ptr<Input> New();
 
-  /// The option was given.
+  /// The option was given; false for a name that the command did not declare.
   bool HasParameter(const std::string& name) const;
-  /// The Flag option was given.
+  /// The Flag option was given; false for a name that the command did not declare.
   bool IsFlagSet(const std::string& name) const;
+
+  // The others throw std::logic_error, whether the option was given or not, when the command did
+  // not declare it, or declared it with another type; so does IsFlagSet for another type.
+
   /// Value of a String option; empty when absent.
   std::string GetParameter(const std::string& name) const;
   /// Value of an Int option; 0 when absent.
@@ -140,11 +148,22 @@ class Input {
   /// absent.
   void GetParameterList(const std::string& name, std::vector<std::string>& values) const;
 
-  /// For whoever parses: a flag is a true bool.
-  void SetParameter(const std::string& name, Value value) { values_[name] = std::move(value); }
+  /// For whoever parses: from here on these options can be asked for.
+  void Declare(const InputSpec& spec);
+  /// For whoever parses: gives an option that was declared its value; a flag is a true bool.
+  /// Throws std::logic_error when it was not declared.
+  void SetParameter(const std::string& name, Value value);
 
  private:
-  std::map<std::string, Value> values_;
+  struct Parameter {
+    ParameterType type;
+    std::optional<Value> value;
+  };
+
+  template <typename Type>
+  Type Get(const std::string& name, ParameterType type) const;
+
+  std::map<std::string, Parameter> parameters_;
 };
 
 /// The result being built: at most one root object, and any number of error messages beside it.

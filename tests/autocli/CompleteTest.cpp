@@ -44,7 +44,7 @@ class CompleteTest : public testing::Test {
     words.insert(words.begin(), {"autocli", "--complete"});
     TextSink out;
     TextSink err;
-    const int status = autocli::Run(words, tree.root, {{"/x.so", "x.so", "broken"}}, out, err);
+    const int status = autocli::Run(words, tree.root, {{"/x.so", "x.so", {"broken"}}}, out, err);
     return {status, out.text, err.text};
   }
 

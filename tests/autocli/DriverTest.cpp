@@ -96,7 +96,7 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
 
 TEST(DriverTest, PluginsAreListedWithWhatBecameOfThem) {
   const DiskTree tree;
-  const std::string told = "error: plug-in \"x.so\": bad\n";
+  const std::string told = "error: plug-in \"/plugins/x.so\" could not be loaded: bad\n";
   EXPECT_EQ(tree.Run("--plugins", {"bad"}), (Ran{3,
                                                  "Name  Version  Loaded  Path           Problem\n"
                                                  "----  -------  ------  -------------  -------\n"
@@ -106,7 +106,7 @@ TEST(DriverTest, PluginsAreListedWithWhatBecameOfThem) {
             (Ran{0, "Loaded\ntrue\n", ""}));
   EXPECT_EQ(tree.Run("--plugins now"),
             (Ran{2, "",
-                 "error: unexpected argument \"now\"\nusage: autocli --plugins\n"
+                 "error: unexpected argument \"now\"\nusage: autocli --plugins [--folder STRING]\n"
                  "try: autocli --plugins --help\n"}));
 }
 
@@ -142,23 +142,63 @@ TEST(DriverTest, WithoutAnyCommand) {
 
 TEST(DriverTest, ColourIsForPeople) {
   const DiskTree tree;
-  const std::string red = "\x1b[1;31merror:\x1b[0m plug-in \"x.so\": bad\n";
-  EXPECT_EQ(tree.Run("disk grow -nx --color always", {"bad"}), (Ran{3, "true\n", red}));
+  const std::string red = "\x1b[1;31mwarning:\x1b[0m" + std::string(kNotLoaded).substr(8);
+  EXPECT_EQ(tree.Run("disk grow -nx --color always", {"bad"}), (Ran{0, "true\n", red}));
   EXPECT_EQ(tree.Run("disk help --formatter json --color always"),
             tree.Run("disk help --formatter json"));
 }
 
-TEST(DriverTest, ACommandMayDeclareAGlobalNameItself) {
-  DiskTree tree;
-  std::string given;
-  tree.grow->input = [] { return Declare::Inputs({{.name = "formatter"}, {.name = "version"}}); };
-  tree.grow->execute = [&](const InputPtr& input, const OutputPtr& output) {
-    given = input->GetParameter("formatter") + "/" + input->GetParameter("version");
-    Succeed(output);
+TEST(DriverTest, WhatIsDeclaredWronglyIsRefused) {
+  using Declare::IntRange;
+  using Declare::Parameter;
+  using Declare::StringEnum;
+  const std::pair<Parameter, const char*> cases[] = {
+      {{.name = ""}, "\"\": the name is no word of letters, digits and hyphens"},
+      {{.name = "a_b"}, "\"a_b\": the name is no word of letters, digits and hyphens"},
+      {{.name = "x", .shortName = "xy"}, "\"x\": the short name \"xy\" is no letter"},
+      {{.name = "x", .shortName = "5"}, "\"x\": the short name \"5\" is no letter"},
+      {{.name = "wait"}, "\"wait\": the name is taken by another parameter"},
+      {{.name = "x", .shortName = "w"},
+       "\"x\": the short name \"w\" is taken by another parameter"},
+      {{.name = "formatter"},
+       "\"formatter\": the name is taken by an option that every command takes"},
+      {{.name = "x", .type = static_cast<ParameterType>(9)}, "\"x\": it is of no known type"},
+      {{.name = "x", .constraint = IntRange(0, 1)}, "\"x\": a range is for Int, not for String"},
+      {{.name = "x", .type = ParameterType::Flag, .constraint = StringEnum({{"a", ""}})},
+       "\"x\": an enumeration is for String and StringList, not for Flag"},
+      {{.name = "x", .constraint = StringEnum({})}, "\"x\": the enumeration has no value"},
+      {{.name = "x", .type = ParameterType::Int, .constraint = IntRange(5, 3)},
+       "\"x\": the range begins at 5 and ends at 3"},
   };
-  const Ran ran = tree.Run("--formatter json disk grow --formatter mine --version 2");
-  EXPECT_EQ(given, "mine/2");
-  EXPECT_EQ(ran.out, "{\"command\":\"disk grow\",\"ok\":true,\"result\":true,\"errors\":[]}\n");
+  DiskTree tree;
+  for (const auto& [parameter, problem] : cases) {
+    tree.grow->input = [&bad = parameter] {
+      return Declare::Inputs({{.name = "wait", .shortName = "w"}, bad});
+    };
+    const std::string error =
+        std::string("error: command \"disk grow\": parameter ") + problem + "\n";
+    EXPECT_EQ(tree.Run("disk grow --help"), (Ran{4, "", error}));
+    EXPECT_EQ(tree.Run("--plugins").status, 0) << "no plug-in brought it";
+  }
+  tree.grow->input = [] {
+    auto spec = Declare::Inputs({{.name = "wait"}, {.name = "x", .shortName = "x"}});
+    spec->GetParameters()[0]->SetShortName("x");
+    return spec;
+  };
+  EXPECT_EQ(tree.Run("disk grow").status, 4) << "a name that was set later";
+  EXPECT_EQ(tree.Run("disk list").status, 0);
+}
+
+TEST(DriverTest, ACommandIsAskedOnceForWhatItDeclares) {
+  DiskTree tree;
+  int asked = 0;
+  tree.list->input = [&] {
+    tree.list->prototype = ++asked == 1 ? MetaObjectPtr(Declare::ListOf(DiskPrototype()))
+                                        : MetaObjectPtr(MetaString::New());
+    return InputSpec::New();
+  };
+  EXPECT_EQ(tree.Run("disk list --fields Name").out, "Name: a\n");
+  EXPECT_EQ(asked, 1);
 }
 
 TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
@@ -176,14 +216,14 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
     doesBoth(output);
     throw std::runtime_error("out of \x1b luck");
   };
-  const std::string told = "error: plug-in \"x.so\": bad\nerror: two\\nlines\n";
+  const std::string told = std::string(kNotLoaded) + "error: two\\nlines\n";
   const std::string failed = "error: the command failed unexpectedly: ";
   const std::tuple<Action, Words, Ran> cases[] = {
       {succeeds, {}, {0, "true\n", ""}},
       {doesBoth, {}, {1, "true\n", "error: two\\nlines\n"}},
       {refuses, {}, {1, "", "error: No.\n"}},
-      {succeeds, {"bad"}, {3, "true\n", "error: plug-in \"x.so\": bad\n"}},
-      {doesBoth, {"bad"}, {3, "true\n", told}},
+      {succeeds, {"bad"}, {0, "true\n", kNotLoaded}},
+      {doesBoth, {"bad"}, {1, "true\n", told}},
       {breaksOff, {"bad"}, {4, "", told + failed + "out of \\x1b luck\n"}},
       {doesNothing, {}, {4, "", failed + "the command gave neither a result nor an error\n"}},
       {answersElse,
@@ -201,23 +241,27 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
     EXPECT_EQ(document["ok"], ran.status == 0);
     EXPECT_TRUE(std::cmp_equal(document["errors"].size(), std::ranges::count(ran.err, '\n')));
   }
-  EXPECT_EQ(tree.Run("disk --help", {"bad"}).status, 3);
-  EXPECT_EQ(tree.Run("disk grow --describe", {"bad"}).err, "error: plug-in \"x.so\": bad\n");
+  EXPECT_EQ(tree.Run("disk --help", {"bad"}).status, 0);
+  EXPECT_EQ(tree.Run("disk grow --describe", {"bad"}).err, kNotLoaded);
+  const Ran unknown = tree.Run("disc grow -nx", {"bad"});
+  EXPECT_EQ(unknown.status, 3) << "it may be the missing plug-in's";
+  EXPECT_THAT(unknown.err, StartsWith("error: plug-in \"/plugins/x.so\" could not be loaded: bad\n"
+                                      "error: unknown command \"disc\""));
 }
 
 TEST(DriverTest, JsonIsOneDocumentWhateverHappens) {
   const DiskTree tree;
   const std::string start =
-      R"({"command":"disk","ok":false,"result":null,"errors":[{"kind":"plugin","message":"plug-in \"x.so\": bad"},)"
+      R"({"command":"disk","ok":false,"result":null,"errors":[{"kind":"plugin","message":"plug-in \"/plugins/x.so\" could not be loaded: bad"},)"
       R"({"kind":"usage","message":")";
-  const std::pair<std::string, std::string> cases[] = {
-      {"disk new --size= x", R"(unknown command \"new\" in \"disk\")"},
-      {"disk", R"(a command is missing after \"disk\")"},
-      {"disk --\xff", "unknown option \\\"--\xef\xbf\xbd\\\""},
+  const std::tuple<std::string, std::string, int> cases[] = {
+      {"disk new --size= x", R"(unknown command \"new\" in \"disk\")", 3},
+      {"disk", R"(a command is missing after \"disk\")", 2},
+      {"disk --\xff", "unknown option \\\"--\xef\xbf\xbd\\\"", 2},
   };
-  for (const auto& [line, message] : cases) {
+  for (const auto& [line, message, status] : cases) {
     EXPECT_EQ(tree.Run("--formatter json " + line, {"bad"}),
-              (Ran{3, start + message + "\"}]}\n", ""}));
+              (Ran{status, start + message + "\"}]}\n", ""}));
   }
   const auto help = nlohmann::json::parse(tree.Run("disk --help --formatter=json").out);
   EXPECT_EQ(help["result"], tree.Run("disk --help").out);

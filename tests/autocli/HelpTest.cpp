@@ -67,7 +67,8 @@ TEST(HelpTest, CommandHelpSaysAllThatIsDeclared) {
       "result: list of strings\n"
       "\n"
       "exit status: 0 done, 1 the command reported an error,\n"
-      "  2 the command line was refused, 3 a plug-in could not be loaded,\n"
+      "  2 the command line was refused,\n"
+      "  3 unknown command, while a plug-in could not be loaded,\n"
       "  4 the command broke, or its result could not be written\n"
       "\n"
       "global options: autocli help\n";
@@ -136,8 +137,8 @@ TEST(HelpTest, OneBadCommandDoesNotHideTheOthers) {
   const Ran ran = tree.Run("--describe");
   EXPECT_EQ(ran.status, 4);
   EXPECT_EQ(ran.err,
-            "error: command \"list\": declares no input\n"
-            "error: command \"grow\": cannot be declared: no host\n");
+            "error: command \"disk list\": declares no input\n"
+            "error: command \"disk grow\": cannot be declared: no host\n");
   const auto disk = nlohmann::json::parse(ran.out)["children"][0];
   EXPECT_EQ(disk["children"][1]["name"], "grow");
 }

@@ -17,7 +17,7 @@ ParsedOptions Parse(const Words& words) {
       {.name = "level", .type = ParameterType::Int, .constraint = IntRange(0, 512)},
       {.name = "enabled", .shortName = "e", .type = ParameterType::Bool},
       {.name = "wait", .shortName = "w", .type = ParameterType::Flag},
-      {.name = "test", .shortName = "5", .type = ParameterType::Flag},
+      {.name = "test", .shortName = "t", .type = ParameterType::Flag},
       {.name = "disk", .shortName = "d", .type = ParameterType::StringList},
       {.name = "mode", .constraint = StringEnum({{"fast", ""}, {"slow", ""}})},
   });
@@ -31,13 +31,13 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
       {{"--name", ""}, ""},
       {{"-n=a"}, "=a"},
       {{"-n-5"}, "-5"},
-      {{"-w5na"}, "a"},
+      {{"-wtna"}, "a"},
       {{"--name", "-"}, "-"},
       {{"--name", "-5"}, "-5"},
       {{"--name", "-x"}, "-x"},
       {{"--name", "--unknown"}, "--unknown"},
       {{"--name=--wait"}, "--wait"},
-      {{"--name", "-w5"}, "-w5"},
+      {{"--name", "-wt"}, "-wt"},
       {{"--name", "\xff\n"}, "\xff\n"},
       {{"--nmae", "x"}, "unknown option \"--nmae\", did you mean \"--name\"?"},
       {{"--nam=x"}, "unknown option \"--nam\", did you mean \"--name\"?"},
@@ -72,7 +72,7 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
 }
 
 TEST(ParseTest, OtherTypes) {
-  const auto parsed = Parse({"-w5", "--size", "-9223372036854775808", "--level=512", "-e", "off",
+  const auto parsed = Parse({"-wt", "--size", "-9223372036854775808", "--level=512", "-e", "off",
                              "-db", "--disk", "a", "--disk=", "-d", "b", "--"});
   EXPECT_THAT(parsed.faults, testing::IsEmpty());
   EXPECT_TRUE(parsed.input->IsFlagSet("wait") && parsed.input->IsFlagSet("test"));
@@ -83,6 +83,15 @@ TEST(ParseTest, OtherTypes) {
   parsed.input->GetParameterList("disk", disks);
   EXPECT_THAT(disks, ElementsAre("b", "a", "", "b"));
   EXPECT_FALSE(parsed.input->HasParameter("name"));
+  EXPECT_FALSE(parsed.input->HasParameter("none") || parsed.input->IsFlagSet("none"));
+  // A slip of the command's author shows at once, not when somebody gives the option.
+  const auto& input = *parsed.input;
+  EXPECT_THROW(input.GetParameter("none"), std::logic_error);
+  EXPECT_THROW(input.GetParameter("size"), std::logic_error);
+  EXPECT_THROW(input.GetParameterInt("name"), std::logic_error);
+  EXPECT_THROW(input.GetParameterBool("wait"), std::logic_error);
+  EXPECT_THROW(input.GetParameterList("mode", disks), std::logic_error);
+  EXPECT_THROW(input.IsFlagSet("enabled"), std::logic_error);
   for (const char* yes : {"true", "1", "yes", "on"}) {
     EXPECT_TRUE(Parse({"-e", yes}).input->GetParameterBool("enabled")) << yes;
   }

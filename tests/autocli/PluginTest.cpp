@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,8 +38,10 @@ class PluginTest : public FolderTest {
 
   Words Load() {
     Words messages;
-    for (const Fault& fault : FaultsOf(LoadPlugins(path_, root_)))
-      messages.push_back(fault.message);
+    for (const Plugin& plugin : LoadPlugins(path_, root_)) {
+      const auto& [reason, remedy] = plugin.trouble;
+      if (!reason.empty()) messages.push_back(fmt::format("{}: {}", plugin.name, reason));
+    }
     return messages;
   }
 
@@ -52,9 +55,9 @@ TEST_F(PluginTest, BadOnesAreNamedAndTheRestWorks) {
   Put("c.so", good_);
   Put("d.so", Built("twice.so"));
   Put("g.so.txt", "no plug-in");
-  EXPECT_THAT(Load(), ElementsAre("plug-in \"a.so\": no disk today",
-                                  "plug-in \"b.so\": no entry point AutoCli_RegisterNamespaces",
-                                  "plug-in \"d.so\": name \"twice\" is taken"));
+  EXPECT_THAT(Load(),
+              ElementsAre("a.so: no disk today", "b.so: no entry point AutoCli_RegisterNamespaces",
+                          "d.so: name \"twice\" is taken"));
   EXPECT_TRUE(root_->HasNamespaceNode("half")) << "what was registered before the failure stays";
   EXPECT_TRUE(root_->HasNamespaceNode("good"));
 }
@@ -70,10 +73,8 @@ TEST_F(PluginTest, FilesThatCouldKillTheProcessAreNotLoaded) {
   for (const std::size_t size :
        {std::size_t{0}, std::size_t{100}, good_.size() / 4, good_.size() / 2, good_.size() - 1}) {
     Put("a.so", good_.substr(0, size));
-    EXPECT_THAT(Load(),
-                ElementsAre("plug-in \"a.so\": truncated", "plug-in \"b.so\": no shared object",
-                            "plug-in \"c.so\": made for another machine",
-                            "plug-in \"d.so\": no shared object"))
+    EXPECT_THAT(Load(), ElementsAre("a.so: truncated", "b.so: no shared object",
+                                    "c.so: made for another machine", "d.so: no shared object"))
         << size;
   }
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
@@ -90,16 +91,19 @@ TEST_F(PluginTest, FilesThatOthersCouldHaveWrittenAreNotLoaded) {
   Put("b.so", good_, 0664);
   std::filesystem::create_symlink(Put("target", good_), path_ + "/c.so");
   ASSERT_EQ(mkfifo((path_ + "/d.so").c_str(), 0644), 0);
-  EXPECT_THAT(Load(), ElementsAre("plug-in \"a.so\": writable by group or others",
-                                  "plug-in \"b.so\": writable by group or others",
-                                  "plug-in \"c.so\": no regular file",
-                                  "plug-in \"d.so\": no regular file"));
+  EXPECT_THAT(Load(),
+              ElementsAre("a.so: writable by group or others", "b.so: writable by group or others",
+                          "c.so: no regular file", "d.so: no regular file"));
   if (geteuid() == 0) {  // only root can give files away
     ASSERT_EQ(chown(Put("a.so", good_).c_str(), 12345, 0), 0);
-    EXPECT_EQ(Load().front(), "plug-in \"a.so\": belongs to neither root nor the user");
+    EXPECT_EQ(Load().front(), "a.so: belongs to neither root nor the user");
   }
+  EXPECT_EQ(FaultsOf(LoadPlugins(path_, root_))[1].message,
+            "plug-in \"" + path_ +
+                "/b.so\" could not be loaded: writable by group or others; try: chmod go-w " +
+                path_ + "/b.so");
   chmod(path_.c_str(), 0777);
-  EXPECT_THAT(Load(), ElementsAre("plug-in folder \"" + path_ + "\": writable by group or others"));
+  EXPECT_THAT(Load(), ElementsAre(": writable by group or others"));
   EXPECT_THAT(LoadPlugins(path_ + "/none", root_), IsEmpty());
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
 }

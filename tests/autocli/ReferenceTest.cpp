@@ -10,7 +10,7 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
   tree.list->SetDescription(".Sh Ruin\n'so \\fB -x | <b> `a`\n\n  - one\n  1. two\n# end");
   tree.list->input = [] {
     return Declare::Inputs(
-        {{.name = "No", .shortName = "\"", .description = "a|b\nc i.e. d\x1b. *E*"}});
+        {{.name = "No", .shortName = "q", .description = "a|b\nc i.e. d\x1b. *E*"}});
   };
   tree.root->RegisterNamespaceNode(Namespace::New(), "Ar");
   const ::test::Folder pages;
@@ -27,9 +27,9 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
   for (const char* part :
        {"\n     .Sh Ruin\n     'so \\fB -x | <b> `a`\n           - one\n           1. two\n",
         "\nSYNOPSIS\n     autocli Ar COMMAND... [options]\n",
-        "\n     -\", --No STRING\n             a|b\n             c i.e. d\\x1b. *E*\n",
+        "\n     -q, --No STRING\n             a|b\n             c i.e. d\\x1b. *E*\n",
         "\n\\.Sh Ruin\\\n'so \\\\fB -x \\| \\<b\\> \\`a\\`\\\n\\\n\\- one\\\n1\\. two\\\n\\# end\n",
-        "\n| `-\", --No STRING` | a\\|b<br>c i.e. d\\\\x1b. \\*E\\* |\n"}) {
+        "\n| `-q, --No STRING` | a\\|b<br>c i.e. d\\\\x1b. \\*E\\* |\n"}) {
     EXPECT_THAT(shown, testing::HasSubstr(part));
   }
 }

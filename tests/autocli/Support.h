@@ -58,6 +58,11 @@ class TestCommand final : public Corvex::AutoCli::Command {
   void ExecuteInternal(const InputPtr& in, const OutputPtr& out) override { execute(in, out); }
 };
 
+/// The same for trees that are written as one value.
+struct PlainTestCommand {
+  static std::shared_ptr<TestCommand> New() { return std::make_shared<TestCommand>(); }
+};
+
 inline std::shared_ptr<MetaList> Texts(const Words& texts) {
   auto list = MetaList::New(MetaType::String);
   for (const auto& text : texts) list->Add(text);
@@ -94,6 +99,10 @@ struct Ran {
   std::string err;
 };
 
+/// What is said when Run() is given the plug-in fault "bad", and the line can do without it.
+inline constexpr const char* kNotLoaded =
+    "warning: plug-in \"/plugins/x.so\" could not be loaded: bad\n";
+
 /// A tree with one namespace, "disk", and its commands "list" (records) and "grow" (options).
 struct DiskTree {
   DiskTree() {
@@ -127,7 +136,7 @@ struct DiskTree {
     std::istringstream words(line);
     for (std::string word; words >> word;) arguments.push_back(word);
     std::vector<Plugin> plugins;
-    for (const auto& fault : pluginFaults) plugins.push_back({"/plugins/x.so", "x.so", fault});
+    for (const auto& fault : pluginFaults) plugins.push_back({"/plugins/x.so", "x.so", {fault}});
     const int status = autocli::Run(arguments, root, plugins, out, err);
     return {status, out.text, err.text};
   }

@@ -1,12 +1,13 @@
+#include "autocli/contract/Registering.h"
 #include "autocli/contract/Shape.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
 namespace {
 
-using Corvex::Declare::Inputs;
 using Corvex::Declare::ListOf;
 using Corvex::Declare::Structure;
+using testing::ElementsAre;
 
 /// What std::invalid_argument says that `action` throws; empty when it throws none.
 std::string Refusal(const std::function<void()>& action) {
@@ -43,18 +44,92 @@ TEST(TreeTest, RefusedNodesLeaveTheTreeAsItWas) {
   EXPECT_EQ(child->GetParent(), root);
 }
 
-TEST(TreeTest, DeclarationsRefuseWhatCannotWork) {
-  const auto sameName = [] { Inputs({{.name = "x"}, {.name = "x"}}); };
-  const auto sameLetter = [] {
-    Inputs({{.name = "x", .shortName = "n"}, {.name = "y", .shortName = "n"}});
-  };
-  EXPECT_EQ(Refusal(sameName), "parameter \"x\" is declared twice");
-  EXPECT_EQ(Refusal(sameLetter), "short name \"n\" is declared twice");
-  EXPECT_NE(Refusal([] { ListOf(DiskPrototype())->Add("text"); }), "");
-  EXPECT_NE(Refusal([] { ListOf(DiskPrototype())->Add(MetaStruct::New("Other")); }), "");
-  EXPECT_NE(Refusal([] { Texts({})->Add(DiskPrototype()); }), "");
+/// The paths of all commands below the namespace, each with what stands in for its plug-in.
+Words Commands(const Namespace& space) {
+  Words paths;
+  for (const auto& child : space.GetChildren()) {
+    if (child->GetType() == Corvex::AutoCli::NamespaceNode::NodeType::Command) {
+      paths.push_back(PathOf(*child) + " " + OriginOf(*child));
+    } else {
+      std::ranges::move(Commands(static_cast<const Namespace&>(*child)), std::back_inserter(paths));
+    }
+  }
+  return paths;
 }
 
+TEST(TreeTest, NamespacesOfTwoPluginsBecomeOne) {
+  const auto root = Namespace::New();
+  const auto verb = [](const char* name) { return Declare::Verb<PlainTestCommand>(name); };
+  {
+    const Registering registering("a.so");
+    Declare::RegisterTop(*root, {"disk", "Disks", {{"tag", "Tags", {verb("add")}}, verb("list")}});
+    EXPECT_EQ(Refusal([&] { root->RegisterNamespaceNode(Namespace::New(), "disk"); }),
+              "name \"disk\" is taken")
+        << "a plug-in's own slip";
+  }
+  const auto late = Namespace::New();
+  {
+    const Registering registering("b.so");
+    Declare::RegisterTop(
+        *root,
+        {"disk", "Disks", {{"tag", "", {verb("add"), verb("get")}}, {"list", "", {verb("x")}}}});
+    auto disk = std::static_pointer_cast<Namespace>(root->GetNamespaceNode("disk"));
+    disk->RegisterNamespaceNode(late, "tag");
+    late->RegisterNamespaceNode(PlainTestCommand::New(), "set");
+    EXPECT_THAT(registering.GetClashes(),
+                ElementsAre("\"disk tag add\" is there already from \"a.so\"",
+                            "\"disk list\" is there already from \"a.so\""));
+  }
+  EXPECT_TRUE(late->HasNamespaceNode("add")) << "the handle stands for the whole";
+  EXPECT_THAT(Commands(*root), ElementsAre("disk tag add a.so", "disk tag get b.so",
+                                           "disk tag set b.so", "disk list a.so"));
+}
+
+TEST(TreeTest, ValuesRefuseWhatCannotWork) {
+  const char* const nothing = nullptr;
+  const auto disk = DiskPrototype();
+  const auto disks = ListOf(disk);
+  const auto inner = Structure("Inner", {});
+  inner->SetField("Disks", disks);
+  EXPECT_NE(Refusal([&] { disks->Add("text"); }), "");
+  EXPECT_NE(Refusal([&] { disks->Add(MetaStruct::New("Other")); }), "");
+  EXPECT_NE(Refusal([] { Texts({})->Add(DiskPrototype()); }), "");
+  EXPECT_NE(Refusal([&] { Texts({})->Add(nothing); }), "");
+  EXPECT_NE(Refusal([&] { disk->SetField("Name", nothing); }), "");
+  EXPECT_NE(Refusal([&] { MetaString::New(nothing); }), "");
+  EXPECT_NE(Refusal([] { MetaList::New(MetaType::Struct); }), "");
+  EXPECT_EQ(Refusal([&] { inner->SetField("Self", inner); }),
+            "field \"Self\" would hold the record that it is in");
+  EXPECT_EQ(Refusal([&] { disk->SetField("Disks", inner); }),
+            "field \"Disks\" would hold the record that it is in")
+      << "as the prototype of a list in it";
+  const auto holder = DiskPrototype();
+  const auto list = ListOf(DiskPrototype());
+  holder->SetField("Tags", list);
+  EXPECT_EQ(Refusal([&] { list->Add(holder); }), "the record holds the list it is for");
+}
+
+// Conversions that would make a value into what it is not.
+template <typename Value, typename From>
+constexpr bool kIsMadeOf = requires(From from) {
+  Value::New(from);
+};
+template <typename From>
+constexpr bool kIsField = requires(MetaStruct record, From from) {
+  record.SetField("F", from);
+};
+static_assert(kIsMadeOf<MetaBool, bool> && kIsMadeOf<MetaBool, std::optional<bool>> &&
+              kIsMadeOf<MetaInt, int> && kIsMadeOf<MetaInt, std::optional<std::uint16_t>> &&
+              kIsMadeOf<MetaInt, std::uint32_t> && kIsMadeOf<MetaString, std::string>);
+static_assert(!kIsMadeOf<MetaBool, const char*> && !kIsMadeOf<MetaBool, char[6]> &&
+              !kIsMadeOf<MetaBool, int> && !kIsMadeOf<MetaBool, void*> &&
+              !kIsMadeOf<MetaInt, double> && !kIsMadeOf<MetaInt, bool> &&
+              !kIsMadeOf<MetaInt, std::uint64_t> && !kIsMadeOf<MetaInt, std::optional<double>> &&
+              !kIsMadeOf<MetaString, std::nullptr_t>);
+static_assert(kIsField<std::uint32_t> && kIsField<short> && kIsField<char[3]> &&
+              kIsField<std::shared_ptr<MetaList>>);
+static_assert(!kIsField<void*> && !kIsField<int*> && !kIsField<double> && !kIsField<std::size_t> &&
+              !kIsField<std::optional<bool>> && !kIsField<std::nullptr_t>);
 TEST(TreeTest, ResultsAreHeldAgainstTheDeclaredShape) {
   const auto declared = Structure("T", {{"A", MetaType::Int}, {"B", MetaType::List}});
   const auto inner = Structure("T", {{"A", MetaType::Int}});

@@ -55,6 +55,7 @@ TEST(ClusterRestore, OffersTheBootStagesWhenBuiltWithThem) {
     const auto command = OstrelCli::KorelNamespace::ClusterRestore::New(true);
     EXPECT_EQ(command->GetInputSpec()->GetParameters().size(), 2U);
     const auto input = Corvex::CallSpec::Input::New();
+    input->Declare(*command->GetInputSpec());
     if (boot) input->SetParameter("boot", true);
     if (postboot) input->SetParameter("postboot", true);
     const auto output = Corvex::CallSpec::Output::New();

@@ -1,12 +1,21 @@
-#include "autocli/contract/Specs.h"
+#include "autocli/line/Specs.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "autocli/base/Guard.h"
+#include "autocli/contract/Registering.h"
+#include "autocli/contract/Shape.h"
+#include "autocli/line/ParameterCheck.h"
 
 namespace autocli {
 
+using Corvex::AutoCli::CommandSpec;
+using Corvex::CallSpec::Input;
 using Corvex::CallSpec::InputSpec;
+using Corvex::CallSpec::Output;
 using Corvex::CallSpec::ParameterType;
 
 namespace {
@@ -35,8 +44,32 @@ Specs SpecsOf(Corvex::AutoCli::CommandSpec& command) {
     specs.problem = "declares no result";
   } else if (!specs.rest.empty() && !HasList(*specs.input, specs.rest)) {
     specs.problem = "gives the rest of the line to \"" + specs.rest + "\", no list of its own";
+  } else {
+    specs.problem = ProblemOf(*specs.input);
   }
   return specs;
+}
+
+std::string Blame(const CommandSpec& command, const std::string& problem) {
+  const std::string& origin = OriginOf(command);
+  return fmt::format("{}command \"{}\": {}",
+                     origin.empty() ? "" : fmt::format("plug-in \"{}\": ", origin), PathOf(command),
+                     problem);
+}
+
+void Execute(CommandSpec& command, const Specs& specs, const std::shared_ptr<Input>& input,
+             const std::shared_ptr<Output>& output) {
+  if (command.GetDispatcher() == nullptr) throw std::logic_error("it cannot be executed");
+  command.GetDispatcher()->Execute(input, output);
+  const auto& result = output->GetRootObject();
+  if (!result) {
+    if (!output->GetErrorMessages().empty()) return;
+    throw std::logic_error("the command gave neither a result nor an error");
+  }
+  const std::string difference = ShapeDifference(*specs.output, *result);
+  if (!difference.empty()) {
+    throw std::logic_error("the result is not of the declared shape: " + difference);
+  }
 }
 
 std::string RestText(const std::string& parameter) {
