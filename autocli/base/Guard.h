@@ -7,6 +7,8 @@
 
 namespace autocli {
 
+inline constexpr const char* kOutOfMemory = "out of memory";
+
 /// Runs code that belongs to a plug-in. Returns what the exception says that left it, never an
 /// empty text; nothing when none did. This is the one place where the framework meets exceptions.
 template <typename Action>
@@ -15,7 +17,7 @@ std::optional<std::string> Guarded(Action&& action) {
     action();
     return std::nullopt;
   } catch (const std::bad_alloc&) {
-    return "out of memory";
+    return kOutOfMemory;
   } catch (const std::exception& exception) {
     if (*exception.what() != '\0') return exception.what();
   } catch (...) {

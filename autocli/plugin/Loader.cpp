@@ -136,7 +136,11 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
       watch.Blame(path);
       const std::string problem = Load(path, root, watch);
       watch.Blame("");
-      if (!problem.empty()) plugin.trouble = Unusable(path, problem);
+      // For want of memory the file is not to blame.
+      if (problem == kOutOfMemory)
+        plugin.trouble = {problem};
+      else if (!problem.empty())
+        plugin.trouble = Unusable(path, problem);
       plugin.clashes = registering.GetClashes();
     }
     plugins.push_back(std::move(plugin));

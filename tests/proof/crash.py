@@ -9,6 +9,7 @@ come again, and the next command is killed too."""
 
 import errno
 import pathlib
+import re
 import sys
 import tempfile
 
@@ -45,16 +46,18 @@ class Struck(Line):
     def check(self, place, again=0, **strike):
         """Strikes. Returns which state was met."""
         done, (made, *_) = run(place, self.text, self.number, **strike)
-        errors = [line[:7] for line in done.stderr.splitlines()]
+        errors = [line.split(" ")[0] for line in done.stderr.splitlines()]
         before, after, *_ = self.states
         if "memory" in strike:
-            failed = "error: " in errors or '"ok":false' in done.stdout
-            lost = done.stdout != self.output and not self.text.startswith("--complete ")
+            failed = "error:" in errors or '"ok":false' in done.stdout
+            # A plug-in that could not be loaded is missing in what is said of all of them.
+            output, missing = re.subn(r'(?<="errors":\[)\{"kind":"plugin".*(?=\]\}$)', "", done.stdout)
+            missing += "warning: plug-in" in done.stderr
+            varies = self.text.startswith(("--complete ", "-", "help") if missing else "--complete ")
             assert done.returncode in (range(1, 5) if failed else [0]), done
-            assert failed or not errors and not lost, done
-            assert made >= strike["at"] or not failed, done
+            assert failed or set(errors) <= {"warning:"} and (varies or output == self.output), done
         else:
-            allowed = {0: [], 1: ["error: "]} if "error" in strike else {-9: []}
+            allowed = {0: [], 1: ["error:"]} if "error" in strike else {-9: []}
             assert allowed.get(done.returncode) == errors, done
         if not again and content(place / "lab") == self.content:
             assert done.returncode or before == after, ("nothing done", done)
