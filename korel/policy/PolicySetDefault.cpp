@@ -8,12 +8,14 @@ PolicySetDefault::PolicySetDefault() {
 }
 
 std::shared_ptr<InputSpec> PolicySetDefault::GetInputSpecInternal() {
+  const auto classes = PolicyClasses();
   return Inputs(
       {{.name = "policy-class",
         .shortName = "c",
         .required = true,
-        .constraint = PolicyClasses(),
-        .description = "Policy class to set the default of. Options are: %ENUM%."},
+        .constraint = classes,
+        .description =
+            StrCat("Policy class to set the default of.", classes ? " Options are: %ENUM%." : "")},
        {.name = "policy",
         .shortName = "p",
         .required = true,

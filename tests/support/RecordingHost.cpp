@@ -40,9 +40,10 @@ void Record(const std::string& operation, const Arguments&... arguments) {
   ((line += " " + Text(arguments)), ...);
   current->calls.push_back(line);
   const auto failure = current->failures.find(operation);
-  if (failure != current->failures.end()) {
-    throw Tovrin::Lib::Korel::KorelCtlException(failure->second);
-  }
+  if (failure == current->failures.end()) return;
+  const std::string message = failure->second;
+  if (current->failingOnce.contains(operation)) current->failures.erase(failure);
+  throw Tovrin::Lib::Korel::KorelCtlException(message);
 }
 
 template <typename Value, typename... Arguments>
@@ -277,6 +278,10 @@ void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskLis
 
 bool KorelUtil::IsStoragePoolDisk(const std::string& device) {
   return Answer(current->poolDisks.contains(device), __func__, device);
+}
+
+std::vector<KorelUtil::KorelPolicyClass> KorelUtil::GetKorelPolicyClasses() {
+  return Answer(current->policyClasses, __func__);
 }
 
 bool KorelUtil::IsInStretchedCluster() { return Answer(current->stretched, __func__); }
