@@ -1,5 +1,7 @@
+#include "korel/frame/CallOptional.h"
 #include "korel/policy/Commands.h"
 #include "korel/policy/PolicyClasses.h"
+#include "platform/hostctl/Optional.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -27,7 +29,8 @@ void PolicySetDefault::ExecuteInternal(const InputPtr& input, const OutputPtr& o
     const auto policyClass =
         KorelUtil::StringToKorelPolicyClass(input->GetParameter("policy-class"));
     const HostControl host;
-    host->SetDefaultPolicy(policyClass, input->GetParameter("policy"));
+    CallOptional(&Tovrin::Korel::SetDefaultPolicy, "set default policies", *host, policyClass,
+                 input->GetParameter("policy"));
     Succeed(output);
   });
 }

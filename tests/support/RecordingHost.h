@@ -24,7 +24,8 @@ struct RecordingHost {
   RecordingHost& operator=(const RecordingHost&) = delete;
 
   std::vector<std::string> calls;
-  /// The operation throws this message, after it was kept as a call.
+  /// The operation throws this message, after it was kept as a call; "*" stands for each that is
+  /// not named.
   std::map<std::string, std::string> failures;
   std::set<std::string> failingOnce;  ///< operations that throw only the first time
 
