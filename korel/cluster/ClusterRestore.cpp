@@ -3,13 +3,10 @@
 namespace OstrelCli::KorelNamespace {
 
 std::shared_ptr<ClusterRestore> ClusterRestore::New(bool withBootFlags) {
-  struct Made final : ClusterRestore {
-    explicit Made(bool withFlags) : ClusterRestore(withFlags) {}
-  };
-  return std::make_shared<Made>(withBootFlags);
+  return std::make_shared<ClusterRestore>(Key(), withBootFlags);
 }
 
-ClusterRestore::ClusterRestore(bool withBootFlags) : withBootFlags_(withBootFlags) {
+ClusterRestore::ClusterRestore(Key, bool withBootFlags) : withBootFlags_(withBootFlags) {
   SetDescription("Restore the persisted Korel cluster configuration.");
 }
 
@@ -21,10 +18,6 @@ std::shared_ptr<InputSpec> ClusterRestore::GetInputSpecInternal() {
                  {.name = "postboot",
                   .type = ParameterType::Flag,
                   .description = "Complete the cluster restore during boot."}});
-}
-
-std::shared_ptr<OutputSpec> ClusterRestore::GetOutputSpecInternal() {
-  return Answers(MetaBool::New());
 }
 
 void ClusterRestore::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

@@ -33,15 +33,21 @@ class ClusterGet : public VirtualCommand<ClusterGet> {
 };
 
 /// Re-applies the persisted membership.
-class ClusterRestore : public virtual Command {
+class ClusterRestore : public VirtualCommand<ClusterRestore> {
+  /// Only New() has one.
+  class Key {
+    friend class ClusterRestore;
+    explicit Key() = default;
+  };
+
  public:
   /// With boot flags the command offers "boot" and "postboot", for the host's own start-up.
   static std::shared_ptr<ClusterRestore> New(bool withBootFlags);
 
+  ClusterRestore(Key key, bool withBootFlags);
+
  private:
-  explicit ClusterRestore(bool withBootFlags);
   std::shared_ptr<InputSpec> GetInputSpecInternal() override;
-  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 
   const bool withBootFlags_;

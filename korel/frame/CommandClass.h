@@ -15,6 +15,9 @@ using Corvex::AutoCli::Command;
 template <typename Own>
 class VirtualCommand : public virtual Command {
  public:
+  /// Declared first, and so first in the table of virtual operations, as in a PlainCommand.
+  ~VirtualCommand() override = default;
+
   static std::shared_ptr<Own> New() { return std::shared_ptr<Own>(new Own); }
 
  private:

@@ -1,17 +1,19 @@
 #include "korel/policy/PolicyClasses.h"
 
-#include "platform/hostctl/KorelUtil.h"
+#include "korel/frame/Frame.h"
 
 namespace OstrelCli::KorelNamespace {
 
 std::shared_ptr<Corvex::CallSpec::ParameterConstraint> PolicyClasses() {
   using Corvex::CallSpec::ParameterConstraint;
-  using HskCtl::Korel::KorelUtil;
   auto constraint = ParameterConstraint::New(Corvex::CallSpec::ParameterConstraintType::StringEnum);
-  for (const auto policyClass : KorelUtil::GetKorelPolicyClasses()) {
-    constraint->AddStringEnum(KorelUtil::KorelPolicyClassToString(policyClass));
-  }
-  return constraint;
+  // Help needs no host; the execution asks again and reports the failure.
+  const auto failure = FailureOf([&] {
+    for (const auto policyClass : KorelUtil::GetKorelPolicyClasses()) {
+      constraint->AddStringEnum(KorelUtil::KorelPolicyClassToString(policyClass));
+    }
+  });
+  return failure || constraint->GetValues().empty() ? nullptr : constraint;
 }
 
 }  // namespace OstrelCli::KorelNamespace

@@ -6,7 +6,8 @@
 
 namespace OstrelCli::KorelNamespace {
 
-/// The names of the library's policy classes, in its order.
+/// The names of the library's policy classes, in its order; null when it cannot tell them or has
+/// none.
 std::shared_ptr<Corvex::CallSpec::ParameterConstraint> PolicyClasses();
 
 }  // namespace OstrelCli::KorelNamespace

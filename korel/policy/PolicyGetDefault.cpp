@@ -14,12 +14,13 @@ std::shared_ptr<MetaStruct> PolicyGetDefault::GetOutputStructure() {
 }
 
 std::shared_ptr<InputSpec> PolicyGetDefault::GetInputSpecInternal() {
-  return Inputs(
-      {{.name = "policy-class",
-        .shortName = "c",
-        .constraint = PolicyClasses(),
-        .description =
-            "Show only the default of this policy class. Options are: %ENUM%. If not specified, all are shown."}});
+  const auto classes = PolicyClasses();
+  return Inputs({{.name = "policy-class",
+                  .shortName = "c",
+                  .constraint = classes,
+                  .description = StrCat("Show only the default of this policy class. ",
+                                        classes ? "Options are: %ENUM%. " : "",
+                                        "If not specified, all are shown.")}});
 }
 
 std::shared_ptr<OutputSpec> PolicyGetDefault::GetOutputSpecInternal() {

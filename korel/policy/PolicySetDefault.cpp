@@ -1,5 +1,7 @@
+#include "korel/frame/CallOptional.h"
 #include "korel/policy/Commands.h"
 #include "korel/policy/PolicyClasses.h"
+#include "platform/hostctl/Optional.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -8,12 +10,14 @@ PolicySetDefault::PolicySetDefault() {
 }
 
 std::shared_ptr<InputSpec> PolicySetDefault::GetInputSpecInternal() {
+  const auto classes = PolicyClasses();
   return Inputs(
       {{.name = "policy-class",
         .shortName = "c",
         .required = true,
-        .constraint = PolicyClasses(),
-        .description = "Policy class to set the default of. Options are: %ENUM%."},
+        .constraint = classes,
+        .description =
+            StrCat("Policy class to set the default of.", classes ? " Options are: %ENUM%." : "")},
        {.name = "policy",
         .shortName = "p",
         .required = true,
@@ -25,7 +29,8 @@ void PolicySetDefault::ExecuteInternal(const InputPtr& input, const OutputPtr& o
     const auto policyClass =
         KorelUtil::StringToKorelPolicyClass(input->GetParameter("policy-class"));
     const HostControl host;
-    host->SetDefaultPolicy(policyClass, input->GetParameter("policy"));
+    CallOptional(&Tovrin::Korel::SetDefaultPolicy, "set default policies", *host, policyClass,
+                 input->GetParameter("policy"));
     Succeed(output);
   });
 }

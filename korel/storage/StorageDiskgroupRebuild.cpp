@@ -10,7 +10,8 @@ constexpr int kTrimNone = 2;
 
 int TrimCode(const InputPtr& input) {
   if (!KorelUtil::IsKorelRebuildTrimFssEnabled()) return kTrimNone;
-  const std::string trim = input->GetParameter("trim");
+  // It was not declared when the host could not be asked then.
+  const std::string trim = input->HasParameter("trim") ? input->GetParameter("trim") : "";
   if (trim == "noTrim") return kTrimNone;
   return trim == "fullDisk" ? kTrimFull : kTrimMetadata;
 }
@@ -64,7 +65,7 @@ StorageDiskgroupRebuild::StorageDiskgroupRebuild() {
 std::shared_ptr<InputSpec> StorageDiskgroupRebuild::GetInputSpecInternal() {
   std::vector<Parameter> parameters = Parameters();
   // A host that cannot be asked is reported by the execution, which asks again; help needs none.
-  bool hasTrim = true;
+  bool hasTrim = false;
   FailureOf([&] { hasTrim = KorelUtil::IsKorelRebuildTrimFssEnabled(); });
   if (hasTrim) parameters.push_back(TrimParameter());
   parameters.push_back(

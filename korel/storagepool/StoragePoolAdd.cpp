@@ -1,4 +1,6 @@
+#include "korel/frame/CallOptional.h"
 #include "korel/storagepool/Commands.h"
+#include "platform/hostctl/Optional.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -21,7 +23,7 @@ void StoragePoolAdd::ExecuteInternal(const InputPtr& input, const OutputPtr& out
   input->GetParameterList("disk", disks);
   Attempt(output, "Unable to add storage pool disk: ", [&] {
     const HostControl host;
-    host->AddStoragePoolDisks(disks);
+    CallOptional(&Tovrin::Korel::AddStoragePoolDisks, "add storage pool disks", *host, disks);
     Succeed(output);
   });
 }

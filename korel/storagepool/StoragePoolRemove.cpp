@@ -1,5 +1,7 @@
+#include "korel/frame/CallOptional.h"
 #include "korel/frame/EvacuationMode.h"
 #include "korel/storagepool/Commands.h"
+#include "platform/hostctl/Optional.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -26,11 +28,10 @@ void StoragePoolRemove::ExecuteInternal(const InputPtr& input, const OutputPtr& 
   if (!mode) return;
   Attempt(output, "Unable to remove storage pool disk: ", [&] {
     const HostControl host;
-    if (hasDisk) {
-      host->RemoveStoragePoolDisk(input->GetParameter("disk"), *mode);
-    } else {
-      host->RemoveStoragePoolDiskByUuid(input->GetParameter("uuid"), *mode);
-    }
+    CallOptional(hasDisk ? &Tovrin::Korel::RemoveStoragePoolDisk
+                         : &Tovrin::Korel::RemoveStoragePoolDiskByUuid,
+                 "remove storage pool disks", *host, input->GetParameter(hasDisk ? "disk" : "uuid"),
+                 *mode);
     Succeed(output);
   });
 }

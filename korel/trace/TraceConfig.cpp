@@ -38,7 +38,9 @@ struct CloseStream {
 using Stream = std::unique_ptr<std::FILE, CloseStream>;
 
 Stream Open(const char* mode) {
-  return Stream(std::fopen(Tovrin::Misc::HostPath(kFile).c_str(), mode));
+  using Tovrin::Misc::HostPath;
+  const std::string path = HostPath == nullptr ? kFile : HostPath(kFile);
+  return Stream(std::fopen(path.c_str(), mode));
 }
 
 }  // namespace

@@ -19,12 +19,6 @@ constexpr std::array<std::pair<KorelPolicyClass, const char*>, 5> kPolicyClasses
 
 }  // namespace
 
-std::vector<KorelPolicyClass> KorelUtil::GetKorelPolicyClasses() {
-  std::vector<KorelPolicyClass> classes;
-  for (const auto& [policyClass, name] : kPolicyClasses) classes.push_back(policyClass);
-  return classes;
-}
-
 KorelPolicyClass KorelUtil::StringToKorelPolicyClass(const std::string& text) {
   std::vector<std::string> names;
   for (const auto& [policyClass, name] : kPolicyClasses) {

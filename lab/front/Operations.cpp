@@ -6,6 +6,7 @@
 #include "platform/base/Uuid.h"
 #include "platform/hostctl/KorelUtil.h"
 #include "platform/hostctl/Misc.h"
+#include "platform/hostctl/Optional.h"
 
 // What needs the lab, as it is called from outside.
 
@@ -20,6 +21,28 @@ Tovrin::Lib::Korel::KorelPluginFactory::GetKorelPlugin() {
 }
 
 std::string Tovrin::Misc::HostPath(const std::string& path) { return Forward(&HostPath, path); }
+
+namespace Tovrin::Korel {
+
+void SetDefaultPolicy(KorelInfo& info, KorelPolicyClass policyClass, const std::string& value) {
+  Forward(&SetDefaultPolicy, info, policyClass, value);
+}
+
+void AddStoragePoolDisks(KorelInfo& info, const std::vector<std::string>& devices) {
+  Forward(&AddStoragePoolDisks, info, devices);
+}
+
+void RemoveStoragePoolDisk(KorelInfo& info, const std::string& device,
+                           const std::string& evacuationMode) {
+  Forward(&RemoveStoragePoolDisk, info, device, evacuationMode);
+}
+
+void RemoveStoragePoolDiskByUuid(KorelInfo& info, const std::string& uuid,
+                                 const std::string& evacuationMode) {
+  Forward(&RemoveStoragePoolDiskByUuid, info, uuid, evacuationMode);
+}
+
+}  // namespace Tovrin::Korel
 
 bool FeatureList::IsEnabled(Feature feature) { return Forward(&IsEnabled, feature); }
 

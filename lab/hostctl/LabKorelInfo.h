@@ -88,12 +88,6 @@ class LabKorelInfo final : public Tovrin::Korel::KorelInfo {
   void SetRekeyInterval(const std::string& clusterUuid, std::int64_t minutes) override;
   bool IsClientModeEnabled() override;
   void SetKorelMaxEnabled(bool enabled) override;
-  void SetDefaultPolicy(Tovrin::Korel::KorelPolicyClass policyClass,
-                        const std::string& value) override;
-  void AddStoragePoolDisks(const std::vector<std::string>& devices) override;
-  void RemoveStoragePoolDisk(const std::string& device, const std::string& evacuationMode) override;
-  void RemoveStoragePoolDiskByUuid(const std::string& uuid,
-                                   const std::string& evacuationMode) override;
 };
 
 }  // namespace lab

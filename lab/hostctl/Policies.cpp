@@ -2,6 +2,7 @@
 
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/LabKorelInfo.h"
+#include "platform/hostctl/Optional.h"
 
 namespace lab {
 
@@ -15,8 +16,9 @@ std::string LabKorelInfo::GetDefaultPolicy(KorelPolicyClass policyClass) {
   return Call("GetDefaultPolicy", DefaultPolicy, policyClass);
 }
 
-void LabKorelInfo::SetDefaultPolicy(KorelPolicyClass policyClass, const std::string& value) {
-  Call("SetDefaultPolicy", lab::SetDefaultPolicy, policyClass, value);
-}
-
 }  // namespace lab
+
+void Tovrin::Korel::SetDefaultPolicy(KorelInfo&, KorelPolicyClass policyClass,
+                                     const std::string& value) {
+  lab::Call("SetDefaultPolicy", lab::SetDefaultPolicy, policyClass, value);
+}

@@ -1,26 +1,26 @@
 #include "lab/model/StoragePool.h"
 
 #include "lab/hostctl/Call.h"
-#include "lab/hostctl/LabKorelInfo.h"
 #include "platform/hostctl/KorelUtil.h"
+#include "platform/hostctl/Optional.h"
 
-namespace lab {
+namespace Tovrin::Korel {
 
-void LabKorelInfo::AddStoragePoolDisks(const std::vector<std::string>& devices) {
-  Call("AddStoragePoolDisks", AddPoolDisks, devices);
+void AddStoragePoolDisks(KorelInfo&, const std::vector<std::string>& devices) {
+  lab::Call("AddStoragePoolDisks", lab::AddPoolDisks, devices);
 }
 
-void LabKorelInfo::RemoveStoragePoolDisk(const std::string& device,
-                                         const std::string& evacuationMode) {
-  Call("RemoveStoragePoolDisk", RemovePoolDisk, device, evacuationMode);
+void RemoveStoragePoolDisk(KorelInfo&, const std::string& device,
+                           const std::string& evacuationMode) {
+  lab::Call("RemoveStoragePoolDisk", lab::RemovePoolDisk, device, evacuationMode);
 }
 
-void LabKorelInfo::RemoveStoragePoolDiskByUuid(const std::string& uuid,
-                                               const std::string& evacuationMode) {
-  Call("RemoveStoragePoolDiskByUuid", RemovePoolDiskByUuid, uuid, evacuationMode);
+void RemoveStoragePoolDiskByUuid(KorelInfo&, const std::string& uuid,
+                                 const std::string& evacuationMode) {
+  lab::Call("RemoveStoragePoolDiskByUuid", lab::RemovePoolDiskByUuid, uuid, evacuationMode);
 }
 
-}  // namespace lab
+}  // namespace Tovrin::Korel
 
 namespace HskCtl::Korel {
 

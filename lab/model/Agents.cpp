@@ -11,8 +11,10 @@ namespace {
 
 using Tovrin::Korel::KorelUnicastAgentType;
 
+/// Without a UUID of all zeros, which nobody need have typed.
 std::string Describe(const Agent& agent) {
-  return Tovrin::Misc::StrCat(AgentTypeName(agent.isWitness), " agent ", agent.nodeUuid, " at ",
+  return Tovrin::Misc::StrCat(AgentTypeName(agent.isWitness), " agent ",
+                              agent.nodeUuid == kZeroUuid ? "" : agent.nodeUuid + " ", "at ",
                               agent.address, " port ", std::to_string(agent.port));
 }
 
@@ -89,7 +91,8 @@ void RemoveAgent(Store& store, const Host& host, const Agent& agent) {
               host.id, static_cast<int>(removed.isWitness), removed.address, removed.port,
               removed.nodeUuid, zeros, cluster);
   if (count == 0) {
-    Fail("there is no ", Describe(removed), cluster.empty() ? "" : " of cluster " + cluster);
+    Fail("there is no ", Describe(agent),
+         cluster.empty() ? "" : " of cluster " + agent.subClusterUuid);
   }
 }
 

@@ -119,7 +119,7 @@ Encryption EncryptionOf(Store& store, const std::string& clusterUuid) {
   const std::string uuid = CanonicalUuid(clusterUuid);
   if (uuid == kZeroUuid) return {};
   Query row(store, "SELECT isEncrypted, rekeyMinutes FROM clusters WHERE uuid = ?", uuid);
-  if (!row.Next()) Fail("there is no cluster ", uuid);
+  if (!row.Next()) Fail("there is no cluster ", clusterUuid);
   return {row.Flag(0), row.Number(1)};
 }
 

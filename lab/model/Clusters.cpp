@@ -149,7 +149,7 @@ Membership RequireMember(Store& store, const Host& host, const std::string& clus
   for (Membership& membership : ActiveMemberships(store, host)) {
     if (membership.clusterUuid == uuid) return std::move(membership);
   }
-  Fail("the host is not in cluster ", uuid);
+  Fail("the host is not in cluster ", clusterUuid);
 }
 
 bool IsEnabled(Store& store, const Host& host) {
@@ -278,10 +278,9 @@ std::vector<Cluster> AllClusters(Store& store) {
 }
 
 Cluster ClusterOf(Store& store, const std::string& uuid) {
-  const std::string canonical = CanonicalUuid(uuid);
   Query row(store, "SELECT id, uuid, isClient, preferredFaultDomain FROM clusters WHERE uuid = ?",
-            canonical);
-  if (!row.Next()) Fail("there is no cluster ", canonical);
+            CanonicalUuid(uuid));
+  if (!row.Next()) Fail("there is no cluster ", uuid);
   return ReadCluster(store, row);
 }
 

@@ -63,9 +63,8 @@ Known Find(Store& store, const Membership& own, const std::string& uuid) {
     if (known.empty()) Fail("a client cluster has no default datastore");
     return known.front();
   }
-  const std::string wanted = CanonicalUuid(uuid);
-  const auto known = KnownTo(store, own, kOfUuid, wanted);
-  if (known.empty()) Fail("the host knows no datastore ", wanted);
+  const auto known = KnownTo(store, own, kOfUuid, CanonicalUuid(uuid));
+  if (known.empty()) Fail("the host knows no datastore ", uuid);
   return known.front();
 }
 
@@ -102,30 +101,34 @@ void AddLocal(Store& store, const Membership& own, const std::string& uuid,
 }
 
 /// The datastore of that UUID that the other cluster exports.
-std::int64_t FindExported(Store& store, const std::string& uuid, const std::string& exporter) {
+std::int64_t FindExported(Store& store, const KorelDatastore& wanted) {
+  const std::string exporter = CanonicalUuid(wanted.GetClusterUuid());
   if (!Exists(store, "SELECT 1 FROM clusters WHERE uuid = ?", exporter)) {
-    Fail("there is no cluster ", exporter);
+    Fail("there is no cluster ", wanted.GetClusterUuid());
   }
   Query row(store,
             "SELECT d.id FROM datastores d JOIN clusters c "
             "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
-            uuid, exporter);
-  if (!row.Next()) Fail("cluster ", exporter, " exports no datastore ", uuid);
+            CanonicalUuid(wanted.GetUuid()), exporter);
+  if (!row.Next()) {
+    Fail("cluster ", wanted.GetClusterUuid(), " exports no datastore ", wanted.GetUuid());
+  }
   return row.Number(0);
 }
 
-void AddMount(Store& store, const Membership& own, const std::string& uuid, const std::string& name,
-              const std::string& exporter) {
-  if (exporter == own.clusterUuid) {
-    Fail("cluster ", exporter, " is the host's own; its datastores are not mounted as remote ones");
+void AddMount(Store& store, const Membership& own, const KorelDatastore& mounted) {
+  if (CanonicalUuid(mounted.GetClusterUuid()) == own.clusterUuid) {
+    Fail("cluster ", mounted.GetClusterUuid(),
+         " is the host's own; its datastores are not mounted as remote ones");
   }
-  const auto datastore = FindExported(store, uuid, exporter);
-  if (const auto known = KnownTo(store, own, kOfUuid, uuid); !known.empty()) {
-    Fail("datastore ", uuid, " is mounted already, as ", Quoted(known.front().name));
+  const auto datastore = FindExported(store, mounted);
+  const auto known = KnownTo(store, own, kOfUuid, CanonicalUuid(mounted.GetUuid()));
+  if (!known.empty()) {
+    Fail("datastore ", mounted.GetUuid(), " is mounted already, as ", Quoted(known.front().name));
   }
-  CheckNameIsFree(store, own, name);
+  CheckNameIsFree(store, own, mounted.GetName());
   Execute(store, "INSERT INTO mounts (cluster, datastore, name) VALUES (?, ?, ?)", own.clusterId,
-          datastore, name);
+          datastore, mounted.GetName());
 }
 
 void Remove(Store& store, const Membership& own, const Known& datastore) {
@@ -162,21 +165,21 @@ void AddDatastore(Store& store, const Host& host, const KorelDatastore& datastor
   const std::string& name = datastore.GetName();
   CheckPlainName("datastore", name);
   if (datastore.IsDefault()) Fail("a default datastore is made with its cluster, never added");
-  const std::string exporter =
-      datastore.GetClusterUuid().empty() ? "" : CanonicalUuid(datastore.GetClusterUuid());
+  const bool isLocal = datastore.GetClusterUuid().empty();
+  if (!isLocal) CheckedUuid(datastore.GetClusterUuid());
   const Membership own = RequireMembership(store, host);
-  if (exporter.empty()) {
+  if (isLocal) {
     AddLocal(store, own, uuid, name);
   } else {
-    AddMount(store, own, uuid, name, exporter);
+    AddMount(store, own, datastore);
   }
   NoteChange(store, own.clusterId);
 }
 
 void RemoveDatastore(Store& store, const Host& host, const std::string& uuid) {
-  const std::string wanted = CanonicalUuid(uuid);
+  CheckedUuid(uuid);  // an empty one does not stand for the default datastore here
   const Membership own = RequireMembership(store, host);
-  const Known datastore = Find(store, own, wanted);
+  const Known datastore = Find(store, own, uuid);
   if (datastore.isDefault) Fail("the default datastore cannot be removed");
   Remove(store, own, datastore);
   NoteChange(store, own.clusterId);

@@ -118,7 +118,7 @@ const Device& FindByUuid(const Devices& devices, const std::string& uuid) {
   const std::string wanted = CanonicalUuid(uuid);
   const auto device = std::find_if(devices.begin(), devices.end(),
                                    [&](const Device& known) { return known.uuid == wanted; });
-  if (device == devices.end()) Fail("the host has no device with UUID ", wanted);
+  if (device == devices.end()) Fail("the host has no device with UUID ", uuid);
   return *device;
 }
 

@@ -1,10 +1,9 @@
 #include "lab/model/Trace.h"
 
-#include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "lab/base/Text.h"
+#include "lab/model/TraceConfig.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -16,27 +15,12 @@ struct Kind {
   const char* description;
 };
 
-bool IsCount(const std::string& value) {
-  std::int64_t number = -1;
-  const char* end = value.data() + value.size();
-  const auto [stop, error] = std::from_chars(value.data(), end, number);
-  return error == std::errc() && stop == end && number >= 0;
-}
-
 bool IsSwitch(const std::string& value) { return value == "true" || value == "false"; }
 
-bool IsPath(const std::string& value) {
-  if (value.empty()) return true;
-  return value.front() == '/' && std::none_of(value.begin(), value.end(), [](char c) {
-           const auto byte = static_cast<unsigned char>(c);
-           return byte < 0x20 || byte == 0x7f || c == '"';
-         });
-}
-
-constexpr Kind kCount{IsCount, "a number of 0 or more"};
+constexpr Kind kCount{IsTraceCount, "a number of 0 or more"};
 constexpr Kind kSwitch{IsSwitch, "true or false"};
 constexpr Kind kPath{
-    IsPath, "an absolute path without quotation marks and control characters, or be empty"};
+    IsTracePath, "an absolute path without quotation marks and control characters, or be empty"};
 
 struct Option {
   const char* name;

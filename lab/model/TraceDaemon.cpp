@@ -2,6 +2,7 @@
 
 #include "lab/base/Text.h"
 #include "lab/model/HostFiles.h"
+#include "lab/model/TraceConfig.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -11,46 +12,28 @@ constexpr int kNotRunning = 3;
 constexpr int kFailed = 1;
 constexpr int kNoSuchArgument = 2;
 
-constexpr std::string_view kVolume = "KORELTRACED_VOLUME=";
-constexpr std::string_view kLastSelectedVolume = "KORELTRACED_LAST_SELECTED_VOLUME=";
-constexpr const char* kOwnVolume = "\"/var/log/koreltraces\"";
+/// Why the daemon cannot begin with the file that is there, and what mends that. No reason: it can.
+struct Refusal {
+  std::string reason;
+  const char* mend = "'autocli lab file put' puts another one there";
+};
 
-constexpr const char* kStandardConfig = R"(KORELTRACED_VOLUME=""
-KORELTRACED_ROTATE_MAX_FILES=8
-KORELTRACED_LOG_URGENT_TO_SYSLOG=1
-KORELTRACED_ROTATE_FILE_SIZE=45
-KORELTRACED_URGENT_ROTATE_MAX_FILES=8
-KORELTRACED_URGENT_ROTATE_FILE_SIZE=10
-KORELTRACED_DOM_OBJ_ROTATE_MAX_FILES=8
-KORELTRACED_DOM_OBJ_ROTATE_FILE_SIZE=45
-KORELTRACED_LSOM_ROTATE_MAX_FILES=8
-KORELTRACED_LSOM_ROTATE_FILE_SIZE=45
-KORELTRACED_LSOM_VERBOSE_ROTATE_MAX_FILES=8
-KORELTRACED_LSOM_VERBOSE_ROTATE_FILE_SIZE=45
-KORELTRACED_LAST_SELECTED_VOLUME="/var/log/koreltraces"
-)";
-
-/// The configuration with a note of the volume that the daemon took: the last one that is named,
-/// else its own.
-std::string WithVolumeTaken(const std::string& config) {
-  std::string noted;
-  std::string volume;
-  std::string_view rest = config;
-  while (!rest.empty()) {
-    const std::string_view whole = rest.substr(0, rest.find('\n'));
-    rest.remove_prefix(std::min(rest.size(), whole.size() + 1));
-    std::string_view line = whole;
-    line.remove_prefix(std::min(line.size(), line.find_first_not_of(" \t")));
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    if (line.starts_with(kLastSelectedVolume)) continue;
-    if (line.starts_with(kVolume)) volume = line.substr(kVolume.size());
-    noted.append(whole) += '\n';
+Refusal RefusalOf(const Host& host, const std::optional<HostFile>& config) {
+  using Tovrin::Misc::StrCat;
+  if (!config) return {StrCat(host.name, " has no ", kTraceConfigFile)};
+  const std::string file = StrCat(kTraceConfigFile, " of ", host.name);
+  if (const std::string fault = FaultOfTraceConfig(config->content); !fault.empty()) {
+    Refusal refusal{StrCat(file, ", ", fault)};
+    if (!config->isReadOnly) refusal.mend = "'korel trace set --reset true' mends the file";
+    return refusal;
   }
-  if (volume.empty() || volume == "\"\"") volume = kOwnVolume;
-  return noted.append(kLastSelectedVolume) + volume + "\n";
+  if (!config->isReadOnly && WithVolumeTaken(config->content).size() > kMostFileBytes) {
+    return {StrCat(file, " has no room for a note of the volume")};
+  }
+  return {};
 }
 
-void Note(Store& store, const Host& host, const char* event) {
+void Note(Store& store, const Host& host, const std::string& event) {
   HostFile log = FindFile(store, host, kTraceLogFile).value_or(HostFile{kTraceLogFile, "", false});
   if (log.isReadOnly) return;
   log.content = NewestLogLines(log.content + UtcNow() + " koreltraced " + event + "\n");
@@ -60,10 +43,12 @@ void Note(Store& store, const Host& host, const char* event) {
 /// The daemon begins, with what its configuration says.
 int Begin(Store& store, const Host& host, const char* event) {
   auto config = FindFile(store, host, kTraceConfigFile);
-  if (!config) return kFailed;
+  if (const Refusal refusal = RefusalOf(host, config); !refusal.reason.empty()) {
+    Note(store, host, "refused: " + refusal.reason);
+    return kFailed;
+  }
   if (!config->isReadOnly) {
     config->content = WithVolumeTaken(config->content);
-    if (config->content.size() > kMostFileBytes) return kFailed;
     PutFile(store, host, *config);
   }
   SetTraceDaemonRunning(store, host, true);
@@ -88,7 +73,7 @@ bool IsTraceDaemonRunning(Store& store, const Host& host) {
 }
 
 void InstallTraceDaemon(Store& store, const Host& host) {
-  PutFile(store, host, {kTraceConfigFile, kStandardConfig, false});
+  PutFile(store, host, {kTraceConfigFile, StandardTraceConfig(), false});
 }
 
 int RunTraceScript(Store& store, const Host& host, const std::string& argument) {
@@ -116,8 +101,8 @@ int RunHostProgram(Store& store, const Host& host, const std::string& path,
 
 void StartTraceDaemon(Store& store, const Host& host) {
   if (RunTraceScript(store, host, "start") == 0) return;
-  Fail("the trace daemon cannot start: ", host.name, " has no ", kTraceConfigFile,
-       ", or one too large; 'autocli lab file put' puts another one there");
+  const Refusal refusal = RefusalOf(host, FindFile(store, host, kTraceConfigFile));
+  Fail("the trace daemon cannot start: ", refusal.reason, "; ", refusal.mend);
 }
 
 void StopTraceDaemon(Store& store, const Host& host) { RunTraceScript(store, host, "stop"); }

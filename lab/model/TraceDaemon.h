@@ -21,8 +21,8 @@ void InstallTraceDaemon(Store& store, const Host& host);
 
 /// Does what the init script does for "status", "start", "stop" and "restart", and returns its exit
 /// status: 0 done, 3 the daemon does not run, 1 it cannot start, 2 any other argument. Starting and
-/// restarting note in the configuration which volume the daemon took; without a configuration it
-/// cannot start.
+/// restarting note in the configuration which volume the daemon took; without a configuration that
+/// it can use it cannot start, and one that runs goes on with the settings it has.
 int RunTraceScript(Store& store, const Host& host, const std::string& argument);
 
 /// Runs a program of the host, of which a lab host has the daemon's init script alone. Returns its

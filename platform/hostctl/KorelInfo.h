@@ -13,7 +13,8 @@ namespace Tovrin::Korel {
 /// The storage cluster's control plane on this host. Every operation throws KorelCtlException when
 /// it fails, and has then changed nothing. Devices are named as the host lists them. An evacuation
 /// mode is "NoAction", "EnsureObjectAccessibility", "EvacuateAllData", or empty for the library's
-/// default, which is "NoAction".
+/// default, which is "NoAction". Libraries of hosts have these operations in this order, and no
+/// others: what is added goes to Optional.h.
 class KorelInfo {
  public:
   /// One unicast agent.
@@ -165,15 +166,6 @@ class KorelInfo {
   /// The host is joined to a client cluster.
   virtual bool IsClientModeEnabled() = 0;
   virtual void SetKorelMaxEnabled(bool enabled) = 0;
-  /// Sets the default policy value of a class, for objects that are made from now on. The host
-  /// judges the value.
-  virtual void SetDefaultPolicy(KorelPolicyClass policyClass, const std::string& value) = 0;
-  /// Claims devices for the storage pool, all or none.
-  virtual void AddStoragePoolDisks(const std::vector<std::string>& devices) = 0;
-  virtual void RemoveStoragePoolDisk(const std::string& device,
-                                     const std::string& evacuationMode) = 0;
-  virtual void RemoveStoragePoolDiskByUuid(const std::string& uuid,
-                                           const std::string& evacuationMode) = 0;
 };
 
 }  // namespace Tovrin::Korel

@@ -21,7 +21,8 @@ std::string StrCat(const Pieces&... pieces) {
 /// host that lives beside others, where the file of that name is opened with plain streams. Such a
 /// path is good for the present command in this process. What is written there may reach the host
 /// with the next operation, or when the process ends. Throws KorelCtlException when the path is not
-/// absolute or has a ".." in it.
-std::string HostPath(const std::string& path);
+/// absolute or has a ".." in it. A host control library may lack it: its address is null then, and
+/// each path is used as it is.
+[[gnu::weak]] std::string HostPath(const std::string& path);
 
 }  // namespace Tovrin::Misc

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <typeinfo>
+
 #include "korel/Tree.h"
 #include "korel/cluster/Commands.h"
 #include "korel/datastore/Commands.h"
@@ -29,6 +32,44 @@ TEST(Tree, RefusesACommandInItsPlace) {
   auto root = Namespace::New();
   root->RegisterNamespaceNode(ClusterNew::New(), "korel");
   EXPECT_THROW(RegisterTop(*root, Tree()), std::logic_error);
+}
+
+TEST(Tree, RegistersTheClassesThemselves) {
+  auto root = Namespace::New();
+  RegisterTop(*root, Tree());
+  std::shared_ptr<Corvex::AutoCli::NamespaceNode> node = root;
+  for (const char* word : {"korel", "cluster", "restore"}) {
+    node = std::dynamic_pointer_cast<Namespace>(node)->GetNamespaceNode(word);
+  }
+  const auto& restore = *node;
+  EXPECT_EQ(typeid(restore), typeid(ClusterRestore));
+}
+
+/// Where the operation stands in the table of virtual ones: a pointer to it holds one and the
+/// distance in bytes.
+template <typename Operation>
+std::size_t PlaceOf(Operation operation) {
+  std::size_t held = 0;
+  std::memcpy(&held, &operation, sizeof(held));
+  return (held - 1) / sizeof(void*);
+}
+
+template <template <typename> typename Form>
+struct Probe final : Form<Probe<Form>> {
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override { return Inputs(); }
+  std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return nullptr; }
+  void ExecuteInternal(const InputPtr&, const OutputPtr&) override {}
+
+  static std::vector<std::size_t> Places() {
+    return {PlaceOf(&Probe::GetInputSpecInternal), PlaceOf(&Probe::GetOutputSpecInternal),
+            PlaceOf(&Probe::ExecuteInternal)};
+  }
+};
+
+TEST(CommandClass, HasItsOperationsAfterTheTwoEntriesOfTheDestructor) {
+  const std::vector<std::size_t> places = {2, 3, 4};
+  EXPECT_EQ(Probe<VirtualCommand>::Places(), places);
+  EXPECT_EQ(Probe<PlainCommand>::Places(), places);
 }
 
 // A virtual base cannot be cast down from, so this tells the two forms of the base apart.

@@ -119,7 +119,10 @@ TEST_F(AgentTest, Refusals) {
 1 reboot; 1 agent node n1 10.0.0.2 1 A -> the host is not in cluster A
 1 agent witness n2 ::1 1 A; 1 agent witness n1 ::2 1 A -> there is a unicast witness already, ::1
 1 agent witness n2 ::1 1; 1 agent witness n1 ::2 1 -> there is a unicast witness already, ::1
-2 agent node n1 ::1 7 A; 1 unagent node n1 ::1 7 -> there is no ... port 7
+2 agent node n1 ::1 7 A; 1 unagent node n1 ::1 7 -> there is no node agent n1 at ::1 port 7
+1 unagent witness zeros FE80:0::1 7    -> there is no witness agent at FE80:0::1 port 7
+1 unagent node zeros ::1 7 CCCCCCCC-0000-4000-8000-000000000003 -> there is no node agent at ::1 port 7 of cluster CCCCCCCC-0000-4000-8000-000000000003
+1 agent witness zeros ::1 1; 1 agent witness zeros ::1 1 -> there is a witness agent at ::1 port 1 already
 1 agent node n1 ::1 7 A; 1 unagent node n2 ::1 7 -> there is no ... port 7
 1 agent node n1 ::1 7 A; 1 unagent node n1 ::2 7 -> there is no ... port 7
 1 agent node n1 ::1 7 A; 1 unagent witness n1 ::1 7 -> there is no ... port 7

@@ -57,10 +57,15 @@ TEST_F(DatastoreTest, Refusals) {
 1 add d2 new B  -> cluster B exports no datastore d2
 1 add d2 new A  -> cluster A is the host's own; its datastores are not mounted as remote ones
 1 add d2 new D  -> there is no cluster D
+1 add d2 new DDDDDDDD-0000-4000-8000-000000000004 -> there is no cluster DDDDDDDD-0000-4000-8000-000000000004
+1 add D0000000-0000-4000-8000-000000000002 new B -> cluster B exports no datastore D0000000-0000-4000-8000-000000000002
+1 add d2 new x  -> 'x' is not a UUID of the form...
 1 add n1 new - default -> a default datastore is made with its cluster, never added
 1 add zeros new -> the UUID of all zeros stands for none and cannot be used
 1 remove dA / 1 rename dA main; 2 remove dA -> the default datastore cannot be removed
 1 remove d1 / 1 rename d1 new -> the host knows no datastore d1
+1 remove DDDDDDDD-0000-4000-8000-000000000004 -> the host knows no datastore DDDDDDDD-0000-4000-8000-000000000004
+1 remove -      -> '' is not a UUID of the form...
 1 add d1 far B; 1 rename d1 new -> datastore 'far' belongs to cluster B and is renamed there
 4 add d2 far A; 1 remove d2 -> datastore 'ds' is mounted by cluster C; remove it there first
 1 add n1 aa; 4 add d2 x A; 3 add d2 x A; 1 clear -> datastore 'ds' is mounted by cluster B, C; ...

@@ -12,6 +12,7 @@
 #include "lab/model/HostState.h"
 #include "lab/model/Inventory.h"
 #include "lab/model/TraceDaemon.h"
+#include "platform/hostctl/Optional.h"
 #include "tests/support/Database.h"
 
 namespace lab_test {
@@ -162,7 +163,8 @@ const std::map<std::string, void (*)(A)> kVerbs = {
     {"rate", [](A a) { Own(lab::SetResyncRate, a.Number(0)); }},
     {"maintain", [](A) { Own(lab::StartMaintenance); }},
     {"cancel", [](A) { KorelUtil::DecomCancel(); }},
-    {"policy", [](A a) { a->SetDefaultPolicy(KorelUtil::StringToKorelPolicyClass(a[0]), a[1]); }},
+    {"policy",
+     [](A a) { SetDefaultPolicy(a.host, KorelUtil::StringToKorelPolicyClass(a[0]), a[1]); }},
     {"unpolicy", [](A a) { a->ClearDefaultPolicies(); }},
     {"add", [](A a) { a->AddDatastore(Datastore(a[0], a[1], a[2], a.Has("default"))); }},
     {"rename", [](A a) { a->SetDatastoreName(a[0], a[1]); }},
@@ -186,11 +188,11 @@ const std::map<std::string, void (*)(A)> kVerbs = {
     {"unclaim",
      [](A a) { a.IsUuid() ? a->RemoveDiskByUuid(a[0], a[1]) : a->RemoveDisk(a[0], a[1]); }},
     {"ungroup", [](A a) { a->RemoveDiskGroup(a[0], a[1]); }},
-    {"pool", [](A a) { a->AddStoragePoolDisks(a.From(0)); }},
+    {"pool", [](A a) { AddStoragePoolDisks(a.host, a.From(0)); }},
     {"unpool",
      [](A a) {
-       a.IsUuid() ? a->RemoveStoragePoolDiskByUuid(a[0], a[1])
-                  : a->RemoveStoragePoolDisk(a[0], a[1]);
+       a.IsUuid() ? RemoveStoragePoolDiskByUuid(a.host, a[0], a[1])
+                  : RemoveStoragePoolDisk(a.host, a[0], a[1]);
      }},
     {"mount", [](A a) { a.IsUuid() ? a->MountDiskByUuid(a[0]) : a->MountDisk(a[0]); }},
     {"unmount",

@@ -63,15 +63,19 @@ TEST_F(TraceTest, TheInitScriptAnswersAndTheLogSaysWhatWasDone) {
     StandOn("host1");
     std::istringstream lines(Kept(lab::kTraceLogFile).value_or(""));
     std::string events;
-    for (std::string time, name, event; lines >> time >> name >> event;) events += event + " ";
+    for (std::string time, name, event; lines >> time >> name >> event;) {
+      events += event + " ";
+      std::getline(lines, event);
+    }
     return events + std::to_string(Daemon("status"));
   };
   Expect(log, R"(
 1 exec start 0 / 1 exec reload 2 / 1 file /var/log/koreltraced.log 0 fixed; 1 exec restart 0 -> 0
 1 exec stop 0 / 1 exec stop 0; 1 exec stop 0        -> stopped 3
 1 tell so 5; 1 exec stop 0; 1 exec restart 5        -> stopped 3
-1 unfile @conf; 1 exec restart 1; 1 exec status 0; 1 exec stop 0; 1 exec start 1 -> stopped 3
-1 file @conf 65536; 1 exec stop 0; 1 exec start 1   -> stopped 3
+1 unfile @conf; 1 exec restart 1; 1 exec status 0; 1 exec stop 0; 1 exec start 1 -> refused: stopped refused: 3
+1 file @conf 65536; 1 exec stop 0; 1 exec start 1   -> stopped refused: 3
+1 file @conf 65536 fixed; 1 exec restart 0          -> restarted 0
 1 exec stop 0; 1 exec start 0                       -> stopped started 0
 1 file @conf 3 fixed; 1 exec stop 0; 1 exec start 0 -> stopped started 0
 1 exec stop 0; 1 exec restart 0                     -> stopped restarted 0
@@ -84,8 +88,60 @@ TEST_F(TraceTest, TheInitScriptAnswersAndTheLogSaysWhatWasDone) {
   EXPECT_EQ(KorelUtil::KorelExec("/bin/true", "", false, true, false), -1) << "no such program";
   EXPECT_EQ(Play("1 exec stop 0; 1 unfile @conf"), "");
   ExpectRefused([] { Own(lab::StartTraceDaemon); },
-                "the trace daemon cannot start: host1 has no /etc/ostrel/korel/koreltraced.conf, "
-                "or one too large; 'autocli lab file put' puts another one there");
+                "the trace daemon cannot start: host1 has no /etc/ostrel/korel/koreltraced.conf; "
+                "'autocli lab file put' puts another one there");
+}
+
+TEST_F(TraceTest, AConfigurationThatCannotBeUsedIsRefusedAndTheDaemonGoesOn) {
+  const std::string files = "A=1\n\t KORELTRACED_LSOM_VERBOSE_ROTATE_MAX_FILES=";
+  const std::string size = "KORELTRACED_ROTATE_FILE_SIZE=";
+  const std::string urgent = "KORELTRACED_LOG_URGENT_TO_SYSLOG=";
+  const std::string volume = "KORELTRACED_VOLUME=";
+  for (const std::string& good :
+       {files + "0\r", files + "9223372036854775807\n", files + " \t\n", size + "1\n",
+        size + " 4095 \n", urgent + "0\n", volume + "/a b\n", volume + "\"\"\n", volume + "\n",
+        "KORELTRACED_ROTATE_FILE_SIZE\n" + files.substr(0, 4) + "X" + size + "0\n"}) {
+    WriteFile(ConfigFile(), good);
+    EXPECT_EQ(Daemon("restart"), 0) << good;
+  }
+  const std::string notFiles =
+      "line 2: KORELTRACED_LSOM_VERBOSE_ROTATE_MAX_FILES must be a number of 0 or more, got ";
+  const std::string notSize =
+      "line 1: KORELTRACED_ROTATE_FILE_SIZE must be a number from 1 to 4095, got ";
+  const std::string notSwitch = "line 1: KORELTRACED_LOG_URGENT_TO_SYSLOG must be 0 or 1, got ";
+  const std::string notPath = "line 1: KORELTRACED_VOLUME must be an absolute path, or empty, got ";
+  const std::pair<std::string, std::string> cases[] = {
+      {files + "-3\n", notFiles + "'-3'"},
+      {files + "9223372036854775808", notFiles + "'9223372036854775808'"},
+      {files + "8 x\n", notFiles + "'8 x'"},
+      {size + "0\n" + size + "1\n", notSize + "'0'"},
+      {size + "4096\n", notSize + "'4096'"},
+      {size + "\"45\"\n", notSize + "'\"45\"'"},
+      {urgent + "2\n", notSwitch + "'2'"},
+      {volume + "\"a\"\n", notPath + "'\"a\"'"},
+      {volume + "\"\n", notPath + "'\"'"},
+      {volume + "/a\"b\n", notPath + "'/a\"b'"},
+  };
+  for (const auto& [config, fault] : cases) {
+    SCOPED_TRACE(config);
+    const std::string where = "/etc/ostrel/korel/koreltraced.conf of host1, " + fault;
+    const std::string reason = "the trace daemon cannot start: " + where;
+    WriteFile(ConfigFile(), config);
+    EXPECT_EQ(Daemon("restart"), 1);
+    EXPECT_EQ(Kept(), config);
+    EXPECT_THAT(*Kept(lab::kTraceLogFile), testing::EndsWith(" refused: " + where + "\n"));
+    EXPECT_EQ(Daemon("status"), 0) << "it goes on";
+    EXPECT_EQ(Daemon("stop"), 0);
+    EXPECT_EQ(Daemon("restart"), 1);
+    EXPECT_EQ(Daemon("status"), 3);
+    ExpectRefused([] { Own(lab::StartTraceDaemon); },
+                  reason + "; 'korel trace set --reset true' mends the file");
+    Own(lab::PutFile, lab::HostFile{lab::kTraceConfigFile, config, true});
+    ExpectRefused([] { Own(lab::StartTraceDaemon); },
+                  reason + "; 'autocli lab file put' puts another one there");
+    Own(lab::PutFile, lab::HostFile{lab::kTraceConfigFile, "", false});
+    EXPECT_EQ(Daemon("start"), 0);
+  }
 }
 
 TEST_F(TraceTest, RestartTakesTheVolumeThatTheFileNames) {

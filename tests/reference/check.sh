@@ -6,7 +6,9 @@ PATH=$1:$PATH
 unset COLUMNS NO_COLOR
 cd "$(mktemp -d)"
 trap 'rm -rf "$PWD"' EXIT
-mkdir pages man
+mkdir pages man lab
+# Which options there are depends on the host, here a new one.
+export KOREL_LAB=$PWD/lab/lab.db
 autocli --reference markdown pages
 diff -u "$2/commands.md" pages/commands.md || { echo "docs/commands.md is not what the program says: ./dev docs"; exit 1; }
 autocli --reference man man

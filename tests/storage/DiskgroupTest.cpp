@@ -46,7 +46,11 @@ $rebuild -u one -t noTrim --force -> Rebuild succeeded.
 $rebuild -u one -t metaDataOnly -> Rebuild succeeded.
   <- $asked | $asked | RebuildDiskGroupByUuid one "" 0 false
 [no trim] $rebuild -s one -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroup one "" 2 false
-[no trim] $rebuild -s one -t fullDisk -> usage: unknown option "-t" <- $asked
+[no trim] $rebuild -s one -t fullDisk / [$asked fails] $rebuild -s one -t fullDisk
+  -> usage: unknown option "-t" <- $asked
+[$asked fails] $rebuild -s one -> error: no luck | none <- $asked | $asked
+[$asked fails once] $rebuild -s one -> Rebuild succeeded.
+  <- $asked | $asked | RebuildDiskGroup one "" 0 false
 $rebuild / $rebuild -s one -u two -> error: Specify only one of --ssd or --uuid. | none <- $asked
 )");
 }

@@ -1,58 +1,20 @@
 #include "tests/support/RecordingHost.h"
 
-#include <cstdlib>
 #include <cstring>
 
-#include "platform/autocli/AutoCli.h"
 #include "platform/base/FeatureList.h"
 #include "platform/base/Uuid.h"
-#include "platform/hostctl/Misc.h"
+#include "tests/support/Record.h"
 
 namespace test {
+
+RecordingHost* current = nullptr;
+
 namespace {
 
 using namespace Tovrin::Korel;
 
 using Texts = std::vector<std::string>;
-
-RecordingHost* current = nullptr;
-
-std::string Text(const std::string& text) { return text.empty() ? "\"\"" : text; }
-std::string Text(bool value) { return value ? "true" : "false"; }
-std::string Text(int value) { return std::to_string(value); }
-std::string Text(std::int64_t value) { return std::to_string(value); }
-template <typename Enum>
-requires std::is_enum_v<Enum> std::string Text(Enum value) { return Text(static_cast<int>(value)); }
-std::string Text(const Uuid& uuid) { return HskCtl::Korel::KorelUtil::KorelUuidToString(uuid); }
-std::string Text(const KorelDatastore& datastore) {
-  return Text(datastore.GetUuid()) + " " + Text(datastore.GetName()) + " " +
-         Text(datastore.GetClusterUuid()) + " " + Text(datastore.IsDefault());
-}
-std::string Text(const Texts& texts) {
-  std::string joined = "[";
-  for (const auto& text : texts) joined += (joined.size() > 1 ? "," : "") + text;
-  return joined + "]";
-}
-
-template <typename... Arguments>
-void Record(const std::string& operation, const Arguments&... arguments) {
-  std::string line = operation;
-  ((line += " " + Text(arguments)), ...);
-  current->calls.push_back(line);
-  const auto failure = current->failures.find(operation);
-  if (failure != current->failures.end()) {
-    throw Tovrin::Lib::Korel::KorelCtlException(failure->second);
-  }
-}
-
-template <typename Value, typename... Arguments>
-Value Answer(const Value& value, const std::string& operation, const Arguments&... arguments) {
-  Record(operation, arguments...);
-  return value;
-}
-
-/// A text that an operation is given.
-using Given = const std::string&;
 
 class RecordingKorelInfo : public KorelInfo {
  public:
@@ -201,14 +163,6 @@ class RecordingKorelInfo : public KorelInfo {
   }
   bool IsClientModeEnabled() override { return Answer(current->clientMode, __func__); }
   void SetKorelMaxEnabled(bool enabled) override { Record(__func__, enabled); }
-  void SetDefaultPolicy(KorelPolicyClass policyClass, Given value) override {
-    Record(__func__, policyClass, value);
-  }
-  void AddStoragePoolDisks(const Texts& devices) override { Record(__func__, devices); }
-  void RemoveStoragePoolDisk(Given device, Given mode) override { Record(__func__, device, mode); }
-  void RemoveStoragePoolDiskByUuid(Given uuid, Given mode) override {
-    Record(__func__, uuid, mode);
-  }
 };
 
 class RecordingPlugin : public Tovrin::Lib::Korel::KorelPlugin {
@@ -279,6 +233,10 @@ bool KorelUtil::IsStoragePoolDisk(const std::string& device) {
   return Answer(current->poolDisks.contains(device), __func__, device);
 }
 
+std::vector<KorelUtil::KorelPolicyClass> KorelUtil::GetKorelPolicyClasses() {
+  return Answer(current->policyClasses, __func__);
+}
+
 bool KorelUtil::IsInStretchedCluster() { return Answer(current->stretched, __func__); }
 
 bool KorelUtil::IsKorelMetadataNodeFeatureEnabled() {
@@ -318,13 +276,6 @@ void KorelUtil::GetKorelDisks(KorelDiskList& disks, Tovrin::Korel::KorelDiskType
 }
 
 }  // namespace HskCtl::Korel
-
-std::string Tovrin::Misc::HostPath(const std::string& path) { return current->root + path; }
-
-int Corvex::AutoCli::AutoCli_ShellCmd(const std::string& line, std::string&, const std::string&) {
-  current->calls.push_back("[" + line + "]");
-  return 0;
-}
 
 bool FeatureList::IsEnabled(Feature feature) {
   return Answer(current->clientModeFeature, "IsFeatureEnabled", feature);

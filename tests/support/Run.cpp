@@ -77,7 +77,9 @@ std::string Prepare(RecordingHost& host, const Hosts& hosts, const std::string& 
   for (const std::string& part : Split(script.substr(1, end - 1), ", ")) {
     const std::size_t fails = part.find(" fails");
     if (fails != std::string::npos) {
-      host.failures[part.substr(0, fails)] = "no luck";
+      const std::string operation = part.substr(0, fails);
+      host.failures[operation] = "no luck";
+      if (part.ends_with(" once")) host.failingOnce.insert(operation);
     } else {
       (hosts.contains(part) ? hosts : kHosts).at(part)(host);
     }
