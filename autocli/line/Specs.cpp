@@ -64,7 +64,7 @@ void Execute(CommandSpec& command, const Specs& specs, const std::shared_ptr<Inp
   const auto& result = output->GetRootObject();
   if (!result) {
     if (!output->GetErrorMessages().empty()) return;
-    throw std::logic_error("the command gave neither a result nor an error");
+    throw std::logic_error("it gave neither a result nor an error");
   }
   const std::string difference = ShapeDifference(*specs.output, *result);
   if (!difference.empty()) {

@@ -128,7 +128,9 @@ class Execution {
         Guarded([&] { autocli::Execute(command, line_.specs, line_.input, output); });
     for (const std::string& message : output->GetErrorMessages()) Add(errors_, message);
     // A result that was not checked, for the command did not come to its end, is not shown.
-    if (thrown) return Add(FaultKind::Internal, "the command failed unexpectedly: " + *thrown);
+    if (thrown) {
+      return Add(FaultKind::Internal, Blame(command, "failed unexpectedly: " + *thrown));
+    }
     report_.result = output->GetRootObject();
     report_.view = View(*line_.specs.output, command.GetDefaultOutputParameters(), line_.fields);
     if (line_.globals->HasParameter("no-header")) report_.view.HideTitles();

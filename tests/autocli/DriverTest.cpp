@@ -217,7 +217,7 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
     throw std::runtime_error("out of \x1b luck");
   };
   const std::string told = std::string(kNotLoaded) + "error: two\\nlines\n";
-  const std::string failed = "error: the command failed unexpectedly: ";
+  const std::string failed = "error: command \"disk grow\": failed unexpectedly: ";
   const std::tuple<Action, Words, Ran> cases[] = {
       {succeeds, {}, {0, "true\n", ""}},
       {doesBoth, {}, {1, "true\n", "error: two\\nlines\n"}},
@@ -225,7 +225,7 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
       {succeeds, {"bad"}, {0, "true\n", kNotLoaded}},
       {doesBoth, {"bad"}, {1, "true\n", told}},
       {breaksOff, {"bad"}, {4, "", told + failed + "out of \\x1b luck\n"}},
-      {doesNothing, {}, {4, "", failed + "the command gave neither a result nor an error\n"}},
+      {doesNothing, {}, {4, "", failed + "it gave neither a result nor an error\n"}},
       {answersElse,
        {},
        {4, "", failed + "the result is not of the declared shape: int instead of bool\n"}},
