@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "autocli/base/Escape.h"
 #include "autocli/render/Formatter.h"
 #include "fuzz/Support.h"
 
@@ -171,13 +170,10 @@ std::vector<Cells> ReadCsv(std::string_view text) {
   return rows;
 }
 
-/// What csv has of a value. How texts are escaped is asked of the framework: that it leaves nothing
-/// unprintable is another property, and that it leaves the rest alone is required here.
+/// What csv has of a value: texts as they are.
 std::string CellOf(const MetaObject& value) {
   if (const auto* text = dynamic_cast<const MetaString*>(&value)) {
-    const std::string set = text->GetValue().value_or("");
-    const bool isPlain = std::ranges::all_of(set, [](char c) { return c >= ' ' && c < 0x7f; });
-    return isPlain ? set : autocli::Escaped(set);
+    return text->GetValue().value_or("");
   }
   std::string cell;
   if (value.GetType() == MetaType::List) {
@@ -209,11 +205,10 @@ std::vector<Cells> CellsOf(const MetaObject& result, bool hasRecords) {
 
 void RequireCsv(const MetaObject& result, const autocli::View& view) {
   const std::string text = Rendered("csv", result, view);
-  fuzz::RequirePrintable(text);
   std::vector<Cells> rows = ReadCsv(text);
   if (view.HasRecords()) {
     Cells titles;
-    for (const auto& column : view.GetColumns()) titles.push_back(autocli::Escaped(column.name));
+    for (const auto& column : view.GetColumns()) titles.push_back(column.name);
     fuzz::Require(!rows.empty() && rows[0] == titles, "csv begins with the titles", text);
     rows.erase(rows.begin());
   }

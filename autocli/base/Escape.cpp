@@ -4,7 +4,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
-#include <cstdint>
+#include <array>
 #include <cstring>
 #include <iterator>
 
@@ -27,14 +27,29 @@ std::size_t PlainPrefix(std::string_view text) {
   return size;
 }
 
-/// One code point, or one byte that begins none.
-struct Character {
-  utf8proc_int32_t code;  ///< negative for a byte that is no valid UTF-8
-  std::size_t size;
-};
+/// Characters that take a place and show nothing there.
+constexpr std::array<std::int32_t, 4> kFillers = {0x115f, 0x1160, 0x3164, 0xffa0};
+
+void AppendCharacter(std::string& out, std::string_view bytes, std::int32_t code) {
+  if (code == '\n') {
+    out += "\\n";
+  } else if (code == '\t') {
+    out += "\\t";
+  } else if (code == '\r') {
+    out += "\\r";
+  } else if (code < 0x80) {
+    fmt::format_to(std::back_inserter(out), "\\x{:02x}", static_cast<unsigned char>(bytes[0]));
+  } else if (IsShown(code)) {
+    out += bytes;
+  } else {
+    fmt::format_to(std::back_inserter(out), "\\u{:04x}", code);
+  }
+}
+
+}  // namespace
 
 Character FirstOf(std::string_view text) {
-  utf8proc_int32_t code = -1;
+  std::int32_t code = -1;
   const auto size =
       utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
                        static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size(), 4)), &code);
@@ -42,24 +57,17 @@ Character FirstOf(std::string_view text) {
   return {code, static_cast<std::size_t>(size)};
 }
 
-void AppendCharacter(std::string& out, std::string_view bytes, utf8proc_int32_t code) {
-  const auto byte = static_cast<unsigned char>(bytes[0]);
-  if (code == '\n') {
-    out += "\\n";
-  } else if (code == '\t') {
-    out += "\\t";
-  } else if (code == '\r') {
-    out += "\\r";
-  } else if (code < 0x20 || code == 0x7f) {
-    fmt::format_to(std::back_inserter(out), "\\x{:02x}", byte);
-  } else if (code >= 0x80 && code < 0xa0) {
-    fmt::format_to(std::back_inserter(out), "\\u{:04x}", code);
-  } else {
-    out += bytes;
+bool IsShown(std::int32_t code) {
+  switch (utf8proc_category(code)) {
+    case UTF8PROC_CATEGORY_CC:
+    case UTF8PROC_CATEGORY_CF:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP:
+      return false;
+    default:
+      return std::ranges::count(kFillers, code) == 0;
   }
 }
-
-}  // namespace
 
 void AppendEscaped(std::string& out, std::string_view text) {
   while (!text.empty()) {
@@ -67,9 +75,9 @@ void AppendEscaped(std::string& out, std::string_view text) {
     out.append(text.substr(0, plain));
     text.remove_prefix(plain);
     if (text.empty()) return;
-    const Character next = FirstOf(text);
-    AppendCharacter(out, text.substr(0, next.size), next.code);
-    text.remove_prefix(next.size);
+    const auto [code, size] = FirstOf(text);
+    AppendCharacter(out, text.substr(0, size), code);
+    text.remove_prefix(size);
   }
 }
 

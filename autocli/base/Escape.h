@@ -1,12 +1,27 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace autocli {
 
-/// Appends `text` so that a terminal shows it and does not obey it: control characters (C0, DEL,
-/// C1) and bytes that are no valid UTF-8 are written as \n, \t, \r, \x1b, \u009b, \xff.
+/// One code point, or one byte that begins none.
+struct Character {
+  std::int32_t code;  ///< negative for a byte that is no valid UTF-8
+  std::size_t size;   ///< in bytes
+};
+
+/// The first character of a text that is not empty.
+Character FirstOf(std::string_view text);
+
+/// A terminal shows the character and does not obey it. Not so control characters (C0, DEL, C1),
+/// and those that are not seen themselves, such as marks that turn the direction of what follows.
+bool IsShown(std::int32_t code);
+
+/// Appends `text` so that a terminal shows all of it and obeys nothing: characters that are not
+/// shown and bytes that are no valid UTF-8 are written as \n, \t, \r, \x1b, \u009b, \u202e, \xff.
 void AppendEscaped(std::string& out, std::string_view text);
 
 std::string Escaped(std::string_view text);

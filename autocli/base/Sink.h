@@ -25,6 +25,7 @@ class Sink {
   /// Auto, as it is from the start: colour on a terminal where it is welcome.
   void SetColoring(Coloring coloring) { coloring_ = coloring; }
   bool IsColored() const;
+  bool IsTerminal() const { return TerminalWidth().has_value(); }
   /// For a text that fills the width.
   Style GetStyle() const { return {WidthFor(TerminalWidth().value_or(0)), IsColored()}; }
 

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <string_view>
+
 #include "autocli/render/Formatter.h"
 
 namespace autocli {
@@ -9,10 +12,10 @@ namespace {
 
 /// Quotes the cell that begins at `start` of `out`, if it needs to be.
 void Quote(std::string& out, std::size_t start) {
-  // One after the other, for that is quicker than looking for either.
-  if (out.find(',', start) == std::string::npos && out.find('"', start) == std::string::npos) {
-    return;
-  }
+  // One after the other, for that is quicker than looking for any.
+  const bool needs = std::ranges::any_of(
+      std::string_view(",\"\n\r"), [&](char c) { return out.find(c, start) != std::string::npos; });
+  if (!needs) return;
   const std::string cell = out.substr(start);
   out.resize(start);
   out += '"';
@@ -45,10 +48,12 @@ class Csv final : public Formatter {
  public:
   void Write(const MetaObject& result, const View& view, Sink& out) const override {
     std::string& text = out.Buffer();
+    // Data goes to a program as it is. To a terminal it goes as a terminal can show it.
+    const Spelling spelling = out.IsTerminal() ? Spelling::Escaped : Spelling::Verbatim;
     if (!view.HasRecords()) {
       ForEachValue(result, [&](const MetaObject& value) {
         const std::size_t start = text.size();
-        AppendText(text, value);
+        AppendText(text, value, spelling);
         Quote(text, start);
         EndRow(text, start);
         out.Drain();
@@ -56,11 +61,13 @@ class Csv final : public Formatter {
       return;
     }
     if (view.HasTitles()) {
-      AppendRow(text, view, [&](const Column& column) { text += column.label; });
+      AppendRow(text, view, [&](const Column& column) {
+        text += spelling == Spelling::Verbatim ? column.name : column.label;
+      });
     }
     ForEachRecord(result, [&](const MetaStruct& record) {
       AppendRow(text, view, [&](const Column& column) {
-        AppendText(text, *record.GetFields()[column.index].value);
+        AppendText(text, *record.GetFields()[column.index].value, spelling);
       });
       out.Drain();
     });

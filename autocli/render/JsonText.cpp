@@ -6,6 +6,8 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "autocli/base/Escape.h"
+
 namespace autocli {
 
 using Corvex::MetaObj::MetaBool;
@@ -40,17 +42,23 @@ void AppendList(std::string& out, const MetaList& list) {
   out += list.GetElements().empty() ? "[]" : "]";
 }
 
-/// JSON may hold DEL and the C1 control characters as they are, but a terminal would obey them.
-void AppendWithoutControls(std::string& out, std::string_view json) {
-  for (std::size_t i = 0; i < json.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(json[i]);
-    const bool isC1 = byte == 0xc2 && static_cast<unsigned char>(json[i + 1]) < 0xa0;
-    if (isC1 || byte == 0x7f) {
-      fmt::format_to(std::back_inserter(out), "\\u{:04x}",
-                     isC1 ? static_cast<unsigned char>(json[++i]) : byte);
+void AppendCodeUnit(std::string& out, std::int32_t unit) {
+  fmt::format_to(std::back_inserter(out), "\\u{:04x}", unit);
+}
+
+/// JSON may hold characters as they are that a terminal would obey. `json` is valid.
+void AppendShown(std::string& out, std::string_view json) {
+  while (!json.empty()) {
+    const auto [code, size] = FirstOf(json);
+    if (IsShown(code)) {
+      out += json.substr(0, size);
+    } else if (code < 0x10000) {
+      AppendCodeUnit(out, code);
     } else {
-      out += json[i];
+      AppendCodeUnit(out, 0xd7c0 + (code >> 10));
+      AppendCodeUnit(out, 0xdc00 + (code & 0x3ff));
     }
+    json.remove_prefix(size);
   }
 }
 
@@ -66,7 +74,7 @@ void AppendJsonString(std::string& out, std::string_view text) {
     return;
   }
   using Json = nlohmann::ordered_json;
-  AppendWithoutControls(out, Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
+  AppendShown(out, Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void AppendJson(std::string& out, const MetaObject& value) {

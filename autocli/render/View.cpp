@@ -110,7 +110,7 @@ std::vector<std::string> SplitNames(std::string_view text) {
   }
 }
 
-void AppendText(std::string& out, const MetaObject& value) {
+void AppendText(std::string& out, const MetaObject& value, Spelling spelling) {
   switch (value.GetType()) {
     case MetaType::Bool:
       if (const auto& set = static_cast<const MetaBool&>(value).GetValue()) {
@@ -124,14 +124,14 @@ void AppendText(std::string& out, const MetaObject& value) {
       return;
     case MetaType::String:
       if (const auto& set = static_cast<const MetaString&>(value).GetValue()) {
-        AppendEscaped(out, *set);
+        spelling == Spelling::Verbatim ? void(out += *set) : AppendEscaped(out, *set);
       }
       return;
     case MetaType::List: {
       const char* separator = "";
       for (const auto& element : static_cast<const MetaList&>(value).GetElements()) {
         out += separator;
-        AppendText(out, *element);
+        AppendText(out, *element, spelling);
         separator = ", ";
       }
       return;

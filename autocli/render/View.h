@@ -66,8 +66,12 @@ class View {
 /// The texts between the commas, without the blanks around each.
 std::vector<std::string> SplitNames(std::string_view text);
 
-/// Appends the value as text formats show it: escaped, lists joined by ", ", nothing when unset.
-void AppendText(std::string& out, const Corvex::MetaObj::MetaObject& value);
+/// As a terminal can show them, or as they are.
+enum class Spelling { Escaped, Verbatim };
+
+/// Appends the value as text formats show it: lists joined by ", ", nothing when unset.
+void AppendText(std::string& out, const Corvex::MetaObj::MetaObject& value,
+                Spelling spelling = Spelling::Escaped);
 
 /// Calls `action` for each record of a result: itself, or its elements.
 template <typename Action>

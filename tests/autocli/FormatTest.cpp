@@ -23,6 +23,12 @@ std::shared_ptr<MetaList> Disks(const std::vector<std::shared_ptr<MetaStruct>>& 
   return disks;
 }
 
+/// Keeps what is written, as if a terminal showed it.
+class TerminalSink final : public Sink {
+  std::optional<std::size_t> TerminalWidth() const override { return 80; }
+  int Write(std::string_view) override { return 0; }
+};
+
 TEST(FormatTest, RecordsAreShownAsHintedAndPicked) {
   const auto two = Disks({Disk("sda", 5, true, {"a", "b"}), DiskPrototype()});
   const Hints hints = {{"header:Disk", "Disk %Name% of 100% %No%"},
@@ -67,6 +73,8 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
       {"json", MetaInt::New(INT64_MAX), "9223372036854775807"},
       {"table", Texts({"a", "b"}), "a\nb\n"},
       {"csv", Texts({"a", "", "\""}), "a\n\"\"\n\"\"\"\"\n"},
+      {"csv", Texts({"a\nb", "\r", "\x1b\xff\xe2\x80\xae"}),
+       "\"a\nb\"\n\"\r\"\n\x1b\xff\xe2\x80\xae\n"},
       {"simple", Disks({}), ""},
       {"simple", rack,
        "Disks:\n   Name  Size  Fast  Tags\n   ----  ----  ----  ----\n   a        1  true  x, y\n"
@@ -96,11 +104,19 @@ TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
       {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},  // beyond Unicode
       {"\xc3\xa9\xf0\x9f\x98\x80", "\xc3\xa9\xf0\x9f\x98\x80"},
       {"\\n \"", "\\n \""},
+      {"\xe2\x80\xaegpj.exe", "\\u202egpj.exe"},  // turns the direction
+      {"a\xe2\x80\x8b\xe3\x85\xa4", "a\\u200b\\u3164"},
+      {"\xf3\xa0\x81\x81", "\\ue0041"},  // a tag
   };
   for (const auto& [text, shown] : cases) {
     EXPECT_EQ(Shown("simple", MetaString::New(text)), shown + "\n");
     EXPECT_EQ(Shown("table", Texts({text})), shown + "\n");
-    EXPECT_TRUE(nlohmann::json::parse(Shown("json", MetaString::New(text))).is_string());
+    const std::string json = Shown("json", MetaString::New(text));
+    EXPECT_EQ(Shown("simple", MetaString::New(json)), json + "\n") << "JSON is safe as it is";
+    EXPECT_TRUE(nlohmann::json::parse(json).is_string());
+    TerminalSink terminal;
+    FormatterNamed("csv").Write(*Texts({text + ","}), {}, terminal);
+    EXPECT_EQ(terminal.Buffer().find(shown.substr(0, 2)), 1U) << "escaped, and in quotation marks";
   }
   // Eight bytes are looked at in one step, whichever of them is the hostile one.
   for (std::size_t at = 0; at < 8; ++at) {
