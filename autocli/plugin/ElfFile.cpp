@@ -57,10 +57,12 @@ bool IsForThisMachine(const FileHeader& header) {
 
 ElfFile::ElfFile(int file) {
   struct stat state {};
-  if (fstat(file, &state) != 0 || state.st_size <= 0) return;
-  const auto size = static_cast<std::size_t>(state.st_size);
+  const auto size = fstat(file, &state) == 0 ? static_cast<std::size_t>(state.st_size) : 0;
   const void* mapped = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
   if (mapped != MAP_FAILED) bytes_ = {static_cast<const std::byte*>(mapped), size};
+  problem_ = HeaderProblem();
+  if (problem_ == nullptr) problem_ = SegmentsProblem();
+  if (problem_ == nullptr) problem_ = SectionsProblem();
 }
 
 ElfFile::~ElfFile() {
@@ -69,12 +71,8 @@ ElfFile::~ElfFile() {
 
 const FileHeader& ElfFile::GetHeader() const { return Records<FileHeader>(0, 1)->front(); }
 
-std::span<const ElfSegment> ElfFile::GetSegments() const {
-  return *Records<ElfSegment>(GetHeader().e_phoff, GetHeader().e_phnum);
-}
-
 std::optional<std::uint64_t> ElfFile::OffsetOf(ElfAddress address, std::uint64_t size) const {
-  for (const ElfSegment& segment : GetSegments()) {
+  for (const ElfSegment& segment : segments_) {
     const ElfAddress distance = address - segment.p_vaddr;
     if (!IsLoaded(segment) || !IsInside(distance, size, segment.p_filesz)) continue;
     return segment.p_offset + distance;
@@ -83,13 +81,13 @@ std::optional<std::uint64_t> ElfFile::OffsetOf(ElfAddress address, std::uint64_t
 }
 
 bool ElfFile::IsMemory(ElfAddress address, std::uint64_t size, unsigned rights) const {
-  return std::ranges::any_of(GetSegments(), [&](const ElfSegment& segment) {
+  return std::ranges::any_of(segments_, [&](const ElfSegment& segment) {
     return IsLoaded(segment) && (segment.p_flags & rights) == rights &&
            IsInside(address - segment.p_vaddr, size, segment.p_memsz);
   });
 }
 
-const char* ElfFile::GetProblem() const {
+const char* ElfFile::HeaderProblem() {
   const auto header = Records<FileHeader>(0, 1);
   if (!header) return kTruncated;
   const auto& [ident, type, machine, version, entry, phoff, shoff, flags, ehsize, phentsize, phnum,
@@ -100,9 +98,10 @@ const char* ElfFile::GetProblem() const {
     return kNoSharedObject;
   }
   if (!IsInside(phoff, phnum * sizeof(ElfSegment), bytes_.size())) return kTruncated;
-  if (!Records<ElfSegment>(phoff, phnum)) return kNoSharedObject;
-  const char* problem = SegmentsProblem();
-  return problem != nullptr ? problem : SectionsProblem();
+  const auto segments = Records<ElfSegment>(phoff, phnum);
+  if (!segments) return kNoSharedObject;
+  segments_ = *segments;
+  return nullptr;
 }
 
 bool ElfFile::CanBeMapped(const ElfSegment& segment) const {
@@ -115,7 +114,7 @@ bool ElfFile::CanBeMapped(const ElfSegment& segment) const {
 /// In the order of their addresses, each on pages of its own.
 bool ElfFile::AreSegmentsApart() const {
   ElfAddress end = 0;
-  for (const ElfSegment& segment : GetSegments()) {
+  for (const ElfSegment& segment : segments_) {
     if (!IsLoaded(segment)) continue;
     if (PageOf(segment.p_vaddr) < end) return false;
     end = EndOf(segment);
@@ -124,9 +123,8 @@ bool ElfFile::AreSegmentsApart() const {
 }
 
 bool ElfFile::IsBounded() const {
-  const auto segments = GetSegments();
-  const auto first = std::ranges::find_if(segments, IsLoaded);
-  const auto last = std::ranges::find_if(segments.rbegin(), segments.rend(), IsLoaded);
+  const auto first = std::ranges::find_if(segments_, IsLoaded);
+  const auto last = std::ranges::find_if(segments_.rbegin(), segments_.rend(), IsLoaded);
   return EndOf(*last) - PageOf(first->p_vaddr) <= kMostMemory + bytes_.size();
 }
 
@@ -138,12 +136,12 @@ bool ElfFile::IsInPlace(const ElfSegment& segment) const {
       return memsz % sizeof(ElfW(Dyn)) == 0 && OffsetOf(vaddr, filesz) == offset &&
              IsMemory(vaddr, memsz, flags & PF_W);
     case PT_PHDR:
-      return OffsetOf(vaddr, GetSegments().size_bytes()) == GetHeader().e_phoff;
+      return OffsetOf(vaddr, segments_.size_bytes()) == GetHeader().e_phoff;
     case PT_TLS:
       return filesz <= memsz && memsz <= kMostMemory && std::has_single_bit(align) &&
              align <= kMostMemory && (filesz == 0 || OffsetOf(vaddr, filesz) == offset);
     case PT_GNU_RELRO:
-      return std::ranges::any_of(GetSegments(), [&](const ElfSegment& whole) {
+      return std::ranges::any_of(segments_, [&](const ElfSegment& whole) {
         // Goes on to the end of the page only where no variables can follow.
         const bool isFull = whole.p_filesz == whole.p_memsz;
         const ElfAddress end = isFull ? EndOf(whole) : whole.p_vaddr + whole.p_memsz;
@@ -159,14 +157,14 @@ bool ElfFile::IsInPlace(const ElfSegment& segment) const {
 }
 
 const char* ElfFile::SegmentsProblem() const {
-  const auto segments = GetSegments();
-  for (const ElfSegment& segment : segments) {
+  for (const ElfSegment& segment : segments_) {
     if (!IsInside(segment.p_offset, segment.p_filesz, bytes_.size())) return kTruncated;
   }
-  const auto loaded = std::ranges::count(segments, std::uint32_t{PT_LOAD}, &ElfSegment::p_type);
-  const auto dynamic = std::ranges::count(segments, std::uint32_t{PT_DYNAMIC}, &ElfSegment::p_type);
+  const auto loaded = std::ranges::count(segments_, std::uint32_t{PT_LOAD}, &ElfSegment::p_type);
+  const auto dynamic =
+      std::ranges::count(segments_, std::uint32_t{PT_DYNAMIC}, &ElfSegment::p_type);
   if (loaded == 0 || dynamic != 1) return kNoSharedObject;
-  for (const ElfSegment& segment : segments) {
+  for (const ElfSegment& segment : segments_) {
     if (IsLoaded(segment) && !CanBeMapped(segment)) {
       return "damaged: a segment cannot be mapped as it says";
     }
@@ -174,7 +172,7 @@ const char* ElfFile::SegmentsProblem() const {
   if (!AreSegmentsApart()) return "damaged: segments overlap or are out of order";
   if (!IsBounded()) return "asks for more than 256 MiB of memory beyond its file";
   const bool areInPlace = std::ranges::all_of(
-      segments, [this](const ElfSegment& segment) { return IsInPlace(segment); });
+      segments_, [this](const ElfSegment& segment) { return IsInPlace(segment); });
   return areInPlace ? nullptr : "damaged: a segment is not where it could be used";
 }
 
@@ -183,7 +181,7 @@ const char* ElfFile::SegmentsProblem() const {
 bool ElfFile::IsMapped(const Section& section) const {
   if ((section.sh_flags & SHF_ALLOC) == 0 || section.sh_size == 0) return true;
   const bool isThreads = (section.sh_flags & SHF_TLS) != 0;
-  if (isThreads && !std::ranges::any_of(GetSegments(), [&](const ElfSegment& segment) {
+  if (isThreads && !std::ranges::any_of(segments_, [&](const ElfSegment& segment) {
         return segment.p_type == PT_TLS &&
                IsInside(section.sh_addr - segment.p_vaddr, section.sh_size, segment.p_memsz);
       })) {

@@ -24,8 +24,8 @@ class ElfFile {
 
   /// Why this is no complete shared object for this machine, as its header, segments and sections
   /// tell; null when they are sound, as all else takes for granted.
-  const char* GetProblem() const;
-  std::span<const ElfSegment> GetSegments() const;
+  const char* GetProblem() const { return problem_; }
+  std::span<const ElfSegment> GetSegments() const { return segments_; }
   unsigned GetMachine() const { return GetHeader().e_machine; }
 
   /// Records of the file; nothing when they are misplaced or do not lie in it.
@@ -56,11 +56,14 @@ class ElfFile {
   bool AreSegmentsApart() const;
   bool IsBounded() const;
   bool IsInPlace(const ElfSegment& segment) const;
+  const char* HeaderProblem();
   const char* SegmentsProblem() const;
   bool IsMapped(const ElfW(Shdr) & section) const;
   const char* SectionsProblem() const;
 
   std::span<const std::byte> bytes_;
+  std::span<const ElfSegment> segments_;
+  const char* problem_;
 };
 
 }  // namespace autocli
