@@ -5,8 +5,8 @@
 namespace autocli {
 
 /// Why the open file is no complete shared object for this machine; empty when it is one. The
-/// dynamic linker believes what such a file says of itself, so that a false number in it can end the
-/// process. Here each number that it uses is held against the others before it does: header,
+/// dynamic linker believes what such a file says of itself, so that a false number in it can end
+/// the process. Here each number that it uses is held against the others before it does: header,
 /// segments, the sections if there are any, the dynamic section and its tables.
 ///
 /// Not every lie can be known: a table that is told shorter than it is looks like a short one, and
