@@ -13,9 +13,11 @@ target_link_libraries(deps::sqlite INTERFACE m)
 static_library(deps::utf8proc utf8proc)
 find_package(nlohmann_json REQUIRED)
 find_package(fmt REQUIRED)
+# Its headers; its code is compiled once, in autocli/base/Fmt.cpp. Without locales: nothing here uses
+# them, and they would be a third of the file and of its start.
 add_library(deps::fmt INTERFACE IMPORTED)
-target_link_libraries(deps::fmt INTERFACE fmt::fmt-header-only)
-# Without locales: nothing here uses them, and they would be a third of the file and of its start.
+target_include_directories(deps::fmt SYSTEM
+                           INTERFACE $<TARGET_PROPERTY:fmt::fmt,INTERFACE_INCLUDE_DIRECTORIES>)
 target_compile_definitions(deps::fmt INTERFACE FMT_STATIC_THOUSANDS_SEPARATOR=44)
 
 # The C++ runtime is linked into each of our files, for mapping and relocating it as shared libraries

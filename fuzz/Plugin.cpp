@@ -1,7 +1,9 @@
 // The bytes of a file in the plug-in folder, looked at before it is loaded.
 //
 // - Any bytes are taken for a shared object or refused with a reason.
-// - In a file that is taken, all that the dynamic linker would map lies within the file.
+// - In a file that is taken, all that the dynamic linker would map lies within the file, one
+// segment
+//   after the other, and the dynamic section ends.
 // - A version is read from no file that is refused.
 
 #include <elf.h>
@@ -19,18 +21,33 @@ bool IsInside(const std::string& bytes, std::uint64_t offset, std::uint64_t size
   return offset <= bytes.size() && size <= bytes.size() - offset;
 }
 
+template <typename Record>
+Record RecordAt(const std::string& bytes, std::uint64_t offset) {
+  Record record;
+  fuzz::Require(IsInside(bytes, offset, sizeof record), "what is read lies within the file");
+  std::memcpy(&record, bytes.data() + offset, sizeof record);
+  return record;
+}
+
 void RequireInside(const std::string& bytes) {
-  Elf64_Ehdr header;
-  fuzz::Require(IsInside(bytes, 0, sizeof header), "a shared object has a header");
-  std::memcpy(&header, bytes.data(), sizeof header);
+  const auto header = RecordAt<Elf64_Ehdr>(bytes, 0);
+  std::uint64_t end = 0;
+  bool isEnded = false;
   for (std::size_t i = 0; i < header.e_phnum; ++i) {
-    Elf64_Phdr segment;
-    fuzz::Require(IsInside(bytes, header.e_phoff, (i + 1) * sizeof segment),
-                  "the segments' headers lie within the file");
-    std::memcpy(&segment, bytes.data() + header.e_phoff + i * sizeof segment, sizeof segment);
+    const auto segment = RecordAt<Elf64_Phdr>(bytes, header.e_phoff + i * sizeof(Elf64_Phdr));
     fuzz::Require(IsInside(bytes, segment.p_offset, segment.p_filesz),
                   "a segment lies within the file");
+    if (segment.p_type == PT_LOAD) {
+      fuzz::Require(segment.p_vaddr >= end, "segments do not overlap");
+      end = segment.p_vaddr + segment.p_memsz;
+      fuzz::Require(end >= segment.p_vaddr && segment.p_filesz <= segment.p_memsz,
+                    "a segment has room in memory");
+    }
+    for (std::size_t at = 0; segment.p_type == PT_DYNAMIC && at < segment.p_filesz; at += 16) {
+      isEnded = isEnded || RecordAt<Elf64_Dyn>(bytes, segment.p_offset + at).d_tag == DT_NULL;
+    }
   }
+  fuzz::Require(isEnded, "the dynamic section ends");
 }
 
 }  // namespace

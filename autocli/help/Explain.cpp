@@ -1,7 +1,6 @@
 #include "autocli/help/Explain.h"
 
 #include <algorithm>
-#include <functional>
 
 #include "autocli/base/Fault.h"
 #include "autocli/contract/Shape.h"
@@ -84,7 +83,6 @@ std::vector<OptionText> Explained(const InputSpec& input, const std::string& res
                          ValueName(option->GetType()), option->IsRequired(), isRepeatable, text});
     }
   }
-  std::ranges::stable_sort(options, std::greater(), &OptionText::isRequired);
   options.insert(options.end(), last.begin(), last.end());
   return options;
 }

@@ -35,8 +35,8 @@ struct Meaning {
   std::string text;
 };
 
-/// Required options first, both kinds as they were declared; what takes the rest of the line, the
-/// parameter named `rest`, comes last and is no option.
+/// In the order in which they were declared; what takes the rest of the line, the parameter named
+/// `rest`, comes last and is no option.
 std::vector<OptionText> Explained(const Corvex::CallSpec::InputSpec& input,
                                   const std::string& rest = "");
 

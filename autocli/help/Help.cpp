@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "autocli/base/Escape.h"
+#include "autocli/line/GlobalOptions.h"
 
 namespace autocli {
 
@@ -67,11 +68,11 @@ void AppendPieces(std::string& out, const std::vector<std::string>& pieces, std:
   }
 }
 
-std::string Usage(const std::string& path, const std::vector<std::string>& pieces,
+/// How the line is typed, and what follows.
+std::string Usage(const std::string& typed, const std::vector<std::string>& pieces,
                   const Style& style) {
-  const std::string start = path.empty() ? kProgram : fmt::format("{} {}", kProgram, path);
-  std::string out = Heading("usage:", style) + " " + start;
-  AppendPieces(out, pieces, std::string_view("usage: ").size() + start.size(), 4, style.width);
+  std::string out = Heading("usage:", style) + " " + typed;
+  AppendPieces(out, pieces, std::string_view("usage: ").size() + typed.size(), 4, style.width);
   return out;
 }
 
@@ -127,18 +128,30 @@ std::string Result(const CommandText& command, const Style& style) {
   return out + "\n";
 }
 
+std::string Listed(std::string_view title, const std::vector<std::string>& pieces,
+                   const Style& style) {
+  std::string out = "\n" + Heading(title, style);
+  AppendPieces(out, pieces, title.size(), 2, style.width);
+  return out + "\n";
+}
+
 /// The exit statuses in a sentence.
 std::string Statuses(const Style& style) {
   std::vector<std::string> pieces;
   for (const auto& [word, text] : ExitStatuses()) pieces.push_back(word + " " + text + ",");
   pieces.back().pop_back();
-  std::string out = "\n" + Heading("exit status:", style);
-  AppendPieces(out, pieces, std::string_view("exit status:").size(), 2, style.width);
-  return out + "\n";
+  return Listed("exit status:", pieces, style);
 }
 
-std::string More(const std::string& line, const char* text, const Style& style) {
-  return fmt::format("\n{} {} {}\n", Heading(text, style), kProgram, line);
+/// The options that every command takes.
+std::string SharedOptions(const Style& style) {
+  std::vector<std::string> names;
+  for (const OptionText& option : Explained(GlobalOptions())) names.push_back(option.name);
+  return Listed("everywhere:", names, style);
+}
+
+std::string More(const std::string& typed, const Style& style) {
+  return fmt::format("\n{} {}\n", Heading("more:", style), typed);
 }
 
 }  // namespace
@@ -148,36 +161,38 @@ std::string RootHelp(const Vocabulary& vocabulary, const InputSpec& globalOption
   const Namespace& root = *vocabulary.root;
   std::vector<Entry> statuses;
   for (const auto& [word, text] : ExitStatuses()) statuses.push_back({word, "", text});
-  return Described(root.GetDescription(), style) + Usage("", NamespacePieces(""), style) + "\n" +
-         Children(root, style) + ToolSection(vocabulary.tools, style) +
+  return Described(root.GetDescription(), style) + Usage(kProgram, NamespacePieces(""), style) +
+         "\n" + Children(root, style) + ToolSection(vocabulary.tools, style) +
          OptionSection("global options, also taken after the path:", Explained(globalOptions),
                        style) +
          Section("exit status, the highest that applies:", statuses, style) +
-         More("help PATH...", "more:", style);
+         More(vocabulary.Typed("PATH...", kHelpTool), style);
 }
 
-std::string NamespaceHelp(const Namespace& space, const std::string& path, const Style& style) {
-  return Described(space.GetDescription(), style) + Usage(path, NamespacePieces(path), style) +
-         "\n" + Children(space, style) +
-         More(fmt::format("help {} COMMAND...", path), "more:", style);
+std::string NamespaceHelp(const Vocabulary& vocabulary, const Namespace& space,
+                          const std::string& path, const Style& style) {
+  return Described(space.GetDescription(), style) +
+         Usage(vocabulary.Typed(path), NamespacePieces(path), style) + "\n" +
+         Children(space, style) + More(vocabulary.Typed(path + " COMMAND...", kHelpTool), style);
 }
 
-std::string CommandHelp(const CommandText& command, const Style& style) {
+std::string CommandHelp(const Vocabulary& vocabulary, const CommandText& command,
+                        const Style& style) {
   return Described(command.description, style) +
-         Usage(command.path, UsagePieces(command.options), style) + "\n" +
+         Usage(vocabulary.Typed(command.path), UsagePieces(command.options), style) + "\n" +
          OptionSection("options:", command.options, style) + Result(command, style) +
-         Statuses(style) + More("help", "global options:", style);
+         Statuses(style) + SharedOptions(style);
 }
 
-std::string ToolHelp(const Tool& tool, const Style& style) {
-  return Described(tool.description, style) + Usage(ToolUsage(tool), {}, style) + "\n" +
-         More("help", "more:", style);
+std::string ToolHelp(const Vocabulary& vocabulary, const Tool& tool, const Style& style) {
+  return Described(tool.description, style) + Usage(vocabulary.Typed(ToolUsage(tool)), {}, style) +
+         "\n" + More(vocabulary.Typed("", kHelpTool), style);
 }
 
-std::string UsageLine(const std::string& path, const Specs& specs) {
+std::string UsageLine(const Vocabulary& vocabulary, const std::string& path, const Specs& specs) {
   const auto pieces =
       specs.input ? UsagePieces(Explained(*specs.input, specs.rest)) : NamespacePieces(path);
-  return Usage(path, pieces, {.width = std::string::npos});
+  return Usage(vocabulary.Typed(path), pieces, {.width = std::string::npos});
 }
 
 std::string ToolUsage(const Tool& tool) {

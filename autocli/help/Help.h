@@ -10,27 +10,25 @@
 
 namespace autocli {
 
-/// The name that people type.
-inline constexpr const char* kProgram = "autocli";
-
 /// What help says of the program: the top-level namespaces, the tools that have a description, the
 /// global options, the exit statuses.
 std::string RootHelp(const Vocabulary& vocabulary, const Corvex::CallSpec::InputSpec& globalOptions,
                      const Style& style);
 
 /// What help says of the namespace at `path`, words joined by blanks.
-std::string NamespaceHelp(const Corvex::AutoCli::Namespace& space, const std::string& path,
-                          const Style& style);
+std::string NamespaceHelp(const Vocabulary& vocabulary, const Corvex::AutoCli::Namespace& space,
+                          const std::string& path, const Style& style);
 
 /// What help says of the command.
-std::string CommandHelp(const CommandText& command, const Style& style);
+std::string CommandHelp(const Vocabulary& vocabulary, const CommandText& command,
+                        const Style& style);
 
 /// What help says of a tool that has a description.
-std::string ToolHelp(const Tool& tool, const Style& style);
+std::string ToolHelp(const Vocabulary& vocabulary, const Tool& tool, const Style& style);
 
-/// "usage: ..." on one line: required options first, others in brackets. `specs` are empty for a
+/// "usage: ..." on one line, with what may be left out in brackets. `specs` are empty for a
 /// namespace; `path` is empty for the root.
-std::string UsageLine(const std::string& path, const Specs& specs);
+std::string UsageLine(const Vocabulary& vocabulary, const std::string& path, const Specs& specs);
 
 /// The words of a tool's line after the program's name, as a usage line shows them.
 std::string ToolUsage(const Tool& tool);

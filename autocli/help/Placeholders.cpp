@@ -22,7 +22,8 @@ std::string AllowedValues(const ParameterSpec& parameter) {
   if (constraint == nullptr) return "";
   switch (constraint->GetType()) {
     case ParameterConstraintType::IntRange:
-      return fmt::format("{}-{}", constraint->GetMin(), constraint->GetMax());
+      return fmt::format("{}{}{}", constraint->GetMin(), constraint->GetMin() < 0 ? " to " : "-",
+                         constraint->GetMax());
     case ParameterConstraintType::StringEnum:
       break;
   }

@@ -6,7 +6,8 @@
 
 namespace autocli {
 
-/// The allowed values in short: joined by ", ", or "MIN-MAX"; empty without a constraint.
+/// The allowed values in short: joined by ", ", or "MIN-MAX", "-1 to MAX" where a
+/// hyphen would be read as a minus; empty without a constraint.
 std::string AllowedValues(const Corvex::CallSpec::ParameterSpec& parameter);
 
 /// A line per allowed value with its description, each ended by a line feed; of a range, one line.

@@ -40,8 +40,9 @@ std::shared_ptr<InputSpec> MakeGlobalOptions() {
   options->AddParameter(
       Choice("color", {"auto", "always", "never"},
              "When help and errors are coloured: %ENUM%. Without it auto, on a terminal."));
-  options->AddParameter(
-      Option("help", ParameterType::Flag, "Say what can follow, or what a command does."));
+  auto help = Option("help", ParameterType::Flag, "Say what can follow, or what a command does.");
+  help->SetShortName("h");
+  options->AddParameter(help);
   options->AddParameter(Option("describe", ParameterType::Flag,
                                "Write the commands below a path as one JSON document."));
   options->AddParameter(Option("version", ParameterType::Flag, "Say which version this is."));

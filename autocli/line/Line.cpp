@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "autocli/contract/Shape.h"
 #include "autocli/line/GlobalOptions.h"
@@ -45,6 +46,14 @@ std::string UnknownWord(const Vocabulary& vocabulary, const Namespace& space,
   return fmt::format("unknown command \"{}\"{}{}", word, place, DidYouMean(word, names));
 }
 
+/// The word names a tool. False when it names none that people type.
+bool TakeTool(const Vocabulary& vocabulary, Line& line, const std::string& word) {
+  const Tool* tool = vocabulary.FindTool(word);
+  if (tool == nullptr || tool->description == nullptr) return false;
+  line.tool = tool;
+  return true;
+}
+
 /// A word in place of a child's name: it asks for help, or is a tool that help is asked of. False
 /// when it is neither.
 bool FollowTool(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
@@ -53,11 +62,7 @@ bool FollowTool(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
     line.globals->SetParameter("help", true);
     return true;
   }
-  if (!line.path.empty()) return false;
-  const Tool* tool = vocabulary.FindTool(word);
-  // Only those that people type.
-  if (tool == nullptr || tool->description == nullptr) return false;
-  line.tool = tool;
+  if (!line.path.empty() || !TakeTool(vocabulary, line, word)) return false;
   reader.IgnoreUnknown();
   return true;
 }
@@ -91,18 +96,24 @@ void Follow(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
   reader.GiveRestTo(line.specs.rest);
 }
 
-std::string UnknownField(const std::vector<std::string>& known, const std::string& name) {
+/// The first one of a line is told with what there is.
+std::string UnknownField(const std::vector<std::string>& known, const std::string& name,
+                         bool isFirst) {
   if (known.empty()) return fmt::format("unknown field \"{}\", the result has no fields", name);
-  return fmt::format("unknown field \"{}\"{}", name, DidYouMean(name, known));
+  const std::string hint = DidYouMean(name, known);
+  if (!isFirst) return fmt::format("unknown field \"{}\"{}", name, hint);
+  return fmt::format("unknown field \"{}\"{} fields are: {}", name,
+                     hint.empty() ? ", the" : hint + " The", fmt::join(known, ", "));
 }
 
 /// Reads --fields against what the command declares to answer with.
 void PickFields(Line& line, OptionReader& reader) {
   if (!line.globals->HasParameter("fields")) return;
   const std::vector<std::string> known = FieldNames(*line.specs.output);
+  bool isFirst = true;
   for (const std::string& name : SplitNames(line.globals->GetParameter("fields"))) {
     if (std::ranges::count(known, name) == 0) {
-      reader.Refuse(UnknownField(known, name));
+      reader.Refuse(UnknownField(known, name, std::exchange(isFirst, false)));
     } else if (std::ranges::count(line.fields, name) > 0) {
       reader.Refuse(fmt::format("field \"{}\" is named twice in \"--fields\"", name));
     } else {
@@ -119,7 +130,10 @@ Line ReadLine(const Vocabulary& vocabulary, const std::vector<std::string>& word
   line.globals = Input::New();
   line.input = Input::New();
 
-  OptionReader reader(words);
+  const bool isTool =
+      !words.empty() && words.front() != kHelpTool && TakeTool(vocabulary, line, words.front());
+  OptionReader reader({words.begin() + (isTool ? 1 : 0), words.end()});
+  if (isTool) reader.IgnoreUnknown();
   reader.Declare(GlobalOptions(), line.globals);
   while (const auto word = reader.NextWord()) {
     if (line.isPathSound && line.tool == nullptr) Follow(vocabulary, line, reader, *word);

@@ -35,7 +35,8 @@ struct Line {
 };
 
 /// Reads the words after the program's name. Path words and global options may be mixed; the word
-/// "help", where no child has that name, is one of them. Once the command is found, its own options
+/// "help", where no child has that name, is one of them. A tool that is named first takes no
+/// options from here but those that every line takes. Once the command is found, its own options
 /// are understood too.
 Line ReadLine(const Vocabulary& vocabulary, const std::vector<std::string>& words);
 

@@ -6,7 +6,6 @@
 
 #include "autocli/line/ParseOptions.h"
 #include "autocli/line/Specs.h"
-#include "autocli/line/Suggest.h"
 #include "autocli/line/Value.h"
 #include "platform/autocli/Suggest.h"
 
@@ -62,10 +61,10 @@ OptionReader::Option* OptionReader::FindShort(char name) {
   return option == options_.end() ? nullptr : &*option;
 }
 
-std::vector<std::string> OptionReader::LongOptions() const {
+std::string OptionReader::Closest(const std::string& name, const std::string& hyphens) const {
   std::vector<std::string> names;
-  for (const Option& option : options_) names.push_back("--" + option.spec->GetLongName());
-  return names;
+  for (const Option& option : options_) names.push_back(hyphens + option.spec->GetLongName());
+  return Corvex::Suggest::Closest(name, names);
 }
 
 bool OptionReader::IsOption(const std::string& word) {
@@ -86,7 +85,7 @@ void OptionReader::ReadLong(const std::string& word) {
   if (equals != std::string::npos) attached = word.substr(equals + 1);
 
   Option* option = FindLong(name.substr(2));
-  if (option == nullptr) return ReadUnknownLong(name, attached.has_value());
+  if (option == nullptr) return ReadUnknown(name, Closest(name, "--"), attached.has_value());
   if (option->spec->GetType() != ParameterType::Flag) return ReadValue(*option, attached);
   if (attached) {
     return Refuse(fmt::format("option \"{}\" takes no value, not \"{}\"", name, *attached));
@@ -94,21 +93,32 @@ void OptionReader::ReadLong(const std::string& word) {
   ReadFlag(*option);
 }
 
-void OptionReader::ReadUnknownLong(const std::string& name, bool hasValue) {
+void OptionReader::ReadUnknown(const std::string& name, const std::string& meant, bool hasValue) {
   if (ignoreUnknown_) return;
-  const std::string closest = Corvex::Suggest::Closest(name, LongOptions());
-  Refuse(fmt::format("unknown option \"{}\"{}", name, DidYouMean(name, LongOptions())));
-  if (closest.empty() || hasValue) return;
+  Refuse(fmt::format("unknown option \"{}\"{}", name,
+                     meant.empty() ? "" : fmt::format(", did you mean \"{}\"?", meant)));
+  if (meant.empty() || hasValue) return;
   // The next word is the value of what was meant, no second fault.
-  if (FindLong(closest.substr(2))->spec->GetType() != ParameterType::Flag && NextIsValue()) ++next_;
+  if (FindLong(meant.substr(2))->spec->GetType() != ParameterType::Flag && NextIsValue()) ++next_;
 }
 
 void OptionReader::ReadShort(const std::string& word) {
+  const std::size_t equals = word.find('=');
+  const std::string name = word.substr(1, equals - 1);
+  const bool isShort = FindShort(word[1]) != nullptr;
+  std::string meant;
+  if (FindLong(name) != nullptr && !(isShort && name.size() == 1)) {
+    meant = name;
+  } else if (!isShort) {
+    meant = Closest(name, "");
+  }
+  if (!meant.empty()) return ReadUnknown("-" + name, "--" + meant, equals != std::string::npos);
   for (std::size_t i = 1; i < word.size(); ++i) {
     Option* option = FindShort(word[i]);
     if (option == nullptr) return ReadUnknownShort(word, word[i]);
     const std::string rest = word.substr(i + 1);
     if (option->spec->GetType() != ParameterType::Flag) {
+      if (rest.starts_with('=')) return RefuseEquals(*option, rest.substr(1));
       return ReadValue(*option, rest.empty() ? std::nullopt : std::optional(rest));
     }
     if (rest.starts_with('=')) {
@@ -117,6 +127,13 @@ void OptionReader::ReadShort(const std::string& word) {
     }
     ReadFlag(*option);
   }
+}
+
+/// The equals sign would be taken for the beginning of the value.
+void OptionReader::RefuseEquals(Option& option, const std::string& value) {
+  ++option.met;
+  Refuse(fmt::format("option \"-{0}\" takes its value without \"=\": \"-{0} {1}\" or \"-{0}{1}\"",
+                     option.spec->GetShortName(), value.empty() ? "VALUE" : value));
 }
 
 void OptionReader::ReadUnknownShort(const std::string& word, char letter) {

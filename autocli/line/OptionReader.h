@@ -15,7 +15,8 @@ namespace autocli {
 ///
 /// The word after an option that takes a value is its value whatever it looks like, unless it is
 /// "--" or written exactly like a declared option ("--name", "--name=..." or "-n"); a text of that
-/// form is given as "--name=--text". An integer is always a value.
+/// form is given as "--name=--text". An integer is always a value. A long option with one hyphen is
+/// refused, even where its first letter is a short option.
 class OptionReader {
  public:
   explicit OptionReader(std::vector<std::string> words) : words_(std::move(words)) {}
@@ -50,13 +51,15 @@ class OptionReader {
 
   Option* FindLong(std::string_view name);
   Option* FindShort(char name);
-  std::vector<std::string> LongOptions() const;
+  /// The long option that may have been meant, both written with these hyphens; empty for none.
+  std::string Closest(const std::string& name, const std::string& hyphens) const;
   bool IsOption(const std::string& word);
   bool NextIsValue();
 
   void ReadLong(const std::string& word);
-  void ReadUnknownLong(const std::string& name, bool hasValue);
+  void ReadUnknown(const std::string& name, const std::string& meant, bool hasValue);
   void ReadShort(const std::string& word);
+  void RefuseEquals(Option& option, const std::string& value);
   void ReadUnknownShort(const std::string& word, char letter);
   /// Counts the option; false when it was given before and may not be given again.
   bool Meet(Option& option);

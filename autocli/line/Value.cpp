@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <vector>
 
 #include "autocli/line/Suggest.h"
 
@@ -48,13 +49,11 @@ ReadResult ReadInt(const ParameterSpec& parameter, const std::string& text) {
 }
 
 ReadResult ReadBool(const ParameterSpec& parameter, const std::string& text) {
-  for (const char* yes : {"true", "1", "yes", "on"}) {
-    if (text == yes) return {true, ""};
-  }
-  for (const char* no : {"false", "0", "no", "off"}) {
-    if (text == no) return {false, ""};
-  }
-  return Refused(parameter, "true or false", text);
+  const std::vector<std::string> words = {"true", "1", "yes", "on", "false", "0", "no", "off"};
+  const auto word = std::ranges::find(words, text);
+  if (word != words.end()) return {word < words.begin() + 4, ""};
+  return Refused(parameter, "true (1, yes, on) or false (0, no, off)", text,
+                 DidYouMean(text, words));
 }
 
 ReadResult ReadText(const ParameterSpec& parameter, const std::string& text) {

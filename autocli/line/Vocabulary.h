@@ -8,6 +8,9 @@
 
 namespace autocli {
 
+/// The name that people type.
+inline constexpr const char* kProgram = "autocli";
+
 struct ToolCall;
 
 /// What the program does itself, named by the first word of the line.
@@ -25,10 +28,16 @@ inline constexpr const char* kHelpTool = "help";
 struct Vocabulary {
   std::shared_ptr<Corvex::AutoCli::Namespace> root;  ///< what plug-ins brought; never null
   std::span<const Tool> tools = {};                  ///< in the order of help
+  /// The word that the program's own name implied, for it was called by a link of that name; the
+  /// path of the line begins with it. Empty for none.
+  std::string implied = {};
 
   /// The tool that the first word of a line names; null without one, and when a top-level namespace
   /// has taken the name.
   const Tool* FindTool(const std::string& word) const;
+  /// How the words of the path are typed, the program's name first, where it was called by the name
+  /// that it was called by now. What is `before` the path comes after that name.
+  std::string Typed(const std::string& path, const std::string& before = "") const;
 };
 
 }  // namespace autocli

@@ -4,9 +4,13 @@
 
 namespace autocli {
 
-/// Why the open file is no complete shared object for this machine; empty when it is one. Only
-/// headers are read: they are held against the file's size, because the dynamic linker maps what
-/// they promise, and touching a page beyond the end of the file would end the process.
+/// Why the open file is no complete shared object for this machine; empty when it is one. The
+/// dynamic linker believes what such a file says of itself, so that a false number in it can end
+/// the process. Here each number that it uses is held against the others before it does: header,
+/// segments, the sections if there are any, the dynamic section and its tables.
+///
+/// Not every lie can be known: a table that is told shorter than it is looks like a short one, and
+/// where a function begins is told by the file alone. Code and data are taken as they are.
 std::string ElfProblem(int file);
 
 /// The version that a shared object gives of itself in its package metadata, a note that linkers

@@ -7,6 +7,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "autocli/base/Escape.h"
 #include "autocli/base/Fault.h"
@@ -20,18 +22,26 @@ struct Ending {
   std::string_view name;
   struct sigaction former;
 };
-std::array<Ending, 5> endings = {{{SIGABRT, "SIGABRT", {}},
+std::array<Ending, 7> endings = {{{SIGABRT, "SIGABRT", {}},
                                   {SIGBUS, "SIGBUS", {}},
                                   {SIGFPE, "SIGFPE", {}},
                                   {SIGILL, "SIGILL", {}},
-                                  {SIGSEGV, "SIGSEGV", {}}}};
+                                  {SIGSEGV, "SIGSEGV", {}},
+                                  {SIGSYS, "SIGSYS", {}},
+                                  {SIGTRAP, "SIGTRAP", {}}}};
 stack_t formerStack;
 
-/// What is said of the plug-in that is being loaded, up to the reason.
-std::string sentence;
-/// Null while nobody is to blame.
+/// What is said of whoever is to blame, up to the reason; null while nobody is.
 std::atomic<const std::string*> blamed = nullptr;
 static_assert(decltype(blamed)::is_always_lock_free);
+bool isLoading = false;
+
+/// These outlive what plug-ins leave to be done at the end of the process.
+std::string& named = *new std::string;
+std::string& sentence = *new std::string;
+/// What is said then of each plug-in, in the order of loading, and how many had no turn yet.
+std::vector<std::string>& atEnd = *new std::vector<std::string>;
+std::size_t left = 0;
 
 void Say(std::string_view text) {
   const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
@@ -56,11 +66,10 @@ void EndBySignal(int signal) {
   std::raise(signal);
 }
 
-void EndByExit() { EndBy("exit()"); }
+void EndByQuickExit() { EndBy("quick_exit()"); }
 
-}  // namespace
-
-Watch::Watch() {
+/// Unless `areOursAlone`, those stay as they are that somebody handles.
+void TakeSignals(bool areOursAlone) {
   // A plug-in that uses its stack up leaves none for the handler.
   alignas(16) static std::array<char, 1 << 16> stack;
   const stack_t own{stack.data(), 0, stack.size()};
@@ -68,8 +77,33 @@ Watch::Watch() {
   struct sigaction action {};
   action.sa_handler = EndBySignal;
   action.sa_flags = SA_ONSTACK;
-  for (Ending& ending : endings) sigaction(ending.signal, &action, &ending.former);
-  std::atexit(EndByExit);
+  for (Ending& ending : endings) {
+    sigaction(ending.signal, &action, &ending.former);
+    const bool isFree = areOursAlone || ending.former.sa_handler == SIG_DFL;
+    if (!isFree) sigaction(ending.signal, &ending.former, nullptr);
+  }
+}
+
+/// Runs at the end of the process, after what the plug-ins have left to be done then.
+void BlameNobody() {
+  if (isLoading) EndBy("exit()");
+  blamed = nullptr;
+}
+
+/// Runs at the end of the process before what the plug-in has left to be done that was loaded last
+/// and had no turn yet. All that is needed is there: memory may have run out.
+void BlameNext() {
+  if (isLoading) EndBy("exit()");
+  if (blamed == nullptr) TakeSignals(false);
+  if (left != 0) blamed = &atEnd[--left];
+}
+
+}  // namespace
+
+Watch::Watch() {
+  TakeSignals(true);
+  std::atexit(BlameNobody);
+  std::at_quick_exit(EndByQuickExit);
 }
 
 Watch::~Watch() {
@@ -85,8 +119,14 @@ Watch::~Watch() {
 
 void Watch::Blame(const std::string& path) {
   blamed = nullptr;
+  if (std::exchange(isLoading, !path.empty())) {
+    atEnd.push_back(named + "broke when the program ended: ");
+    if (std::atexit(BlameNext) != 0) atEnd.pop_back();
+    left = atEnd.size();
+  }
   if (path.empty()) return;
-  sentence = "error: plug-in \"" + Escaped(path) + "\" ended the program while it was loaded: ";
+  named = "error: plug-in \"" + Escaped(path) + "\" ";
+  sentence = named + "ended the program while it was loaded: ";
   blamed = &sentence;
 }
 

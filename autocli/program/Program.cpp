@@ -1,6 +1,8 @@
 #include "autocli/program/Program.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "autocli/base/Fault.h"
 #include "autocli/help/Help.h"
@@ -15,14 +17,16 @@ using Corvex::AutoCli::Namespace;
 
 namespace {
 
-/// The words after the program's name.
-std::vector<std::string> WordsOf(const std::vector<std::string>& arguments, const Namespace& root) {
-  if (arguments.empty()) return {};
-  std::vector<std::string> words(arguments.begin() + 1, arguments.end());
-  const std::string& path = arguments.front();
+/// The word that a link of that path implies; empty for none.
+std::string ImpliedBy(const std::string& path, const Namespace& root) {
   const std::string name = path.substr(path.rfind('/') + 1);
-  if (name != kProgram && root.HasNamespaceNode(name)) words.insert(words.begin(), name);
-  return words;
+  return name != kProgram && root.HasNamespaceNode(name) ? name : "";
+}
+
+bool AsksForHelp(const std::vector<std::string>& words) {
+  const auto end = std::ranges::find(words, "--");
+  return std::any_of(words.begin(), end,
+                     [](const std::string& word) { return word == "--help" || word == "-h"; });
 }
 
 /// What asks about a tool that people type is no line of its own.
@@ -30,15 +34,18 @@ const Tool* ToolFor(const std::vector<std::string>& words, const Vocabulary& voc
   if (words.empty()) return nullptr;
   const Tool* tool = vocabulary.FindTool(words.front());
   if (tool == nullptr || tool->description == nullptr) return tool;
-  return words.size() == 2 && words.back() == "--help" ? nullptr : tool;
+  return tool->word != std::string_view(kHelpTool) && AsksForHelp(words) ? nullptr : tool;
 }
 
 }  // namespace
 
 int Run(const std::vector<std::string>& arguments, const std::shared_ptr<Namespace>& root,
         const std::vector<Plugin>& plugins, Sink& out, Sink& err) {
-  const std::vector<std::string> words = WordsOf(arguments, *root);
-  const Vocabulary vocabulary = {root, Tools()};
+  const std::string implied = arguments.empty() ? "" : ImpliedBy(arguments.front(), *root);
+  std::vector<std::string> words = arguments;
+  if (!words.empty()) words.erase(words.begin());
+  if (!implied.empty()) words.insert(words.begin(), implied);
+  const Vocabulary vocabulary = {root, Tools(), implied};
   const Tool* tool = ToolFor(words, vocabulary);
   int status =
       tool == nullptr

@@ -81,12 +81,13 @@ class Execution {
 
  private:
   std::string HelpFor(const Style& style) const {
-    if (line_.tool != nullptr) return ToolHelp(*line_.tool, style);
+    if (line_.tool != nullptr) return ToolHelp(vocabulary_, *line_.tool, style);
     if (const CommandSpec* command = line_.GetCommand()) {
-      return CommandHelp(Explained(*command, line_.specs, line_.path), style);
+      return CommandHelp(vocabulary_, Explained(*command, line_.specs, line_.path), style);
     }
     if (line_.path.empty()) return RootHelp(vocabulary_, GlobalOptions(), style);
-    return NamespaceHelp(static_cast<const Namespace&>(*line_.node), line_.path, style);
+    return NamespaceHelp(vocabulary_, static_cast<const Namespace&>(*line_.node), line_.path,
+                         style);
   }
 
   int Refuse() {
@@ -94,9 +95,8 @@ class Execution {
     const int status = WriteReport(report_, out_, err_);
     const bool isMistyped = std::ranges::count(report_.faults, FaultKind::Usage, &Fault::kind) > 0;
     if (report_.formatter != kJson && isMistyped) {
-      const std::string path = line_.path.empty() ? "" : " " + line_.path;
-      err_.Buffer() += UsageLine(line_.path, line_.specs) + "\n";
-      err_.Buffer() += "try: " + std::string(kProgram) + path + " --help\n";
+      err_.Buffer() += UsageLine(vocabulary_, line_.path, line_.specs) + "\n";
+      err_.Buffer() += "try: " + vocabulary_.Typed(line_.path) + " --help\n";
     }
     return status;
   }

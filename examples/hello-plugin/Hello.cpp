@@ -27,12 +27,26 @@ class HelloSay : public Corvex::AutoCli::Command {
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
     std::vector<ParameterConstraint::EnumValue> tags;
     for (const Language& language : kLanguages) tags.push_back({language.tag, language.name});
-    return Inputs({{.name = "language",
-                    .shortName = "l",
-                    .required = true,
-                    .constraint = StringEnum(tags),
-                    .description = "The language to do it in:\n%FULLENUM%"},
-                   {.name = "name", .shortName = "n", .description = "Whom to greet."}});
+    return Inputs({
+        {.name = "language",
+         .shortName = "l",
+         .required = true,
+         .constraint = StringEnum(tags),
+         .description = "The language to do it in:\n%FULLENUM%"},
+        {.name = "name",
+         .shortName = "n",
+         .type = ParameterType::StringList,
+         .description = "Whom to greet."},
+        {.name = "from", .description = "Who greets."},
+        {.name = "times",
+         .type = ParameterType::Int,
+         .constraint = IntRange(1, 9),
+         .description = "How often, %ENUM%. Once without it."},
+        {.name = "comma",
+         .type = ParameterType::Bool,
+         .description = "Put a comma before each name. Done unless this is false."},
+        {.name = "loud", .type = ParameterType::Flag, .description = "Add an exclamation mark."},
+    });
   }
 
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override {
@@ -40,15 +54,26 @@ class HelloSay : public Corvex::AutoCli::Command {
   }
 
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override {
-    if (input->HasParameter("name") && input->GetParameter("name").empty()) {
-      return Refuse(output, "the name \"\" is empty");
+    std::vector<std::string> names;
+    input->GetParameterList("name", names);
+    const bool hasComma = !input->HasParameter("comma") || input->GetParameterBool("comma");
+    std::string text = GreetingIn(input->GetParameter("language"));
+    for (const std::string& name : names) {
+      if (name.empty()) return Refuse(output, "the name \"\" is empty");
+      text += (hasComma ? ", " : " ") + name;
     }
+    if (input->HasParameter("from")) text += " from " + input->GetParameter("from");
+    if (input->IsFlagSet("loud")) text += "!";
+    std::string all = text;
+    for (std::int64_t i = 1; i < input->GetParameterInt("times"); ++i) all += " " + text;
+    output->SetRootObject(MetaString::New(all));
+  }
+
+  static std::string GreetingIn(const std::string& tag) {
     for (const Language& language : kLanguages) {
-      if (input->GetParameter("language") != language.tag) continue;
-      std::string text = language.greeting;
-      if (input->HasParameter("name")) text += ", " + input->GetParameter("name");
-      output->SetRootObject(MetaString::New(text));
+      if (language.tag == tag) return language.greeting;
     }
+    return "";
   }
 };
 

@@ -82,6 +82,7 @@ TEST_F(CompleteTest, AWordGoesOnAsTheParserTakesIt) {
       {{"disk", "grow", "-d", "a:0", "-d", ""}, "b c\n"},
       {{"disk", "grow", "-wna:"}, "-wna:0\tx\\ty\n"},
       {{"disk", "grow", "-w"}, "-w\n"},
+      {{"disk", "list", "-h"}, "-h\tSay what can follow, or what a command does.\n"},
       {{"disk", "grow", "-wx"}, ""},
   };
   for (const auto& [words, lines] : cases) {

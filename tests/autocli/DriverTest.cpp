@@ -7,6 +7,7 @@ namespace autocli::test {
 
 using Corvex::Declare::Refuse;
 using Corvex::Declare::Succeed;
+using testing::HasSubstr;
 using testing::StartsWith;
 
 TEST(DriverTest, GlobalOptionsAndPathMayBeMixed) {
@@ -77,11 +78,18 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
        grow},
       {"disk grow --name --formatter simple", "error: option \"--name\" needs a value\n", grow},
       {"disk list --fields Nmae,Size,Size,,Colour",
-       "error: unknown field \"Nmae\", did you mean \"Name\"?\n"
+       "error: unknown field \"Nmae\", did you mean \"Name\"? The fields are: Name, Size, Fast, "
+       "Tags\n"
        "error: field \"Size\" is named twice in \"--fields\"\n"
        "error: unknown field \"\"\nerror: unknown field \"Colour\"\n",
        list},
       {"disk grow -nx --fields=A", "error: unknown field \"A\", the result has no fields\n", grow},
+      {"disk list --fields color",
+       "error: unknown field \"color\", the fields are: Name, Size, Fast, Tags\n", list},
+      {"disk list -formatter json -h=x",
+       "error: unknown option \"-formatter\", did you mean \"--formatter\"?\n"
+       "error: option \"-h\" takes no value, not \"x\"\n",
+       list},
       {"disk list \x1b", "error: unexpected argument \"\\x1b\"\n", list},
       {"disk list -- --help", "error: unexpected argument \"--help\"\n", list},
   };
@@ -92,6 +100,23 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
   for (const auto& [line, errors, usage] : cases) {
     EXPECT_EQ(tree.Run(line), (Ran{2, "", errors + "usage: " + usage}));
   }
+}
+
+TEST(DriverTest, WordsAreShownAsTheyWereTyped) {
+  const DiskTree tree;
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"grow -n", "usage: disk grow --name STRING [--size INT]\n", "\ntry: disk grow --help\n"},
+      {"shrink", "usage: disk COMMAND... [options]\n", "\ntry: disk --help\n"},
+      {"--help", "\nusage: disk COMMAND... [options]\n", "\nmore: disk help COMMAND...\n"},
+      {"grow -h", "\nusage: disk grow --name", "\neverywhere: "},
+  };
+  for (const auto& [line, usage, end] : cases) {
+    const Ran ran = tree.Run(line, {}, "/bin/disk");
+    EXPECT_THAT(ran.out + ran.err, testing::AllOf(HasSubstr(usage), HasSubstr(end))) << line;
+  }
+  EXPECT_THAT(tree.Run("grow -nx --formatter json", {}, "disk").out,
+              StartsWith("{\"command\":\"disk grow\""));
+  EXPECT_THAT(tree.Run("disk --help").out, HasSubstr("\nmore: autocli help disk COMMAND...\n"));
 }
 
 TEST(DriverTest, PluginsAreListedWithWhatBecameOfThem) {
@@ -117,13 +142,25 @@ TEST(DriverTest, HelpWinsWhereverItStands) {
   EXPECT_THAT(help, StartsWith("Grow a disk\n\nusage: autocli disk grow "));
   for (const char* line :
        {"--help disk grow --version", "disk --help grow -x word", "disk grow --size many --help",
-        "help disk grow", "disk help grow", "--color auto help --fields A disk grow --help"}) {
+        "help disk grow", "disk help grow", "-h disk grow", "disk grow -h",
+        "--color auto help --fields A disk grow --help"}) {
     EXPECT_EQ(tree.Run(line), (Ran{0, help, ""})) << line;
   }
   EXPECT_EQ(tree.Run("disk nothing --help").status, 2);
+  for (const char* tool : {"batch", "--reference", "--completion", "--plugins"}) {
+    const std::string word = tool;
+    const std::string usage = "\nusage: autocli " + word + " ";
+    for (const std::string& line :
+         {word + " --help", word + " man --help", word + " --keep-going x y -h --formatter"}) {
+      const Ran ran = tree.Run(line);
+      EXPECT_THAT(ran.out, HasSubstr(usage)) << line;
+      EXPECT_EQ(ran.status, 0) << line;
+    }
+    EXPECT_NE(tree.Run(word + " -- --help").status, 0) << "a word like any other";
+  }
   EXPECT_EQ(tree.Run("help dsik"), tree.Run("dsik"));
   EXPECT_THAT(tree.Run("hlep").err, StartsWith("error: unknown command \"hlep\", did you mean "));
-  EXPECT_THAT(tree.Run("help help").out, testing::HasSubstr("\nusage: autocli help [PATH...]\n"));
+  EXPECT_THAT(tree.Run("help help").out, HasSubstr("\nusage: autocli help [PATH...]\n"));
   // Half a path is refused, with what help would say.
   EXPECT_EQ(tree.Run(""), (Ran{2, "", tree.Run("--help").out}));
   EXPECT_EQ(tree.Run("disk"), (Ran{2, "", tree.Run("disk --help").out}));

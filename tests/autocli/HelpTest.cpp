@@ -20,6 +20,7 @@ TEST(HelpTest, PlaceholdersStandForTheAllowedValues) {
           {modes, "Mode.\n%FULLENUM%Only here.", "Mode.\n  fast: Takes risks.\n  slow\nOnly here."},
           {modes, "Values are: %FULLENUM%", "Values are:\n  fast: Takes risks.\n  slow\n"},
           {IntRange(0, 512), "Level (%ENUM%, 0 means off)", "Level (0-512, 0 means off)"},
+          {IntRange(-1, 512), "%FULLENUM%", "-1 to 512\n"},
           {nullptr, "None: %ENUM%", "None: "},
       };
   for (const auto& [constraint, description, expanded] : cases) {
@@ -34,7 +35,7 @@ TEST(HelpTest, CommandHelpSaysAllThatIsDeclared) {
   command.SetDescription("Grow\x1b a disk.\nTakes a while.");
   const auto input = Inputs({
       {.name = "wait", .shortName = "w", .type = ParameterType::Flag},
-      {.name = "size", .type = ParameterType::Int, .constraint = IntRange(1, 9)},
+      {.name = "size", .type = ParameterType::Int, .constraint = IntRange(-9, 1)},
       {.name = "tag", .type = ParameterType::StringList, .required = true, .description = "Word."},
       {.name = "a-very-long-name-of-an-option",
        .shortName = "m",
@@ -47,14 +48,14 @@ TEST(HelpTest, CommandHelpSaysAllThatIsDeclared) {
       "Grow\\x1b a disk.\n"
       "Takes a while.\n"
       "\n"
-      "usage: autocli disk grow --tag STRING ... [--wait] [--size INT]\n"
+      "usage: autocli disk grow [--wait] [--size INT] --tag STRING ...\n"
       "    [--a-very-long-name-of-an-option STRING] [--speed STRING]\n"
       "\n"
       "options:\n"
+      "  -w, --wait\n"
+      "      --size INT                    range: -9 to 1\n"
       "      --tag STRING                  (required) Word.\n"
       "                                    may be given several times\n"
-      "  -w, --wait\n"
-      "      --size INT                    range: 1-9\n"
       "  -m, --a-very-long-name-of-an-option STRING\n"
       "                                    How it is done, so to say:\n"
       "                                    as-it-is-in-the-manual-of-the-disk.\n"
@@ -71,11 +72,13 @@ TEST(HelpTest, CommandHelpSaysAllThatIsDeclared) {
       "  3 unknown command, while a plug-in could not be loaded,\n"
       "  4 the command broke, or its result could not be written\n"
       "\n"
-      "global options: autocli help\n";
-  EXPECT_EQ(CommandHelp(text, {}), help);
+      "everywhere: --formatter --fields --no-header --color --help --describe --version\n";
+  const Vocabulary vocabulary;
+  EXPECT_EQ(CommandHelp(vocabulary, text, {}), help);
 
-  std::string colored = CommandHelp(text, {.isColored = true});
-  EXPECT_THAT(colored, HasSubstr("\n\x1b[1moptions:\x1b[0m\n      \x1b[36m--tag\x1b[0m STRING  "));
+  std::string colored = CommandHelp(vocabulary, text, {.isColored = true});
+  EXPECT_THAT(colored, HasSubstr("\n\x1b[1moptions:\x1b[0m\n  \x1b[36m-w, --wait\x1b[0m\n"
+                                 "      \x1b[36m--size\x1b[0m INT  "));
   for (std::size_t at = 0; (at = colored.find('\x1b')) != std::string::npos;) {
     colored.erase(at, colored.find('m', at) - at + 1);
   }
@@ -94,7 +97,8 @@ TEST(HelpTest, TheRootSaysWhatIsForAll) {
   const std::string root = DiskTree().Run("--help").out;
   for (const char* part :
        {"  disk  Disks of the host\n", "How the result is written: simple, table, json, csv.",
-        "  help [PATH...]  ", "--fields STRING", "--describe", "--version", "\n  4  "}) {
+        "  help [PATH...]  ", "--fields STRING", "\n  -h, --help  ", "--describe", "--version",
+        "\n  4  "}) {
     EXPECT_THAT(root, HasSubstr(part));
   }
 }

@@ -29,7 +29,6 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
   const std::pair<Words, const char*> cases[] = {
       {{"--name=a=b"}, "a=b"},
       {{"--name", ""}, ""},
-      {{"-n=a"}, "=a"},
       {{"-n-5"}, "-5"},
       {{"-wtna"}, "a"},
       {{"--name", "-"}, "-"},
@@ -42,6 +41,14 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
       {{"--nmae", "x"}, "unknown option \"--nmae\", did you mean \"--name\"?"},
       {{"--nam=x"}, "unknown option \"--nam\", did you mean \"--name\"?"},
       {{"--siez", "-4"}, "unknown option \"--siez\", did you mean \"--size\"?"},
+      {{"-nmae"}, "mae"},
+      {{"-nam=x"}, "am=x"},
+      {{"-name", "x"}, "unknown option \"-name\", did you mean \"--name\"?"},
+      {{"-size=4"}, "unknown option \"-size\", did you mean \"--size\"?"},
+      {{"-wait"}, "unknown option \"-wait\", did you mean \"--wait\"?"},
+      {{"-levle", "5"}, "unknown option \"-levle\", did you mean \"--level\"?"},
+      {{"-mdoe=x"}, "unknown option \"-mdoe\", did you mean \"--mode\"?"},
+      {{"-x"}, "unknown option \"-x\""},
       {{"-wx"}, "unknown option \"-x\" in \"-wx\""},
       {{"-\xc3\xa9"}, "unknown option \"-\xc3\xa9\""},
       {{"--name"}, "option \"--name\" needs a value"},
@@ -50,13 +57,19 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
       {{"--name", "--"}, "option \"--name\" needs a value"},
       {{"--size", "-w"}, "option \"--size\" needs a value"},
       {{"--wait="}, "option \"--wait\" takes no value, not \"\""},
+      {{"-s=4"}, "option \"-s\" takes its value without \"=\": \"-s 4\" or \"-s4\""},
+      {{"-wn="}, "option \"-n\" takes its value without \"=\": \"-n VALUE\" or \"-nVALUE\""},
       {{"-w=x"}, "option \"-w\" takes no value, not \"x\""},
       {{"--size=4k"}, "option \"--size\" takes a 64-bit decimal integer, not \"4k\""},
       {{"--size", "9223372036854775808"},
        "option \"--size\" takes a 64-bit decimal integer, not \"9223372036854775808\""},
       {{"--level", "-1"}, "option \"--level\" takes 0 to 512, not \"-1\""},
       {{"--level", "513"}, "option \"--level\" takes 0 to 512, not \"513\""},
-      {{"-e", "True"}, "option \"--enabled\" takes true or false, not \"True\""},
+      {{"-e", "TRUE"},
+       "option \"--enabled\" takes true (1, yes, on) or false (0, no, off), not \"TRUE\", did you "
+       "mean \"true\"?"},
+      {{"-e", "2"},
+       "option \"--enabled\" takes true (1, yes, on) or false (0, no, off), not \"2\""},
       {{"--mode", "fats"},
        "option \"--mode\" takes one of \"fast\", \"slow\", not \"fats\", did you mean \"fast\"?"},
       {{"--name", "a", "-nb", "-nc"}, "option \"--name\" is given more than once"},
@@ -94,6 +107,9 @@ TEST(ParseTest, OtherTypes) {
   EXPECT_THROW(input.IsFlagSet("enabled"), std::logic_error);
   for (const char* yes : {"true", "1", "yes", "on"}) {
     EXPECT_TRUE(Parse({"-e", yes}).input->GetParameterBool("enabled")) << yes;
+  }
+  for (const char* no : {"false", "0", "no", "off"}) {
+    EXPECT_FALSE(Parse({"-e", no}).input->GetParameterBool("enabled")) << no;
   }
 }
 

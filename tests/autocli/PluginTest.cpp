@@ -110,7 +110,7 @@ TEST_F(PluginTest, FilesThatOthersCouldHaveWrittenAreNotLoaded) {
 
 /// What the command line prints on both streams, and its exit status.
 std::pair<std::string, int> RunInShell(const std::string& line) {
-  std::FILE* pipe = popen((line + " 2>&1").c_str(), "r");
+  std::FILE* pipe = popen(("{ " + line + "; } 2>&1").c_str(), "r");
   std::string output;
   for (int c = 0; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
   return {output, WEXITSTATUS(pclose(pipe))};
@@ -123,15 +123,19 @@ TEST_F(PluginTest, OneThatEndsTheProgramIsNamed) {
   std::filesystem::copy(TEST_LIBRARY, path_ + "/lib");
   const std::string plugins = "lib/autocli/plugins/";
   Put(plugins + "a.so", good_);
+  Put(plugins + "z.so", good_);
   const std::string bytes = Built("ending.so");
-  for (const auto& [name, reason] : {std::pair("exit", "exit()"),
-                                     {"fpe", "SIGFPE"},
-                                     {"stack", "SIGSEGV"},
-                                     {"throw", "no /dev/disk today"}}) {
+  const std::string loaded = "ended the program while it was loaded: ";
+  for (const auto& [name, reason] : {std::pair("exit", loaded + "exit()"),
+                                     {"quick", loaded + "quick_exit()"},
+                                     {"fpe", loaded + "SIGFPE"},
+                                     {"stack", loaded + "SIGSEGV"},
+                                     {"throw", loaded + "no /dev/disk today"},
+                                     {"register", loaded + "SIGABRT"},
+                                     {"destructor", "broke when the program ended: SIGABRT"}}) {
     const std::string ending = Put(plugins + name + ".so", bytes);
-    const auto [output, status] = RunInShell(path_ + "/bin/autocli --plugins");
-    EXPECT_EQ(output, "error: plug-in \"" + ending +
-                          "\" ended the program while it was loaded: " + reason + "\n");
+    const auto [output, status] = RunInShell(path_ + "/bin/autocli good --help >/dev/null");
+    EXPECT_EQ(output, "error: plug-in \"" + ending + "\" " + reason + "\n");
     EXPECT_EQ(status, 3) << name;
     std::filesystem::remove(ending);
   }

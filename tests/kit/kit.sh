@@ -27,7 +27,11 @@ expect() { # STATUS OUTPUT COMMAND...
 
 cp -r "$tree/examples/hello-plugin" "$scratch/hello"
 make_plugin "$scratch/hello"
+declared=$(sed -n '/^    return Inputs({$/,/^    });$/p' "$tree/examples/hello-plugin/Hello.cpp")
+[[ $declared && $(<"$tree/docs/plugins.md") == *"$declared"* ]] || { echo "docs/plugins.md shows other parameters than the example"; exit 1; }
 expect 0 "Ciao, Ada" "$prefix/bin/autocli" hello say --language it --name Ada
+expect 0 "Jambo Ada Bob from Eve! Jambo Ada Bob from Eve!" "$prefix/bin/autocli" hello say --name Ada --language sw \
+  --loud --times 2 --comma no -n Bob --from Eve
 expect 0 $'Tag,Name\nen,English\nit,Italian\nsw,Swahili' "$prefix/bin/autocli" hello language list --formatter csv
 expect 0 $'hello.so,0.3,true\nkorel.so,1.0.0,true\nlab.so,1.0.0,true' "$prefix/bin/autocli" --plugins --formatter csv --no-header \
   --fields Name,Version,Loaded
