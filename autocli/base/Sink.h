@@ -26,6 +26,8 @@ class Sink {
   void SetColoring(Coloring coloring) { coloring_ = coloring; }
   bool IsColored() const;
   bool IsTerminal() const { return TerminalWidth().has_value(); }
+  /// The columns of the terminal that it writes to; 0 when that does not say, and without one.
+  std::size_t GetColumns() const { return TerminalWidth().value_or(0); }
   /// For a text that fills the width.
   Style GetStyle() const { return {WidthFor(TerminalWidth().value_or(0)), IsColored()}; }
 

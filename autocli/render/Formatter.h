@@ -25,6 +25,9 @@ const Formatter& TableFormatter();
 const Formatter& CsvFormatter();
 const Formatter& JsonFormatter();
 
+/// The result is wider as a table than the terminal that `out` writes to.
+bool IsTableTooWide(const Corvex::MetaObj::MetaObject& result, const View& view, const Sink& out);
+
 /// "simple", "table", "json" and "csv".
 std::vector<std::string> FormatterNames();
 

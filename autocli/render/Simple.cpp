@@ -3,8 +3,11 @@
 
 namespace autocli {
 
+using Corvex::MetaObj::MetaBool;
+using Corvex::MetaObj::MetaInt;
 using Corvex::MetaObj::MetaList;
 using Corvex::MetaObj::MetaObject;
+using Corvex::MetaObj::MetaString;
 using Corvex::MetaObj::MetaStruct;
 using Corvex::MetaObj::MetaType;
 
@@ -58,6 +61,21 @@ void AppendField(std::string& out, const Column& column, const MetaStruct& recor
   out += '\n';
 }
 
+bool IsUnset(const MetaObject& value) {
+  switch (value.GetType()) {
+    case MetaType::Bool:
+      return !static_cast<const MetaBool&>(value).GetValue();
+    case MetaType::Int:
+      return !static_cast<const MetaInt&>(value).GetValue();
+    case MetaType::String:
+      return !static_cast<const MetaString&>(value).GetValue();
+    case MetaType::Struct:
+    case MetaType::List:
+      break;
+  }
+  return false;
+}
+
 class Simple final : public Formatter {
  public:
   void Write(const MetaObject& result, const View& view, Sink& out) const override {
@@ -70,6 +88,7 @@ class Simple final : public Formatter {
       });
       return;
     }
+    const bool isForTerminal = out.IsTerminal();
     bool isFirst = true;
     ForEachRecord(result, [&](const MetaStruct& record) {
       if (!isFirst) text += '\n';
@@ -79,6 +98,8 @@ class Simple final : public Formatter {
         text += '\n';
       }
       for (const Column& column : view.GetColumns()) {
+        // People need no line for what is not there; a program looks for the line.
+        if (isForTerminal && IsUnset(*record.GetFields()[column.index].value)) continue;
         if (view.HasHeader()) text += "   ";
         AppendField(text, column, record);
       }

@@ -39,6 +39,7 @@ class Execution {
       : vocabulary_(vocabulary), line_(std::move(line)), out_(out), err_(err) {
     report_.path = line_.path;
     report_.formatter = FormatterOf(line_);
+    report_.isSuggested = !line_.globals->HasParameter("formatter");
     out_.SetColoring(ColoringOf(line_));
     err_.SetColoring(ColoringOf(line_));
     report_.faults = pluginFaults;

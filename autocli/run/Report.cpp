@@ -59,13 +59,26 @@ int WriteFaults(const std::vector<Fault>& faults, Sink& err) {
   return StatusOf(faults);
 }
 
+namespace {
+
+/// A table that the command suggests gives way when the terminal is too narrow for it.
+void WriteResult(const Report& report, Sink& out, Sink& err) {
+  const Formatter& formatter = FormatterNamed(report.formatter);
+  if (!report.isSuggested || &formatter != &TableFormatter() ||
+      !IsTableTooWide(*report.result, report.view, out)) {
+    return formatter.Write(*report.result, report.view, out);
+  }
+  SimpleFormatter().Write(*report.result, report.view, out);
+  err.Buffer() += "note: too wide for a table here; \"--formatter table\" shows one\n";
+}
+
+}  // namespace
+
 int WriteReport(const Report& report, Sink& out, Sink& err) {
   if (report.formatter == kJson) {
     WriteJson(report, out);
   } else {
-    if (report.result) {
-      FormatterNamed(report.formatter).Write(*report.result, report.view, out);
-    }
+    if (report.result) WriteResult(report, out, err);
     WriteFaults(report.faults, err);
   }
   return StatusOf(report.faults);

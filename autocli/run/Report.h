@@ -18,6 +18,7 @@ inline constexpr const char* kJson = "json";
 struct Report {
   std::string path;                       ///< of the command
   std::string formatter;                  ///< its name
+  bool isSuggested = false;               ///< the formatter is the command's choice, not the user's
   Corvex::MetaObj::MetaObjectPtr result;  ///< null when there is none
   View view;                              ///< of the result
   std::vector<Fault> faults;

@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "autocli/render/Formatter.h"
+#include "autocli/run/Report.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
@@ -25,8 +26,14 @@ std::shared_ptr<MetaList> Disks(const std::vector<std::shared_ptr<MetaStruct>>& 
 
 /// Keeps what is written, as if a terminal showed it.
 class TerminalSink final : public Sink {
-  std::optional<std::size_t> TerminalWidth() const override { return 80; }
+ public:
+  explicit TerminalSink(std::size_t columns = 80) : columns_(columns) {}
+
+ private:
+  std::optional<std::size_t> TerminalWidth() const override { return columns_; }
   int Write(std::string_view) override { return 0; }
+
+  std::size_t columns_;
 };
 
 TEST(FormatTest, RecordsAreShownAsHintedAndPicked) {
@@ -58,6 +65,45 @@ TEST(FormatTest, TableColumnsLineUp) {
             "sda       5 GB  true\n"
             "e\xcc\x81\xe7\x8c\xab   12345 GB  false  t\n"
             "\n");
+}
+
+TEST(FormatTest, ATerminalHasItsWidth) {
+  const auto record = [](const MetaObjectPtr& speed) {
+    const auto disk = MetaStruct::New("Disk");
+    disk->SetField("Device Name", "sda");
+    disk->SetField("Mounted On", "/");
+    disk->SetField("Speed In MB", speed);
+    return disk;
+  };
+  const auto disks = ListOf(record(MetaInt::New()));
+  disks->Add(record(MetaInt::New(5)));
+  disks->Add(record(MetaInt::New()));
+  const View view(*disks, {}, {});
+  const std::string table =
+      "                 Speed\n"
+      "Device  Mounted     In\n"
+      "Name    On          MB\n"
+      "------  -------  -----\n"
+      "sda     /            5\n"
+      "sda     /\n";
+  const std::string records =
+      "Device Name: sda\nMounted On: /\nSpeed In MB: 5\n\nDevice Name: sda\nMounted On: /\n";
+  const std::tuple<std::size_t, const char*, bool, std::string> cases[] = {
+      {22, "table", true, table},    {21, "table", true, records}, {21, "table", false, table},
+      {21, "simple", true, records}, {0, "table", true, table},
+  };
+  for (const auto& [columns, formatter, isSuggested, shown] : cases) {
+    TerminalSink out(columns);
+    TextSink err;
+    Report report;
+    report.formatter = formatter;
+    report.isSuggested = isSuggested;
+    report.result = disks;
+    report.view = view;
+    WriteReport(report, out, err);
+    EXPECT_EQ(out.Buffer(), shown) << columns << formatter << isSuggested;
+    EXPECT_EQ(err.Buffer().empty(), formatter + shown != "table" + records);
+  }
 }
 
 TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
