@@ -4,7 +4,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +14,7 @@
 #include "autocli/base/File.h"
 #include "autocli/base/Guard.h"
 #include "autocli/plugin/Elf.h"
+#include "autocli/plugin/Trust.h"
 #include "autocli/plugin/Watch.h"
 
 namespace autocli {
@@ -26,27 +26,9 @@ namespace {
 using EntryPoint = void(std::shared_ptr<Namespace>&);
 constexpr const char* kEntryPoint = "AutoCli_RegisterNamespaces";
 
-/// Why the open file or folder is not to be trusted; empty when it is.
-std::string TrustProblem(int file) {
-  struct stat state {};
-  if (fstat(file, &state) != 0) return std::strerror(errno);
-  if (state.st_uid != 0 && state.st_uid != geteuid()) {
-    return "belongs to neither root nor the user";
-  }
-  if ((state.st_mode & (S_IWGRP | S_IWOTH)) != 0) return "writable by group or others";
-  return "";
-}
-
 std::string FileProblem(int folder, const std::string& name) {
-  struct stat state {};
-  if (fstatat(folder, name.c_str(), &state, AT_SYMLINK_NOFOLLOW) != 0) {
-    return std::strerror(errno);
-  }
-  // Before it is opened, for opening a pipe or a device can have effects of its own.
-  if (!S_ISREG(state.st_mode)) return "no regular file";
-  const File file(openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-  if (file.Number() < 0) return std::strerror(errno);
-  const std::string problem = TrustProblem(file.Number());
+  File file;
+  const std::string problem = OpenTrusted(folder, name, file);
   return problem.empty() ? ElfProblem(file.Number()) : problem;
 }
 
