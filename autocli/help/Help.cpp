@@ -127,6 +127,17 @@ std::string Result(const CommandText& command, const Style& style) {
   return out + "\n";
 }
 
+/// What to type, on a line of its own so that it can be copied, and below it what that does.
+std::string Examples(const std::vector<Meaning>& examples, const Style& style) {
+  if (examples.empty()) return "";
+  std::string out = "\n" + Heading("examples:", style) + "\n";
+  for (const auto& [line, text] : examples) {
+    out += "  " + Painted(Ink::Name, Escaped(line), style.isColored) + "\n";
+    if (!text.empty()) out += "      " + Wrapped(text, 6, style.width) + "\n";
+  }
+  return out;
+}
+
 /// The exit statuses in a sentence.
 std::string Statuses(const Style& style) {
   std::vector<std::string> pieces;
@@ -166,7 +177,8 @@ std::string CommandHelp(const CommandText& command, const Style& style) {
   return Described(command.description, style) +
          Usage(command.path, UsagePieces(command.options), style) + "\n" +
          OptionSection("options:", command.options, style) + Result(command, style) +
-         Statuses(style) + More("help", "global options:", style);
+         Statuses(style) + Examples(command.examples, style) +
+         More("help", "global options:", style);
 }
 
 std::string ToolHelp(const Tool& tool, const Style& style) {
@@ -174,9 +186,9 @@ std::string ToolHelp(const Tool& tool, const Style& style) {
          More("help", "more:", style);
 }
 
-std::string UsageLine(const std::string& path, const Specs& specs) {
+std::string UsageLine(const std::string& path, const Specs& specs, const CommandNotes& notes) {
   const auto pieces =
-      specs.input ? UsagePieces(Explained(*specs.input, specs.rest)) : NamespacePieces(path);
+      specs.input ? UsagePieces(Explained(*specs.input, notes)) : NamespacePieces(path);
   return Usage(path, pieces, {.width = std::string::npos});
 }
 

@@ -10,9 +10,6 @@
 
 namespace autocli {
 
-/// The name that people type.
-inline constexpr const char* kProgram = "autocli";
-
 /// What help says of the program: the top-level namespaces, the tools that have a description, the
 /// global options, the exit statuses.
 std::string RootHelp(const Vocabulary& vocabulary, const Corvex::CallSpec::InputSpec& globalOptions,
@@ -30,7 +27,7 @@ std::string ToolHelp(const Tool& tool, const Style& style);
 
 /// "usage: ..." on one line: required options first, others in brackets. `specs` are empty for a
 /// namespace; `path` is empty for the root.
-std::string UsageLine(const std::string& path, const Specs& specs);
+std::string UsageLine(const std::string& path, const Specs& specs, const CommandNotes& notes);
 
 /// The words of a tool's line after the program's name, as a usage line shows them.
 std::string ToolUsage(const Tool& tool);

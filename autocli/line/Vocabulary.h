@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include "autocli/contract/Specs.h"
+#include "autocli/plugin/Companion.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
@@ -25,10 +27,15 @@ inline constexpr const char* kHelpTool = "help";
 struct Vocabulary {
   std::shared_ptr<Corvex::AutoCli::Namespace> root;  ///< what plug-ins brought; never null
   std::span<const Tool> tools = {};                  ///< in the order of help
+  Companions companions = {};
 
   /// The tool that the first word of a line names; null without one, and when a top-level namespace
   /// has taken the name.
   const Tool* FindTool(const std::string& word) const;
+
+  /// What companions say of the command at that path; nothing without its input. Its `rest` is a
+  /// list option of `specs`, or empty.
+  CommandNotes NotesOn(const std::string& path, const Specs& specs) const;
 };
 
 }  // namespace autocli

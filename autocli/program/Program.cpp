@@ -38,7 +38,7 @@ const Tool* ToolFor(const std::vector<std::string>& words, const Vocabulary& voc
 int Run(const std::vector<std::string>& arguments, const std::shared_ptr<Namespace>& root,
         const std::vector<Plugin>& plugins, Sink& out, Sink& err) {
   const std::vector<std::string> words = WordsOf(arguments, *root);
-  const Vocabulary vocabulary = {root, Tools()};
+  const Vocabulary vocabulary = {root, Tools(), Companions(plugins)};
   const Tool* tool = ToolFor(words, vocabulary);
   int status =
       tool == nullptr

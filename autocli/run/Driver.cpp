@@ -77,11 +77,13 @@ class Execution {
   std::string HelpFor(const Style& style) const {
     if (line_.tool != nullptr) return ToolHelp(*line_.tool, style);
     if (const CommandSpec* command = line_.GetCommand()) {
-      return CommandHelp(Explained(*command, line_.specs, line_.path), style);
+      return CommandHelp(Explained(*command, line_.specs, line_.path, Notes()), style);
     }
     if (line_.path.empty()) return RootHelp(vocabulary_, GlobalOptions(), style);
     return NamespaceHelp(static_cast<const Namespace&>(*line_.node), line_.path, style);
   }
+
+  CommandNotes Notes() const { return vocabulary_.NotesOn(line_.path, line_.specs); }
 
   int Refuse() {
     report_.faults.insert(report_.faults.end(), line_.faults.begin(), line_.faults.end());
@@ -89,7 +91,7 @@ class Execution {
     const bool isMistyped = std::ranges::count(report_.faults, FaultKind::Usage, &Fault::kind) > 0;
     if (report_.formatter != kJson && isMistyped) {
       const std::string path = line_.path.empty() ? "" : " " + line_.path;
-      err_.Buffer() += UsageLine(line_.path, line_.specs) + "\n";
+      err_.Buffer() += UsageLine(line_.path, line_.specs, Notes()) + "\n";
       err_.Buffer() += "try: " + std::string(kProgram) + path + " --help\n";
     }
     return status;

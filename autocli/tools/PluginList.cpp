@@ -3,6 +3,7 @@
 #include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Loader.h"
 #include "autocli/run/Driver.h"
+#include "autocli/tools/CompanionCheck.h"
 #include "platform/autocli/Declare.h"
 
 namespace autocli {
@@ -56,8 +57,12 @@ class PluginList final : public Corvex::AutoCli::Command {
 }  // namespace
 
 int PluginsTool(const ToolCall& call) {
-  return RunTool("--plugins", std::make_shared<PluginList>(call.plugins), call.words,
-                 FaultsOf(call.plugins), call.out, call.err);
+  std::vector<Fault> faults = FaultsOf(call.plugins);
+  for (const std::string& problem : CompanionProblems(call.vocabulary)) {
+    faults.push_back({FaultKind::Plugin, problem});
+  }
+  return RunTool("--plugins", std::make_shared<PluginList>(call.plugins), call.words, faults,
+                 call.out, call.err);
 }
 
 }  // namespace autocli

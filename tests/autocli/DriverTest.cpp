@@ -32,8 +32,9 @@ TEST(DriverTest, GlobalOptionsAndPathMayBeMixed) {
 }
 
 TEST(DriverTest, ACommandMayTakeTheRestOfTheLine) {
-  const DiskTree tree;
-  tree.grow->SetDefaultOutputParameter("rest", "words");
+  const TestCompanion companion(R"({"disk grow": {"rest": "words"}})");
+  DiskTree tree;
+  tree.loaded = companion.plugins;
   tree.grow->input = [] {
     return Declare::Inputs(
         {{.name = "wait", .type = ParameterType::Flag},
@@ -55,8 +56,8 @@ TEST(DriverTest, ACommandMayTakeTheRestOfTheLine) {
         "try: autocli disk grow --help\n"}},
   };
   for (const auto& [line, ran] : cases) EXPECT_EQ(tree.Run(line), ran) << line;
-  tree.grow->SetDefaultOutputParameter("rest", "wait");
-  EXPECT_EQ(tree.Run("disk grow a").status, 4) << "no list";
+  companion.Write(R"({"disk grow": {"rest": "wait"}})");
+  EXPECT_EQ(tree.Run("disk grow a").status, 2) << "no list";
 }
 
 TEST(DriverTest, RefusalsSayWhatAndHow) {

@@ -33,6 +33,9 @@ expect 0 $'hello.so,0.3,true\nkorel.so,1.0.0,true\nlab.so,1.0.0,true' "$prefix/b
   --fields Name,Version,Loaded
 expect 0 AutoCli_RegisterNamespaces nm -D --defined-only --format=just-symbols "$plugins/hello.so"
 
+help=$("$prefix/bin/autocli" hello say --help)
+[[ $help == *"examples:"*"autocli hello say --language it --name Ada"* ]] || { echo "no companion: $help"; exit 1; }
+
 # Without the library that has the lab, only what needs it fails.
 mv "$prefix/lib/autocli/libkorellab.so" "$scratch"
 expect 0 "Enabled: false" "$prefix/bin/korel" storage automode get
