@@ -55,7 +55,7 @@ function(own_plugin target core)
   autocli_add_plugin(${target} ${ARGN})
   link_whole(${target} ${core})
   set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PLUGIN_DIR})
-  # The framework refuses plug-ins that others than their owner could write.
+  # The framework refuses plug-ins and companions that others than their owner could write.
   add_custom_command(TARGET ${target} POST_BUILD
-                     COMMAND chmod go-w ${PLUGIN_DIR} $<TARGET_FILE:${target}>)
+                     COMMAND chmod go-w ${PLUGIN_DIR} $<TARGET_FILE:${target}> ${PLUGIN_DIR}/${target}.json)
 endfunction()

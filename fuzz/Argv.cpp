@@ -201,7 +201,7 @@ void RunAsTyped(const Words& words, const std::string& state, const Outcome& inJ
   Words arguments = words;
   arguments.insert(arguments.begin(), "autocli");
   const Outcome typed = RunOn(state, [&](auto& out, auto& err) {
-    return autocli::Run(arguments, fuzz::WholeTree().root, {}, out, err);
+    return autocli::Run(arguments, fuzz::WholeTree().root, fuzz::Plugins(), out, err);
   });
   const bool isColored = std::ranges::any_of(
       words, [](const std::string& word) { return word.starts_with("--color"); });

@@ -19,7 +19,9 @@ using Corvex::MetaObj::MetaType;
 
 namespace {
 
-const char* ValueName(ParameterType type) {
+const char* ValueName(ParameterType type, Naming naming) {
+  if (naming == Naming::File) return "FILE";
+  if (naming == Naming::Folder) return "FOLDER";
   switch (type) {
     case ParameterType::String:
     case ParameterType::StringList:
@@ -68,31 +70,36 @@ std::string ResultText(const MetaObject& prototype) {
 
 }  // namespace
 
-std::vector<OptionText> Explained(const InputSpec& input, const std::string& rest) {
+std::vector<OptionText> Explained(const InputSpec& input, const CommandNotes& notes) {
   std::vector<OptionText> options;
   std::vector<OptionText> last;
   for (const auto& option : input.GetParameters()) {
     const std::string& name = option->GetLongName();
     const std::string& letter = option->GetShortName();
-    const bool isRepeatable = option->GetType() == ParameterType::StringList && name != rest;
+    const bool isRepeatable = option->GetType() == ParameterType::StringList && name != notes.rest;
     const std::string text = TextOf(*option, isRepeatable);
-    if (name == rest) {
+    if (name == notes.rest) {
       last.push_back({"", RestText(name), "", option->IsRequired(), isRepeatable, text});
     } else {
       options.push_back({letter.empty() ? "" : "-" + letter, "--" + name,
-                         ValueName(option->GetType()), option->IsRequired(), isRepeatable, text});
+                         ValueName(option->GetType(), notes.NamingOf(name)), option->IsRequired(),
+                         isRepeatable, text});
     }
   }
   options.insert(options.end(), last.begin(), last.end());
   return options;
 }
 
-CommandText Explained(const CommandSpec& command, const Specs& specs, const std::string& path) {
-  CommandText text = {path, command.GetDescription(), {}, "", {}};
+CommandText Explained(const CommandSpec& command, const Specs& specs, const std::string& path,
+                      const CommandNotes& notes) {
+  CommandText text = {path, command.GetDescription(), {}, "", {}, {}};
   if (!specs.problem.empty()) return text;
-  text.options = Explained(*specs.input, specs.rest);
+  text.options = Explained(*specs.input, notes);
   text.result = ResultText(*specs.output);
   text.fields = FieldNames(*specs.output);
+  for (const auto& [line, about] : notes.examples) {
+    text.examples.push_back({std::string(kProgram) + " " + line, about});
+  }
   return text;
 }
 

@@ -135,6 +135,17 @@ std::string Listed(std::string_view title, const std::vector<std::string>& piece
   return out + "\n";
 }
 
+/// What to type, on a line of its own so that it can be copied, and below it what that does.
+std::string Examples(const std::vector<Meaning>& examples, const Style& style) {
+  if (examples.empty()) return "";
+  std::string out = "\n" + Heading("examples:", style) + "\n";
+  for (const auto& [line, text] : examples) {
+    out += "  " + Painted(Ink::Name, Escaped(line), style.isColored) + "\n";
+    if (!text.empty()) out += "      " + Wrapped(text, 6, style.width) + "\n";
+  }
+  return out;
+}
+
 /// The exit statuses in a sentence.
 std::string Statuses(const Style& style) {
   std::vector<std::string> pieces;
@@ -181,7 +192,7 @@ std::string CommandHelp(const Vocabulary& vocabulary, const CommandText& command
   return Described(command.description, style) +
          Usage(vocabulary.Typed(command.path), UsagePieces(command.options), style) + "\n" +
          OptionSection("options:", command.options, style) + Result(command, style) +
-         Statuses(style) + SharedOptions(style);
+         Examples(command.examples, style) + Statuses(style) + SharedOptions(style);
 }
 
 std::string ToolHelp(const Vocabulary& vocabulary, const Tool& tool, const Style& style) {
@@ -189,9 +200,10 @@ std::string ToolHelp(const Vocabulary& vocabulary, const Tool& tool, const Style
          "\n" + More(vocabulary.Typed("", kHelpTool), style);
 }
 
-std::string UsageLine(const Vocabulary& vocabulary, const std::string& path, const Specs& specs) {
+std::string UsageLine(const Vocabulary& vocabulary, const std::string& path, const Specs& specs,
+                      const CommandNotes& notes) {
   const auto pieces =
-      specs.input ? UsagePieces(Explained(*specs.input, specs.rest)) : NamespacePieces(path);
+      specs.input ? UsagePieces(Explained(*specs.input, notes)) : NamespacePieces(path);
   return Usage(vocabulary.Typed(path), pieces, {.width = std::string::npos});
 }
 

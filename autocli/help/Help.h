@@ -28,7 +28,8 @@ std::string ToolHelp(const Vocabulary& vocabulary, const Tool& tool, const Style
 
 /// "usage: ..." on one line, with what may be left out in brackets. `specs` are empty for a
 /// namespace; `path` is empty for the root.
-std::string UsageLine(const Vocabulary& vocabulary, const std::string& path, const Specs& specs);
+std::string UsageLine(const Vocabulary& vocabulary, const std::string& path, const Specs& specs,
+                      const CommandNotes& notes);
 
 /// The words of a tool's line after the program's name, as a usage line shows them.
 std::string ToolUsage(const Tool& tool);

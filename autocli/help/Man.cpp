@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "autocli/base/Escape.h"
@@ -128,17 +129,27 @@ std::string Synopsis(const std::vector<std::string>& usage) {
   return out;
 }
 
+std::string Tagged(const std::vector<Meaning>& terms) {
+  if (terms.empty()) return "";
+  std::string out = ".Bl -tag -width Ds\n";
+  for (const auto& [word, text] : terms) out += ".It " + Macros(word) + "\n" + Prose(text);
+  return out + ".El\n";
+}
+
 std::string BlockText(const Block& block) {
-  std::string body = Prose(block.text);
-  if (!block.terms.empty()) {
-    body += ".Bl -tag -width Ds\n";
-    for (const auto& [word, text] : block.terms) body += ".It " + Macros(word) + "\n" + Prose(text);
-    body += ".El\n";
-  }
+  std::string body = Prose(block.text) + Tagged(block.terms);
   if (!body.empty() && !block.note.empty()) body += ".Pp\n";
   const std::string head =
       block.isCommand ? ".Ss " + Macros(block.title) : ".Sh " + UpperCase(block.title);
   return head + "\n" + body + Filled(block.note);
+}
+
+/// Those of all its commands.
+std::string Examples(const Page& page) {
+  std::vector<Meaning> examples;
+  for (const Block& block : page.blocks)
+    std::ranges::copy(block.examples, std::back_inserter(examples));
+  return examples.empty() ? "" : ".Sh EXAMPLES\n" + Tagged(examples);
 }
 
 std::string SeeAlso(const Page& page) {
@@ -168,7 +179,7 @@ Document ManPage(const Page& page) {
   for (const auto& usage : page.synopsis) out += Synopsis(usage);
   out += ".Sh DESCRIPTION\n" + Prose(page.description);
   for (const Block& block : page.blocks) out += BlockText(block);
-  return {name + ".1", out + SeeAlso(page)};
+  return {name + ".1", out + Examples(page) + SeeAlso(page)};
 }
 
 }  // namespace autocli

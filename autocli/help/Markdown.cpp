@@ -44,15 +44,21 @@ std::string Typed(const std::string& words) {
   return out + blank + fence;
 }
 
+std::string Rows(const std::vector<Meaning>& terms, const char* title) {
+  if (terms.empty()) return "";
+  std::string out = fmt::format("|{}| |\n|---|---|\n", title);
+  for (const auto& [word, text] : terms) {
+    out += fmt::format("| {} | {} |\n", Typed(word), Shown(text, "<br>"));
+  }
+  return out + "\n";
+}
+
 std::string BlockText(const Block& block) {
   std::string out = fmt::format("### {}\n\n", Shown(block.title, ""));
   if (!block.text.empty()) out += Shown(block.text, "\\\n") + "\n\n";
-  if (!block.terms.empty()) out += "| | |\n|---|---|\n";
-  for (const auto& [word, text] : block.terms) {
-    out += fmt::format("| {} | {} |\n", Typed(word), Shown(text, "<br>"));
-  }
-  if (!block.terms.empty()) out += "\n";
-  return block.note.empty() ? out : out + Shown(block.note, " ") + "\n\n";
+  out += Rows(block.terms, " ");
+  if (!block.note.empty()) out += Shown(block.note, " ") + "\n\n";
+  return out + Rows(block.examples, " For example ");
 }
 
 }  // namespace

@@ -36,7 +36,8 @@ void AddCommand(Page& page, const CommandText& command) {
     note += separator + field;
     separator = ", ";
   }
-  page.blocks.push_back({command.path, true, command.description, Terms(command.options), note});
+  page.blocks.push_back(
+      {command.path, true, command.description, Terms(command.options), note, command.examples});
 }
 
 /// What is said of the program as a whole.
@@ -63,8 +64,8 @@ void AddProgram(Page& page, std::span<const Tool> tools) {
 }
 
 /// Adds the page of the namespace, and those of the namespaces below it.
-void AddPages(const Namespace& space, const std::string& path, std::vector<Page>& pages,
-              std::vector<Fault>& faults) {
+void AddPages(const Vocabulary& vocabulary, const Namespace& space, const std::string& path,
+              std::vector<Page>& pages, std::vector<Fault>& faults) {
   Page page = {path, space.GetDescription(), {}, {}, {}};
   std::vector<Page> below;
   std::vector<Meaning> namespaces;
@@ -73,7 +74,7 @@ void AddPages(const Namespace& space, const std::string& path, std::vector<Page>
     if (child->GetType() == NamespaceNode::NodeType::Namespace) {
       page.below.push_back(childPath);
       namespaces.push_back({childPath, child->GetDescription()});
-      AddPages(static_cast<const Namespace&>(*child), childPath, below, faults);
+      AddPages(vocabulary, static_cast<const Namespace&>(*child), childPath, below, faults);
       continue;
     }
     auto& command = static_cast<CommandSpec&>(*child);
@@ -81,7 +82,7 @@ void AddPages(const Namespace& space, const std::string& path, std::vector<Page>
     if (!specs.problem.empty()) {
       faults.push_back({FaultKind::Internal, Blame(command, specs.problem)});
     }
-    AddCommand(page, Explained(command, specs, childPath));
+    AddCommand(page, Explained(command, specs, childPath, vocabulary.NotesOn(childPath, specs)));
   }
   if (!namespaces.empty() || page.synopsis.empty()) {
     page.synopsis.push_back({path, "COMMAND...", "[options]"});
@@ -97,7 +98,7 @@ void AddPages(const Namespace& space, const std::string& path, std::vector<Page>
 
 std::vector<Page> ReferencePages(const Vocabulary& vocabulary, std::vector<Fault>& faults) {
   std::vector<Page> pages;
-  AddPages(*vocabulary.root, "", pages, faults);
+  AddPages(vocabulary, *vocabulary.root, "", pages, faults);
   AddProgram(pages.front(), vocabulary.tools);
   return pages;
 }

@@ -17,6 +17,7 @@ struct Block {
   std::string text;
   std::vector<Meaning> terms;
   std::string note;
+  std::vector<Meaning> examples = {};
 };
 
 /// What is said of one namespace; the root is one.

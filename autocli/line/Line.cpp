@@ -71,6 +71,8 @@ bool FollowTool(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
 void Follow(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
             const std::string& word) {
   if (line.GetCommand() != nullptr) {
+    const std::string rest = vocabulary.NotesOn(line.path, line.specs).rest;
+    if (!rest.empty()) return reader.TakeRest(rest);
     return reader.Refuse(fmt::format("unexpected argument \"{}\"", word));
   }
   const auto& space = static_cast<const Namespace&>(*line.node);
@@ -93,7 +95,6 @@ void Follow(const Vocabulary& vocabulary, Line& line, OptionReader& reader,
     return reader.IgnoreUnknown();
   }
   reader.Declare(*line.specs.input, line.input);
-  reader.GiveRestTo(line.specs.rest);
 }
 
 /// The first one of a line is told with what there is.
@@ -139,7 +140,9 @@ Line ReadLine(const Vocabulary& vocabulary, const std::vector<std::string>& word
     if (line.isPathSound && line.tool == nullptr) Follow(vocabulary, line, reader, *word);
   }
   if (line.isPathSound && line.GetCommand() != nullptr && !line.IsQuestion()) {
-    reader.RefuseMissing();
+    if (reader.IsAnyMissing()) {
+      reader.RefuseMissing(vocabulary.NotesOn(line.path, line.specs).rest);
+    }
     PickFields(line, reader);
   }
   line.awaited = reader.GetAwaited();

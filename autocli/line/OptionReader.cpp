@@ -23,10 +23,8 @@ void OptionReader::Declare(const InputSpec& spec, const std::shared_ptr<Input>& 
 std::optional<std::string> OptionReader::NextWord() {
   while (next_ < words_.size()) {
     const std::string& word = words_[next_++];
-    if (optionsEnded_ || word.size() < 2 || word[0] != '-') {
-      if (rest_.empty()) return word;
-      TakeRest();
-    } else if (word == "--") {
+    if (optionsEnded_ || word.size() < 2 || word[0] != '-') return word;
+    if (word == "--") {
       optionsEnded_ = true;
     } else if (word[1] == '-') {
       ReadLong(word);
@@ -38,12 +36,14 @@ std::optional<std::string> OptionReader::NextWord() {
   return std::nullopt;
 }
 
-void OptionReader::RefuseMissing() {
+bool OptionReader::IsAnyMissing() const { return std::ranges::any_of(options_, IsMissing); }
+
+void OptionReader::RefuseMissing(const std::string& rest) {
   for (const Option& option : options_) {
-    if (option.spec->IsRequired() && option.met == 0) {
+    if (IsMissing(option)) {
       const std::string& name = option.spec->GetLongName();
-      Refuse(name == rest_ ? fmt::format("\"{}\" is missing", RestText(name))
-                           : fmt::format("required option \"--{}\" is missing", name));
+      Refuse(name == rest ? fmt::format("\"{}\" is missing", RestText(name))
+                          : fmt::format("required option \"--{}\" is missing", name));
     }
   }
 }
@@ -176,8 +176,8 @@ void OptionReader::Store(Option& option, const std::string& value) {
   }
 }
 
-void OptionReader::TakeRest() {
-  Option& option = *FindLong(rest_);
+void OptionReader::TakeRest(const std::string& listOption) {
+  Option& option = *FindLong(listOption);
   ++option.met;
   for (--next_; next_ < words_.size(); ++next_) Store(option, words_[next_]);
 }

@@ -28,11 +28,13 @@ class OptionReader {
   std::optional<std::string> NextWord();
   /// From here on an unknown option is no fault: it belongs to a command that was not found.
   void IgnoreUnknown() { ignoreUnknown_ = true; }
-  /// From here on the next plain word and all after it, whatever they look like, are the values of
-  /// the list option of that name, as NextWord() then finds no word any more.
-  void GiveRestTo(const std::string& listOption) { rest_ = listOption; }
-  /// Refuses the absence of every required option that was declared and not met.
-  void RefuseMissing();
+  /// The word that was read last and all after it, whatever they look like, are values of the list
+  /// option of that name, which was declared.
+  void TakeRest(const std::string& listOption);
+  /// A required option was declared and not met.
+  bool IsAnyMissing() const;
+  /// Refuses the absence of each. `rest` names the list option that takes the rest of the line.
+  void RefuseMissing(const std::string& rest = "");
   void Refuse(std::string fault) { faults_.push_back(std::move(fault)); }
 
   const std::vector<std::string>& GetFaults() const { return faults_; }
@@ -48,6 +50,10 @@ class OptionReader {
     int met = 0;
     std::vector<std::string> collected = {};  ///< so far, of a list option
   };
+
+  static bool IsMissing(const Option& option) {
+    return option.spec->IsRequired() && option.met == 0;
+  }
 
   Option* FindLong(std::string_view name);
   Option* FindShort(char name);
@@ -66,14 +72,12 @@ class OptionReader {
   void ReadFlag(Option& option);
   void ReadValue(Option& option, const std::optional<std::string>& attached);
   void Store(Option& option, const std::string& value);
-  void TakeRest();
   void StoreLists();
 
   std::vector<std::string> words_;
   std::size_t next_ = 0;
   bool optionsEnded_ = false;
   bool ignoreUnknown_ = false;
-  std::string rest_;  ///< the list option that takes the rest of the line; empty for none
   std::vector<Option> options_;
   std::vector<std::string> faults_;
   std::shared_ptr<Corvex::CallSpec::ParameterSpec> awaited_;

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "autocli/base/Guard.h"
@@ -14,27 +13,13 @@ namespace autocli {
 
 using Corvex::AutoCli::CommandSpec;
 using Corvex::CallSpec::Input;
-using Corvex::CallSpec::InputSpec;
 using Corvex::CallSpec::Output;
-using Corvex::CallSpec::ParameterType;
-
-namespace {
-
-bool HasList(const InputSpec& input, const std::string& name) {
-  return std::ranges::any_of(input.GetParameters(), [&](const auto& parameter) {
-    return parameter->GetLongName() == name && parameter->GetType() == ParameterType::StringList;
-  });
-}
-
-}  // namespace
 
 Specs SpecsOf(Corvex::AutoCli::CommandSpec& command) {
   Specs specs;
   const auto thrown = Guarded([&] {
     specs.input = command.GetInputSpec();
     if (const auto output = command.GetOutputSpec()) specs.output = output->GetRootObject();
-    const auto& hints = command.GetDefaultOutputParameters();
-    if (const auto rest = hints.find("rest"); rest != hints.end()) specs.rest = rest->second;
   });
   if (thrown) {
     specs.problem = "cannot be declared: " + *thrown;
@@ -42,8 +27,6 @@ Specs SpecsOf(Corvex::AutoCli::CommandSpec& command) {
     specs.problem = "declares no input";
   } else if (!specs.output) {
     specs.problem = "declares no result";
-  } else if (!specs.rest.empty() && !HasList(*specs.input, specs.rest)) {
-    specs.problem = "gives the rest of the line to \"" + specs.rest + "\", no list of its own";
   } else {
     specs.problem = ProblemOf(*specs.input);
   }

@@ -11,8 +11,6 @@ namespace autocli {
 struct Specs {
   std::shared_ptr<Corvex::CallSpec::InputSpec> input;
   Corvex::MetaObj::MetaObjectPtr output;  ///< the prototype of the result
-  /// The list parameter that takes the rest of the line, named by the hint "rest"; empty for none.
-  std::string rest;
   std::string problem;  ///< why the command cannot be used; empty when it can
 };
 

@@ -4,6 +4,8 @@
 
 namespace autocli {
 
+using Corvex::CallSpec::ParameterType;
+
 const Tool* Vocabulary::FindTool(const std::string& word) const {
   if (root->HasNamespaceNode(word)) return nullptr;
   const auto tool = std::ranges::find(tools, word, &Tool::word);
@@ -17,6 +19,16 @@ std::string Vocabulary::Typed(const std::string& path, const std::string& before
       isImplied ? path.substr(std::min(path.size(), implied.size() + 1)) : path;
   for (const std::string& words : {before, rest}) typed += (words.empty() ? "" : " ") + words;
   return typed;
+}
+
+CommandNotes Vocabulary::NotesOn(const std::string& path, const Specs& specs) const {
+  if (!specs.input) return {};
+  CommandNotes notes = companions.NotesOn(path);
+  const bool isList = std::ranges::any_of(specs.input->GetParameters(), [&](const auto& option) {
+    return option->GetLongName() == notes.rest && option->GetType() == ParameterType::StringList;
+  });
+  if (!isList) notes.rest.clear();
+  return notes;
 }
 
 }  // namespace autocli

@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include "autocli/line/Specs.h"
+#include "autocli/plugin/Companion.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
@@ -31,6 +33,7 @@ struct Vocabulary {
   /// The word that the program's own name implied, for it was called by a link of that name; the
   /// path of the line begins with it. Empty for none.
   std::string implied = {};
+  Companions companions = {};
 
   /// The tool that the first word of a line names; null without one, and when a top-level namespace
   /// has taken the name.
@@ -38,6 +41,10 @@ struct Vocabulary {
   /// How the words of the path are typed, the program's name first, where it was called by the name
   /// that it was called by now. What is `before` the path comes after that name.
   std::string Typed(const std::string& path, const std::string& before = "") const;
+
+  /// What companions say of the command at that path; nothing without its input. Its `rest` is a
+  /// list option of `specs`, or empty.
+  CommandNotes NotesOn(const std::string& path, const Specs& specs) const;
 };
 
 }  // namespace autocli

@@ -4,7 +4,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,9 +13,9 @@
 
 #include "autocli/base/File.h"
 #include "autocli/base/Guard.h"
-#include "autocli/base/ShellWord.h"
 #include "autocli/contract/Registering.h"
 #include "autocli/plugin/Elf.h"
+#include "autocli/plugin/Trust.h"
 #include "autocli/plugin/Watch.h"
 
 namespace autocli {
@@ -28,46 +27,10 @@ namespace {
 using EntryPoint = void(std::shared_ptr<Namespace>&);
 constexpr const char* kEntryPoint = "AutoCli_RegisterNamespaces";
 
-/// A command on the path, which is a word for a shell.
-std::string Command(const char* beginning, const std::string& path, const char* end = "") {
-  std::string command = beginning;
-  AppendShellWord(command, path);
-  return command + end;
-}
-
-/// A file that is of no use there.
-Trouble Unusable(const std::string& path, std::string reason) {
-  std::string away = Command("mv ", path, " ");
-  AppendShellWord(away, path + ".off");
-  return {std::move(reason), away};
-}
-
-/// Why the open file or folder is not to be trusted.
-Trouble TrustTrouble(int file, const std::string& path) {
-  struct stat state {};
-  if (fstat(file, &state) != 0) return {std::strerror(errno)};
-  if (state.st_uid != 0 && state.st_uid != geteuid()) {
-    return {"belongs to neither root nor the user", Command("chown root ", path)};
-  }
-  if ((state.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
-    return {"writable by group or others", Command("chmod go-w ", path)};
-  }
-  return {};
-}
-
 Trouble FileTrouble(int folder, const std::string& name, const std::string& path, Trust trust) {
-  struct stat state {};
-  if (fstatat(folder, name.c_str(), &state, AT_SYMLINK_NOFOLLOW) != 0) {
-    return {std::strerror(errno)};
-  }
-  // Before it is opened, for opening a pipe or a device can have effects of its own.
-  if (!S_ISREG(state.st_mode)) return Unusable(path, "no regular file");
-  const File file(openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-  if (file.Number() < 0) return {std::strerror(errno)};
-  if (trust == Trust::OwnersOnly) {
-    Trouble trouble = TrustTrouble(file.Number(), path);
-    if (!trouble.reason.empty()) return trouble;
-  }
+  File file;
+  Trouble trouble = OpenTrusted(folder, name, path, trust, file);
+  if (!trouble.reason.empty()) return trouble;
   const std::string problem = ElfProblem(file.Number());
   return problem.empty() ? Trouble() : Unusable(path, problem);
 }
@@ -119,10 +82,8 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
     if (errno == ENOENT) return {};
     return {{folder, "", {std::strerror(errno)}}};
   }
-  if (trust == Trust::OwnersOnly) {
-    const Trouble trouble = TrustTrouble(file.Number(), folder);
-    if (!trouble.reason.empty()) return {{folder, "", trouble}};
-  }
+  const Trouble untrusted = TrustTrouble(file.Number(), folder, trust);
+  if (!untrusted.reason.empty()) return {{folder, "", untrusted}};
   DIR* directory = fdopendir(file.Number());
   if (directory == nullptr) return {{folder, "", {"cannot be listed"}}};
   const int searched = file.Release();  // closed with the directory

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "autocli/base/Fault.h"
+#include "autocli/plugin/Trust.h"
 #include "platform/autocli/AutoCli.h"
 
 namespace autocli {
@@ -17,12 +18,6 @@ std::string ProgramFolder();
 /// program's own folder. Empty when the program does not know where it is.
 std::string PluginFolder();
 
-/// Why a file or folder cannot be used.
-struct Trouble {
-  std::string reason;       ///< empty when it can
-  std::string remedy = {};  ///< the command that mends it; empty when there is none
-};
-
 /// A plug-in that was found; without a name, the folder that could not be searched.
 struct Plugin {
   std::string path;
@@ -31,9 +26,6 @@ struct Plugin {
   /// What was left out because another plug-in has its name, a message each.
   std::vector<std::string> clashes = {};
 };
-
-/// Whether others than root and the user may have a hand in what is loaded.
-enum class Trust { OwnersOnly, Anybody };
 
 /// Loads the plug-ins (*.so) of `folder` in byte order of their names and lets each register its
 /// nodes below `root`; what one registered before it threw stays. No folder means no plug-ins. With

@@ -45,7 +45,7 @@ int Run(const std::vector<std::string>& arguments, const std::shared_ptr<Namespa
   std::vector<std::string> words = arguments;
   if (!words.empty()) words.erase(words.begin());
   if (!implied.empty()) words.insert(words.begin(), implied);
-  const Vocabulary vocabulary = {root, Tools(), implied};
+  const Vocabulary vocabulary = {root, Tools(), implied, Companions(plugins)};
   const Tool* tool = ToolFor(words, vocabulary);
   int status =
       tool == nullptr

@@ -84,19 +84,21 @@ class Execution {
   std::string HelpFor(const Style& style) const {
     if (line_.tool != nullptr) return ToolHelp(vocabulary_, *line_.tool, style);
     if (const CommandSpec* command = line_.GetCommand()) {
-      return CommandHelp(vocabulary_, Explained(*command, line_.specs, line_.path), style);
+      return CommandHelp(vocabulary_, Explained(*command, line_.specs, line_.path, Notes()), style);
     }
     if (line_.path.empty()) return RootHelp(vocabulary_, GlobalOptions(), style);
     return NamespaceHelp(vocabulary_, static_cast<const Namespace&>(*line_.node), line_.path,
                          style);
   }
 
+  CommandNotes Notes() const { return vocabulary_.NotesOn(line_.path, line_.specs); }
+
   int Refuse() {
     report_.faults.insert(report_.faults.end(), line_.faults.begin(), line_.faults.end());
     const int status = WriteReport(report_, out_, err_);
     const bool isMistyped = std::ranges::count(report_.faults, FaultKind::Usage, &Fault::kind) > 0;
     if (report_.formatter != kJson && isMistyped) {
-      err_.Buffer() += UsageLine(vocabulary_, line_.path, line_.specs) + "\n";
+      err_.Buffer() += UsageLine(vocabulary_, line_.path, line_.specs, Notes()) + "\n";
       err_.Buffer() += "try: " + vocabulary_.Typed(line_.path) + " --help\n";
     }
     return status;

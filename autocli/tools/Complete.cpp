@@ -16,6 +16,7 @@
 #include "autocli/line/Value.h"
 #include "autocli/render/View.h"
 #include "autocli/tools/LiveValues.h"
+#include "autocli/tools/Paths.h"
 
 namespace autocli {
 
@@ -28,9 +29,6 @@ using Corvex::CallSpec::ParameterType;
 
 namespace {
 
-/// The list option whose values, taken from the rest of the line, are a command line themselves.
-constexpr const char* kCommandLine = "command";
-
 /// What a list has room for: the first line, made harmless.
 std::string Brief(const std::string& text) { return Escaped(text.substr(0, text.find('\n'))); }
 
@@ -38,7 +36,10 @@ std::string Brief(const std::string& text) { return Escaped(text.substr(0, text.
 class Completer {
  public:
   Completer(const Vocabulary& vocabulary, const std::vector<std::string>& words, std::string word)
-      : vocabulary_(vocabulary), line_(ReadLine(vocabulary, words)), word_(std::move(word)) {}
+      : vocabulary_(vocabulary),
+        line_(ReadLine(vocabulary, words)),
+        notes_(vocabulary.NotesOn(line_.path, line_.specs)),
+        word_(std::move(word)) {}
 
   void OfferTools() {
     for (const Tool& tool : vocabulary_.tools) {
@@ -62,7 +63,7 @@ class Completer {
   void OfferNext() {
     if (!line_.isPathSound || line_.tool != nullptr) return;
     if (line_.awaited != nullptr) return OfferValues(*line_.awaited, "");
-    if (line_.specs.rest == kCommandLine && OfferLine()) return;
+    if (notes_.NamingOf(notes_.rest) == Naming::Line && OfferLine()) return;
     OfferChildren();
     if (line_.haveOptionsEnded) return;
     const std::size_t equals = word_.find('=');
@@ -89,7 +90,7 @@ class Completer {
   /// The rest of the line is a command line itself. False while options in front of it may follow.
   bool OfferLine() {
     std::vector<std::string> line;
-    line_.input->GetParameterList(kCommandLine, line);
+    line_.input->GetParameterList(notes_.rest, line);
     if (line.empty() && word_.starts_with('-')) return false;
     Completer inner(vocabulary_, line, word_);
     inner.OfferNext();
@@ -118,7 +119,7 @@ class Completer {
         const std::string& name = option->GetLongName();
         const bool isDone =
             given.HasParameter(name) && option->GetType() != ParameterType::StringList;
-        const bool isHidden = &spec == line_.specs.input.get() && name == line_.specs.rest;
+        const bool isHidden = &spec == line_.specs.input.get() && name == notes_.rest;
         if (!isDone && !isHidden) {
           Offer("--" + name, (required ? "required: " : "") + ExpandedDescription(*option));
         }
@@ -149,11 +150,39 @@ class Completer {
     } else if (option.GetType() == ParameterType::Bool) {
       for (const char* value : {"true", "false"}) Offer(head + value, "");
     } else if (IsOwn(option)) {
-      const std::string name = line_.path + " --" + option.GetLongName();
-      for (const auto& live : LiveValues(*vocabulary_.root, name)) OfferValue(option, head, live);
+      OfferNoted(option, head);
     } else if (option.GetLongName() == "fields") {
       OfferFields(head);
     }
+  }
+
+  /// Values that companions know of.
+  void OfferNoted(const ParameterSpec& option, const std::string& head) {
+    const Naming naming = notes_.NamingOf(option.GetLongName());
+    if (naming == Naming::File || naming == Naming::Folder) {
+      for (const auto& path : PathsFrom(word_.substr(head.size()), naming == Naming::Folder)) {
+        Offer(head + path, "");
+      }
+    }
+    const auto noted = notes_.options.find(option.GetLongName());
+    if (noted == notes_.options.end()) return;
+    std::vector<ValueSource> sources;
+    for (const ValueSource& source : noted->second.values) {
+      const auto holds = [&](const auto& given) { return GivenText(given.first) == given.second; };
+      if (std::ranges::all_of(source.when, holds) && std::ranges::none_of(source.unless, holds)) {
+        sources.push_back(source);
+      }
+    }
+    for (const auto& live : LiveValues(vocabulary_, sources)) OfferValue(option, head, live);
+  }
+
+  /// What the line says for an option with one value; "true" for a flag; empty when it is not
+  /// given.
+  std::string GivenText(const std::string& name) const {
+    const ParameterSpec* option = Find(&ParameterSpec::GetLongName, name);
+    if (option == nullptr || !IsOwn(*option) || !line_.input->HasParameter(name)) return "";
+    if (option->GetType() == ParameterType::Flag) return "true";
+    return option->GetType() == ParameterType::String ? line_.input->GetParameter(name) : "";
   }
 
   /// A value that a list option has already is not offered to it again.
@@ -201,6 +230,7 @@ class Completer {
 
   const Vocabulary& vocabulary_;
   const Line line_;
+  const CommandNotes notes_;
   const std::string word_;
   std::vector<Candidate> found_;
 };

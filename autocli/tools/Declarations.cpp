@@ -35,8 +35,10 @@ class HintCheck {
       if (IsType(key, rest)) CheckHeader(key, value);
     } else if (kind == "units:") {
       const std::size_t point = std::min(rest.find('.'), rest.size());
-      if (IsType(key, rest.substr(0, point)))
-        RequireField(key, rest.substr(std::min(point + 1, rest.size())));
+      if (!IsType(key, rest.substr(0, point))) return;
+      RequireField(key, rest.substr(std::min(point + 1, rest.size())));
+    } else {
+      problems_.push_back(fmt::format("unknown hint \"{}\"", key));
     }
   }
 

@@ -1,88 +1,83 @@
 #include "autocli/tools/LiveValues.h"
 
 #include <algorithm>
+#include <map>
 
 #include "autocli/base/Guard.h"
 #include "autocli/contract/Shape.h"
-#include "autocli/line/Specs.h"
+#include "autocli/line/Line.h"
 #include "autocli/render/View.h"
+#include "autocli/tools/SplitLine.h"
 
 namespace autocli {
 
-using Corvex::AutoCli::CommandSpec;
-using Corvex::AutoCli::Namespace;
-using Corvex::AutoCli::NamespaceNode;
-using Corvex::CallSpec::Input;
 using Corvex::CallSpec::Output;
-using Corvex::CallSpec::ParameterSpec;
+using Corvex::MetaObj::MetaList;
 using Corvex::MetaObj::MetaObject;
+using Corvex::MetaObj::MetaObjectPtr;
 using Corvex::MetaObj::MetaString;
 using Corvex::MetaObj::MetaStruct;
 using Corvex::MetaObj::MetaType;
 
 namespace {
 
-constexpr std::string_view kHint = "completes:";
-
-/// The field as it is typed, not escaped; empty when it is not there or unset.
-std::string TextOf(const MetaStruct& record, const std::string& name) {
-  const MetaObject* field = record.FindField(name);
-  if (field == nullptr) return "";
-  if (field->GetType() == MetaType::String) {
-    return static_cast<const MetaString&>(*field).GetValue().value_or("");
+/// The value as it is typed, not escaped; empty when it is unset.
+std::string TextOf(const MetaObject& value) {
+  if (value.GetType() == MetaType::String) {
+    return static_cast<const MetaString&>(value).GetValue().value_or("");
   }
   std::string text;
-  AppendText(text, *field);
+  AppendText(text, value);
   return text;
 }
 
-/// What the command answers with; null when it fails or cannot be executed as it is.
-Corvex::MetaObj::MetaObjectPtr Ask(CommandSpec& command) {
-  const Specs specs = SpecsOf(command);
-  if (!specs.problem.empty()) return nullptr;
-  if (std::ranges::any_of(specs.input->GetParameters(), &ParameterSpec::IsRequired)) return nullptr;
-  const auto input = Input::New();
+/// Empty when there is no such field, too.
+std::string TextOf(const MetaStruct& record, const std::string& name) {
+  const MetaObject* field = record.FindField(name);
+  return field == nullptr ? "" : TextOf(*field);
+}
+
+/// The field has that text, or, being a list, an element of it.
+bool Has(const MetaStruct& record, const std::string& name, const std::string& text) {
+  const MetaObject* field = record.FindField(name);
+  if (field == nullptr || field->GetType() != MetaType::List) return TextOf(record, name) == text;
+  return std::ranges::any_of(static_cast<const MetaList&>(*field).GetElements(),
+                             [&](const auto& element) { return TextOf(*element) == text; });
+}
+
+bool Counts(const MetaStruct& record, const ValueSource& source) {
+  const auto holds = [&](const auto& condition) {
+    return Has(record, condition.first, condition.second);
+  };
+  return std::ranges::all_of(source.where, holds) && std::ranges::none_of(source.except, holds);
+}
+
+/// What the command at that path answers with; null when it fails or cannot be executed as it is.
+MetaObjectPtr Ask(const Vocabulary& vocabulary, const std::string& path) {
+  std::string problem;
+  const Line line = ReadLine(vocabulary, SplitLine(path, problem));
+  if (line.path != path || line.GetCommand() == nullptr || !line.faults.empty()) return nullptr;
   const auto output = Output::New();
-  input->Declare(*specs.input);
-  const auto thrown = Guarded([&] { Execute(command, specs, input, output); });
-  return thrown ? nullptr : output->GetRootObject();
-}
-
-/// `fields` is what the hint names, "FIELD" or "FIELD:DESCRIPTION FIELD".
-void AddValues(CommandSpec& command, const std::string& fields, std::vector<Candidate>& values) {
-  const auto result = Ask(command);
-  if (!result || RecordOf(*result) == nullptr) return;
-  const std::size_t colon = fields.find(':');
-  const std::string description = colon == std::string::npos ? "" : fields.substr(colon + 1);
-  ForEachRecord(*result, [&](const MetaStruct& record) {
-    values.push_back({TextOf(record, fields.substr(0, colon)), TextOf(record, description)});
-  });
-}
-
-void Collect(const Namespace& space, const std::string& option, std::vector<Candidate>& values) {
-  for (const auto& child : space.GetChildren()) {
-    if (child->GetType() == NamespaceNode::NodeType::Namespace) {
-      Collect(static_cast<const Namespace&>(*child), option, values);
-      continue;
-    }
-    auto& command = static_cast<CommandSpec&>(*child);
-    const auto& hints = command.GetDefaultOutputParameters();
-    for (auto hint = hints.lower_bound(kHint); hint != hints.end(); ++hint) {
-      const auto& [key, options] = *hint;
-      if (!key.starts_with(kHint)) break;
-      const auto completed = SplitNames(options);
-      if (std::ranges::count(completed, option) > 0) {
-        AddValues(command, key.substr(kHint.size()), values);
-      }
-    }
-  }
+  const auto thrown = Guarded([&] { Execute(*line.GetCommand(), line.specs, line.input, output); });
+  const auto result = thrown ? nullptr : output->GetRootObject();
+  return result && RecordOf(*result) != nullptr ? result : nullptr;
 }
 
 }  // namespace
 
-std::vector<Candidate> LiveValues(const Namespace& root, const std::string& option) {
+std::vector<Candidate> LiveValues(const Vocabulary& vocabulary,
+                                  const std::vector<ValueSource>& sources) {
   std::vector<Candidate> values;
-  Collect(root, option, values);
+  std::map<std::string, MetaObjectPtr> answers;
+  for (const ValueSource& source : sources) {
+    const auto [answer, isNew] = answers.try_emplace(source.command);
+    if (isNew) answer->second = Ask(vocabulary, source.command);
+    if (answer->second == nullptr) continue;
+    ForEachRecord(*answer->second, [&](const MetaStruct& record) {
+      if (!Counts(record, source)) return;
+      values.push_back({TextOf(record, source.field), TextOf(record, source.about)});
+    });
+  }
   return values;
 }
 

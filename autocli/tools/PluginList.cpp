@@ -8,6 +8,7 @@
 #include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Loader.h"
 #include "autocli/run/Driver.h"
+#include "autocli/tools/CompanionCheck.h"
 #include "autocli/tools/Declarations.h"
 #include "platform/autocli/Declare.h"
 
@@ -39,8 +40,8 @@ std::string Summary(const std::vector<std::string>& problems) {
 
 class PluginList final : public Corvex::AutoCli::Command {
  public:
-  PluginList(const std::vector<Plugin>& plugins, std::shared_ptr<Namespace> root)
-      : plugins_(plugins), root_(std::move(root)) {
+  PluginList(const std::vector<Plugin>& plugins, const Vocabulary& vocabulary)
+      : plugins_(plugins), vocabulary_(vocabulary) {
     SetDescription(
         "List the plug-ins that were found, with what could not be loaded of them, and what their commands declare wrongly.");
     SetDefaultOutputFormatter("table");
@@ -58,15 +59,19 @@ class PluginList final : public Corvex::AutoCli::Command {
   }
   void ExecuteInternal(const Declare::InputPtr& input, const Declare::OutputPtr& output) override {
     if (input->HasParameter("folder")) {
-      root_ = Namespace::New();
-      plugins_ = LoadPlugins(input->GetParameter("folder"), root_, Trust::Anybody);
+      vocabulary_.root = Namespace::New();
+      plugins_ = LoadPlugins(input->GetParameter("folder"), vocabulary_.root, Trust::Anybody);
+      vocabulary_.companions = Companions(plugins_, Trust::Anybody);
     }
-    auto declared = DeclarationProblems(*root_);
+    auto declared = DeclarationProblems(*vocabulary_.root);
     const auto list = Declare::ListOf(Prototype());
     for (const Plugin& plugin : plugins_) {
       std::vector<std::string> problems = plugin.clashes;
       std::ranges::move(declared[plugin.name], std::back_inserter(problems));
       list->Add(Row(plugin, std::move(problems), *output));
+    }
+    for (const std::string& problem : CompanionProblems(vocabulary_)) {
+      output->AddErrorMessage(problem);
     }
     output->SetRootObject(list);
   }
@@ -91,13 +96,13 @@ class PluginList final : public Corvex::AutoCli::Command {
   }
 
   std::vector<Plugin> plugins_;
-  std::shared_ptr<Namespace> root_;
+  Vocabulary vocabulary_;
 };
 
 }  // namespace
 
 int PluginsTool(const ToolCall& call) {
-  return RunTool("--plugins", std::make_shared<PluginList>(call.plugins, call.vocabulary.root),
+  return RunTool("--plugins", std::make_shared<PluginList>(call.plugins, call.vocabulary),
                  call.words, FaultKind::Plugin, call.out, call.err);
 }
 

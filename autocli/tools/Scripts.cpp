@@ -76,6 +76,8 @@ _autocli_complete() {
     ((${#value} > width)) && width=${#value}
   done < <("$program" --complete "${words[@]}" 2>/dev/null </dev/null)
   compopt -o nosort 2>/dev/null
+  # A path goes on after a folder.
+  [[ ${#COMPREPLY[@]} == 1 && ${COMPREPLY[0]} == */ ]] && compopt -o nospace
 
   # A list for people says what the values are; completing one by one (37, 42) takes them as they are.
   ((${#COMPREPLY[@]} > 1 && COMP_TYPE != 37 && COMP_TYPE != 42)) || return 0
@@ -94,7 +96,7 @@ complete -F _autocli_complete @NAMES@
 
 _autocli() {
   local program=${(Q)words[1]} name=${${(Q)words[1]}:t} line value
-  local -a line_words values shown texts
+  local -a line_words values shown texts suffix
   line_words=("${(@Q)words[2,CURRENT-1]}" "${(Q)PREFIX}")
   if [[ $name != autocli ]]; then
     program=${program%$name}autocli
@@ -111,9 +113,12 @@ _autocli() {
   for ((i = 1; i <= ${#values}; i++)); do
     line=$values[i]
     [[ -n $texts[i] ]] && line="${(r:width:)line}  -- $texts[i]"
-    shown+=("${line[1,COLUMNS-1]}")
+    shown=("${line[1,COLUMNS-1]}")
+    suffix=()
+    # A path goes on after a folder.
+    [[ $values[i] == */ ]] && suffix=(-S '')
+    compadd -l -V autocli "${suffix[@]}" -d shown -- "$values[i]"
   done
-  ((${#values})) && compadd -l -V autocli -d shown -a values
 }
 
 if [[ $funcstack[1] == _autocli ]]; then

@@ -6,14 +6,6 @@ namespace OstrelCli::KorelNamespace {
 ClusterList::ClusterList() {
   SetDescription("List information about every Korel cluster that this host is joined to.");
   Show(*this, *GetOutputStructure(), "simple", "Cluster Information of %Sub-Cluster UUID%");
-  SetDefaultOutputParameter("completes:Sub-Cluster UUID:Node Role",
-                            "korel datastore add --cluster-uuid,korel cluster leave --cluster-uuid,"
-                            "korel cluster unicastagent add --cluster-uuid,"
-                            "korel cluster unicastagent remove --cluster-uuid,"
-                            "korel cluster preferredfaultdomain get --cluster-uuid,"
-                            "korel cluster preferredfaultdomain set --cluster-uuid,"
-                            "korel network security get --cluster-uuid,"
-                            "korel network security set --cluster-uuid");
 }
 
 std::shared_ptr<MetaStruct> ClusterList::GetOutputStructure() {

@@ -5,9 +5,6 @@ namespace OstrelCli::KorelNamespace {
 DatastoreList::DatastoreList() {
   SetDescription("List datastores in the Korel cluster.");
   Show(*this, *GetOutputStructure(), "simple", "Datastore");
-  SetDefaultOutputParameter("completes:Datastore UUID:User Friendly Name",
-                            "korel datastore name get --uuid,korel datastore name set --uuid,"
-                            "korel datastore remove --uuid");
 }
 
 std::shared_ptr<MetaStruct> DatastoreList::GetOutputStructure() {

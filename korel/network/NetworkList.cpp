@@ -47,12 +47,6 @@ void Fill(MetaStruct& row, const KorelHskNicConfig2& config, bool encryption) {
 NetworkList::NetworkList() {
   SetDescription("List the network configuration currently in use by Korel.");
   Show(*this, *GetOutputStructure(), "simple", "Interface");
-  SetDefaultOutputParameter(
-      "completes:HskNic Name:Traffic Type",
-      "korel network remove --interface-name,korel network ip remove --interface-name,"
-      "korel network ip set --interface-name,korel network ipv4 remove --interface-name,"
-      "korel network ipv4 set --interface-name,"
-      "korel cluster unicastagent add --bound-interface-name");
 }
 
 std::shared_ptr<MetaStruct> NetworkList::GetOutputStructure() {

@@ -76,20 +76,6 @@ std::shared_ptr<MetaList> Rows(const HostControl& host, const KorelDiskList& dis
 StorageList::StorageList() {
   SetDescription("List Korel storage configuration.");
   Show(*this, *GetOutputStructure(), "simple", "%Device%");
-  SetDefaultOutputParameter("completes:KOREL Disk Group Name:KOREL Disk Group UUID",
-                            "korel storage remove --ssd,korel storage diskgroup mount --ssd,"
-                            "korel storage diskgroup unmount --ssd,"
-                            "korel storage diskgroup rebuild --ssd");
-  SetDefaultOutputParameter("completes:KOREL Disk Group UUID:KOREL Disk Group Name",
-                            "korel storage diskgroup rebuild --uuid");
-  SetDefaultOutputParameter("completes:Device:KOREL Disk Group Name",
-                            "korel storage list --device,korel storage remove --disk,"
-                            "korel storage diskgroup mount --disk,"
-                            "korel storage diskgroup unmount --disk");
-  SetDefaultOutputParameter("completes:KOREL UUID:Device",
-                            "korel storage list --uuid,korel storage remove --uuid,"
-                            "korel storage diskgroup mount --uuid,"
-                            "korel storage diskgroup unmount --uuid");
 }
 
 std::shared_ptr<MetaString> StorageList::MarshalVersion(std::int32_t version) {

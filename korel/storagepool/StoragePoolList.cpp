@@ -25,10 +25,6 @@ void Fill(MetaStruct& row, const KorelStoragePoolDiskInfo& info) {
 StoragePoolList::StoragePoolList() {
   SetDescription("List the physical disks of the Korel storage pool.");
   Show(*this, *GetOutputStructure(), "simple", "%Device%");
-  SetDefaultOutputParameter("completes:Device:KOREL UUID",
-                            "korel storagepool remove --disk,korel storagepool list --device");
-  SetDefaultOutputParameter("completes:KOREL UUID:Device",
-                            "korel storagepool remove --uuid,korel storagepool list --uuid");
   SetDefaultOutputParameter("units:KorelStoragePoolList.Capacity", "B");
 }
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
@@ -12,6 +14,7 @@ std::shared_ptr<MetaStruct> Shape() {
   return Structure("LabClusters", {{"UUID", MetaType::String},
                                    {"Client", MetaType::Bool},
                                    {"Stretched", MetaType::Bool},
+                                   {"Joined", MetaType::Bool},
                                    {"Members", MetaType::String}});
 }
 
@@ -25,11 +28,13 @@ class LabClusterList final : public LabCommand {
   void Run(const InputPtr&, const OutputPtr& output) override {
     auto list = ListOf(Shape());
     ReadLab([&](Store& store) {
+      const auto host = FindCurrentHost(store);
       for (const Cluster& cluster : AllClusters(store)) {
         auto record = Shape();
         record->SetField("UUID", cluster.uuid);
         record->SetField("Client", cluster.isClient);
         record->SetField("Stretched", IsStretched(store, cluster.id));
+        record->SetField("Joined", host && std::ranges::count(cluster.members, host->name) > 0);
         record->SetField("Members", Joined(cluster.members, ", "));
         list->Add(record);
       }

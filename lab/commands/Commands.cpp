@@ -24,6 +24,7 @@ CommandPtr NewMaintenanceStart();
 CommandPtr NewResyncSet();
 CommandPtr NewDiskList();
 CommandPtr NewDiskSet();
+CommandPtr NewInterfaceList();
 CommandPtr NewDaemonStop();
 CommandPtr NewDaemonStart();
 CommandPtr NewDaemonSet();
@@ -63,6 +64,7 @@ constexpr Entry kEntries[] = {
     {"resync set", NewResyncSet},
     {"disk list", NewDiskList},
     {"disk set", NewDiskSet},
+    {"interface list", NewInterfaceList},
     {"daemon stop", NewDaemonStop},
     {"daemon start", NewDaemonStart},
     {"daemon set", NewDaemonSet},

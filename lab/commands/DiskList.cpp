@@ -11,6 +11,7 @@ std::shared_ptr<MetaStruct> Shape() {
                                {"Is SSD", MetaType::Bool},
                                {"Size", MetaType::String},
                                {"Fit For", MetaType::String},
+                               {"Tags", MetaType::List},
                                {"In Use", MetaType::Bool},
                                {"Data", MetaType::String},
                                {"Healthy", MetaType::Bool},
@@ -29,11 +30,14 @@ const char* FitFor(const Device& device) {
 }
 
 std::shared_ptr<MetaStruct> Describe(const Device& device) {
+  auto tags = MetaList::New(MetaType::String);
+  for (const std::string& tag : TagsOf(device)) tags->Add(tag);
   auto record = Shape();
   record->SetField("Device", device.name);
   record->SetField("Is SSD", device.isFlash);
   record->SetField("Size", SizeText(device.sizeGb));
   record->SetField("Fit For", FitFor(device));
+  record->SetField("Tags", tags);
   record->SetField("In Use", device.claim.has_value());
   record->SetField("Data", SizeText(device.claim ? device.claim->usedGb : 0));
   record->SetField("Healthy", device.isHealthy);

@@ -52,10 +52,7 @@ void ReportErrors(const OutputPtr& output, const Trial& trial, const std::string
 
 class LabTry final : public LabCommand {
  public:
-  LabTry() {
-    Show(*this, *Shape(), "simple");
-    SetDefaultOutputParameter("rest", "command");
-  }
+  LabTry() { Show(*this, *Shape(), "simple"); }
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {

@@ -226,6 +226,15 @@ Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host,
   return info;
 }
 
+std::vector<std::string> TagsOf(const Device& device) {
+  std::vector<std::string> tags;
+  for (const DiskTag tag : {DiskTag::CapacityFlash, DiskTag::KorelDirect}) {
+    const TagPlace place = PlaceOf(tag);
+    if (device.*place.flag) tags.emplace_back(place.name);
+  }
+  return tags;
+}
+
 void AddTag(Store& store, const Host& host, const std::string& device, DiskTag tag) {
   const Devices devices = DevicesOf(store, host);
   const Device& found = FindByName(devices, device);

@@ -91,6 +91,8 @@ Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host,
 /// What a device is tagged for.
 enum class DiskTag { CapacityFlash, KorelDirect };
 
+/// What it is tagged, by the names that commands use.
+std::vector<std::string> TagsOf(const Device& device);
 /// Tags an unclaimed device. "capacityFlash" is for flash: it then serves a disk group for capacity
 /// and no longer for caching. "korelDirect" is for any device: workloads then have it to
 /// themselves, and neither a disk group nor the storage pool takes it.

@@ -58,6 +58,22 @@ void CheckHasInterface(Store& store, const Host& host, const std::string& name) 
        names.empty() ? ", nor any other" : "; it has " + Joined(names, ", "));
 }
 
+std::vector<Interface> InterfacesOf(Store& store, const Host& host) {
+  std::vector<Interface> interfaces;
+  for (const Row& row :
+       Query(store,
+             "SELECT i.name, isActive, isActive AND carriesKorel, isActive AND carriesWitness "
+             "FROM interfaces i LEFT JOIN networkConfigs c ON c.host = i.host AND "
+             "c.interface = i.name WHERE i.host = ? ORDER BY i.position, i.name",
+             host.id)) {
+    Interface& found =
+        interfaces.emplace_back(Interface{row.Text(0), {}, row.Flag(1), !row.IsNull(1)});
+    if (row.Flag(2)) found.trafficTypes.emplace_back("korel");
+    if (row.Flag(3)) found.trafficTypes.emplace_back("witness");
+  }
+  return interfaces;
+}
+
 void SetInterfaceConfig(Store& store, const Host& host, const KorelHskNicConfig2& config) {
   CheckHasInterface(store, host, config.GetHsknicName());
   const std::string agentV4 = CheckedGroup("agent", config.GetAgentMulticastGroup(), false);

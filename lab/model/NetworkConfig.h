@@ -17,6 +17,16 @@ namespace lab {
 /// Throws KorelCtlException naming the host's interfaces unless it has that one.
 void CheckHasInterface(Store& store, const Host& host, const std::string& name);
 
+/// An interface of a host.
+struct Interface {
+  std::string name;
+  std::vector<std::string> trafficTypes;  ///< what it carries now
+  bool isActive = false;                  ///< in the active configuration
+  bool isPersisted = false;               ///< in the persisted one
+};
+/// In the order of the host's inventory.
+std::vector<Interface> InterfacesOf(Store& store, const Host& host);
+
 /// Configures one interface, which may be configured already. Throws KorelCtlException unless the
 /// host has the interface, the groups are multicast addresses of their families, ports and
 /// time-to-live lie in their ranges and it carries some traffic.

@@ -12,34 +12,6 @@ Node Verb(const char* name, const char* description) {
   return {name, description, {}, []() -> NodePtr { return std::make_shared<Deferred>(); }};
 }
 
-/// A command that knows values of options.
-NodePtr Completing(const char* fields, const char* options) {
-  auto node = std::make_shared<Deferred>();
-  node->SetDefaultOutputParameter(fields, options);
-  return node;
-}
-
-NodePtr NewHostList() {
-  return Completing("completes:Name:Fault Domain", "lab host set --name,lab host reboot --name");
-}
-
-NodePtr NewClusterList() {
-  return Completing("completes:UUID:Members",
-                    "lab cluster show --uuid,korel cluster join --cluster-uuid");
-}
-
-// A host's own commands list the devices that are in use; only the lab knows the others.
-NodePtr NewDiskList() {
-  return Completing(
-      "completes:Device:Fit For",
-      "lab disk set --device,korel storage add --ssd,korel storage add --disks,korel storage tag add --disk,korel storage tag remove --disk,korel storagepool add --disk");
-}
-
-NodePtr NewFileList() {
-  return Completing("completes:Path",
-                    "lab file get --path,lab file put --path,lab file remove --path");
-}
-
 }  // namespace
 
 Node Tree() {
@@ -71,14 +43,14 @@ Node Tree() {
         {Verb(
              "add",
              "Add a host with the standard devices and interfaces. KOREL_LAB_HOST picks the host that commands act on."),
-         {"list", "List the hosts of the lab.", {}, NewHostList},
+         Verb("list", "List the hosts of the lab."),
          Verb("set", "Change the fault domain of a host, or what it is to the clusters it is in."),
          Verb(
              "reboot",
              "Reboot a host: it takes part in no cluster and has no network configuration until \"korel cluster restore\" and \"korel network restore\" bring back what is persisted.")}},
        {"cluster",
         "Clusters of the lab",
-        {{"list", "List the clusters of the lab.", {}, NewClusterList},
+        {Verb("list", "List the clusters of the lab."),
          Verb("show", "Show a cluster of the lab as all its members share it.")}},
        {"maintenance",
         "Maintenance mode operation of the host",
@@ -92,13 +64,14 @@ Node Tree() {
             "Set the resync workload of the host's busiest disk group. \"korel resync bandwidth get\" shows it, or the throttle when that is less.")}},
        {"disk",
         "Devices of the host",
-        {{"list",
-          "List the devices of the host, in use or not, and what they are fit for.",
-          {},
-          NewDiskList},
+        {Verb("list", "List the devices of the host, in use or not, and what they are fit for."),
          Verb(
              "set",
              "Make a device of the host unhealthy or healthy, or its on-disk format an older one, to see what mounting and rebuilding make of it.")}},
+       {"interface",
+        "Network interfaces of the host",
+        {Verb("list",
+              "List the network interfaces of the host, and which Korel traffic each carries.")}},
        {"daemon",
         "Trace daemon of the host",
         {Verb("stop", "Stop the trace daemon of the host, as if Korel were not enabled on it."),
@@ -108,10 +81,9 @@ Node Tree() {
              "Choose what the init script of the trace daemon answers, to see what commands make of it. What is not given is answered as it is: 0 done, 3 the daemon does not run.")}},
        {"file",
         "Files of the host, which are kept in the lab",
-        {{"list",
-          "List the files of the host. They are kept in the lab and are not files of the machine.",
-          {},
-          NewFileList},
+        {Verb(
+             "list",
+             "List the files of the host. They are kept in the lab and are not files of the machine."),
          Verb("get",
               "Show the lines of a file of the host, or write its bytes to a file of the machine."),
          Verb(

@@ -26,8 +26,9 @@ class CompleteTest : public testing::Test {
           {.name = "sure", .type = ParameterType::Bool},
       });
     };
-    tree.list->SetDefaultOutputParameter("completes:Name:Tags",
-                                         "disk shrink --name, disk grow --name,disk grow --disks");
+    companion.Write(R"({"disk grow": {"options": {
+        "name": {"values": [{"command": "disk list", "field": "Name", "about": "Tags"}]},
+        "disks": {"values": [{"command": "disk list", "field": "Name", "about": "Tags"}]}}}})");
     tree.list->execute = [this](const InputPtr&, const OutputPtr& output) {
       const char* told = std::getenv("AUTOCLI_COMPLETING");
       wasTold = told != nullptr && told == std::to_string(getpid());
@@ -42,12 +43,15 @@ class CompleteTest : public testing::Test {
   /// What the tool writes for the words, the last one being under the cursor.
   Ran Ask(Words words) const {
     words.insert(words.begin(), {"autocli", "--complete"});
+    std::vector<Plugin> plugins = companion.plugins;
+    plugins.push_back({"/x.so", "x.so", {"broken"}});
     TextSink out;
     TextSink err;
-    const int status = autocli::Run(words, tree.root, {{"/x.so", "x.so", {"broken"}}}, out, err);
+    const int status = autocli::Run(words, tree.root, plugins, out, err);
     return {status, out.text, err.text};
   }
 
+  TestCompanion companion;
   DiskTree tree;
   bool wasTold = false;
 };
@@ -91,11 +95,93 @@ TEST_F(CompleteTest, AWordGoesOnAsTheParserTakesIt) {
   EXPECT_TRUE(wasTold) << "the host must know that nothing may change";
   EXPECT_EQ(std::getenv("AUTOCLI_COMPLETING"), nullptr);
   EXPECT_THAT(Ask({""}).out, HasSubstr("\n--completion\t"));
-  tree.grow->SetDefaultOutputParameter("rest", "command");
+}
+
+TEST_F(CompleteTest, TheRestOfALineMayBeALine) {
+  companion.Write(R"({"disk grow": {"rest": "command", "options": {"command": {"is": "line"}}}})");
   tree.grow->input = [] {
-    return Declare::Inputs({{.name = "command", .type = ParameterType::StringList}});
+    return Declare::Inputs({{.name = "wait", .type = ParameterType::Flag},
+                            {.name = "command", .type = ParameterType::StringList}});
   };
-  EXPECT_EQ(Ask({"disk", "grow", "--com"}).out, "") << "what takes the rest is no option";
+  const std::pair<Words, const char*> cases[] = {
+      {{"disk", "grow", "d"}, "disk\tDisks of the host\n"},
+      {{"disk", "grow", "--wait", "disk", "l"}, "list\tList the disks\n"},
+      {{"disk", "grow", "disk", "grow", "--w"}, "--wait\n"},
+      {{"disk", "grow", "--w"}, "--wait\n"},
+      {{"disk", "grow", "--com"}, ""},  // what takes the rest is no option
+  };
+  for (const auto& [words, lines] : cases) {
+    EXPECT_EQ(Ask(words), (Ran{0, lines, ""})) << testing::PrintToString(words);
+  }
+}
+
+TEST_F(CompleteTest, SourcesSayWhichRecordsCountForWhichLines) {
+  tree.list->execute = [](const InputPtr&, const OutputPtr& output) {
+    auto disks = Declare::ListOf(DiskPrototype());
+    disks->Add(Disk("a", 5, true, {"x", "y"}));
+    disks->Add(Disk("b", 5, false, {"x"}));
+    disks->Add(Disk("", 7, false, {}));
+    disks->Add(DiskPrototype());
+    output->SetRootObject(disks);
+  };
+  const std::tuple<const char*, Words, const char*> cases[] = {
+      {R"("where": {"Size": 5, "Fast": false})", {}, "b\n"},
+      {R"("where": {"Tags": "y"})", {}, "a\n"},
+      {R"("where": {"Tags": "x, y"})", {}, ""},
+      {R"("except": {"Tags": "y", "Name": "b"})", {}, ""},
+      {R"("except": {"Fast": true})", {}, "b\n"},
+      {R"("where": {"None": ""})", {}, "a\nb\n"},
+      {R"("when": {"mode": "fast"})", {}, ""},
+      {R"("when": {"mode": "fast"})", {"--mode", "fast"}, "a\nb\n"},
+      {R"("when": {"mode": "fast", "wait": true})", {"--mode", "fast"}, ""},
+      {R"("unless": {"mode": "fast"})", {"--mode", "full"}, "a\nb\n"},
+      {R"("unless": {"mode": "fast", "wait": true})", {"--wait"}, ""},
+      {R"("when": {"sure": true, "formatter": "csv"})", {"--sure", "true"}, ""},
+      // A second source, of which what is new is offered.
+      {R"("where": {"Name": "b"}}, {"command": "disk list", "field": "Size")", {}, "b\n5\n7\n"},
+      {R"("where": {"Name": "b"}}, {"command": "disk lost", "field": "Size")", {}, "b\n"},
+      {R"("where": {"Name": "b"}}, {"command": "disk list --fields Size", "field": "Size")",
+       {},
+       "b\n"},
+  };
+  for (const auto& [source, given, lines] : cases) {
+    companion.Write(R"({"disk grow": {"options": {"name": {"values": [
+        {"command": "disk list", "field": "Name", )" +
+                    std::string(source) + "}]}}}}");
+    Words words = {"disk", "grow"};
+    words.insert(words.end(), given.begin(), given.end());
+    words.insert(words.end(), {"--name", ""});
+    EXPECT_EQ(Ask(words), (Ran{0, lines, ""})) << source << testing::PrintToString(given);
+  }
+}
+
+TEST_F(CompleteTest, APathGoesOnAsTheMachineHasIt) {
+  companion.Write(
+      R"({"disk grow": {"options": {"name": {"is": "file"}, "disks": {"is": "folder"}}}})");
+  const ::test::Folder folder;
+  for (const char* name : {"b", "a\nb", ".hidden", "a b"}) ::test::WriteFile(folder / name, "");
+  std::filesystem::create_directories(folder / "ab/in");
+  std::filesystem::create_symlink("ab", folder / "link");
+  std::filesystem::create_symlink("nowhere", folder / "dangling");
+  const std::string at = folder.path + "/";
+  const std::tuple<const char*, std::string, std::string> cases[] = {
+      {"--name", at, at + "a b\n" + at + "ab/\n" + at + "b\n" + at + "dangling\n" + at + "link/\n"},
+      {"--name", at + "a", at + "a b\n" + at + "ab/\n"},
+      {"--name", at + ".", at + ".hidden\n"},
+      {"--name", at + "link/", at + "link/in/\n"},
+      {"--name", at + "b/", ""},
+      {"--name", at + "none/", ""},
+      {"--disks", at, at + "ab/\n" + at + "link/\n"},
+      {"--disks", folder.path, folder.path + "/\n"},
+  };
+  for (const auto& [option, begun, lines] : cases) {
+    EXPECT_EQ(Ask({"disk", "grow", option, begun}), (Ran{0, lines, ""})) << option << begun;
+  }
+  EXPECT_EQ(Ask({"disk", "grow", "--name=" + at + "l"}).out, "--name=" + at + "link/\n");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path);
+  EXPECT_EQ(Ask({"disk", "grow", "--name", "a"}).out, "a b\nab/\n");
+  std::filesystem::current_path(before);
 }
 
 TEST_F(CompleteTest, WhatIsBrokenOrSlowIsNotHeardOf) {

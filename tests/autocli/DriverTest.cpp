@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "autocli/tools/Declarations.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
@@ -33,8 +34,9 @@ TEST(DriverTest, GlobalOptionsAndPathMayBeMixed) {
 }
 
 TEST(DriverTest, ACommandMayTakeTheRestOfTheLine) {
-  const DiskTree tree;
-  tree.grow->SetDefaultOutputParameter("rest", "words");
+  const TestCompanion companion(R"({"disk grow": {"rest": "words"}})");
+  DiskTree tree;
+  tree.loaded = companion.plugins;
   tree.grow->input = [] {
     return Declare::Inputs(
         {{.name = "wait", .type = ParameterType::Flag},
@@ -56,8 +58,8 @@ TEST(DriverTest, ACommandMayTakeTheRestOfTheLine) {
         "try: autocli disk grow --help\n"}},
   };
   for (const auto& [line, ran] : cases) EXPECT_EQ(tree.Run(line), ran) << line;
-  tree.grow->SetDefaultOutputParameter("rest", "wait");
-  EXPECT_EQ(tree.Run("disk grow a").status, 4) << "no list";
+  companion.Write(R"({"disk grow": {"rest": "wait"}})");
+  EXPECT_EQ(tree.Run("disk grow a").status, 2) << "no list";
 }
 
 TEST(DriverTest, RefusalsSayWhatAndHow) {
@@ -224,6 +226,28 @@ TEST(DriverTest, WhatIsDeclaredWronglyIsRefused) {
   };
   EXPECT_EQ(tree.Run("disk grow").status, 4) << "a name that was set later";
   EXPECT_EQ(tree.Run("disk list").status, 0);
+}
+
+TEST(DriverTest, HintsThatSayNothingAreTold) {
+  DiskTree tree;
+  tree.list->SetDefaultOutputFormatter("tables");
+  for (const auto& [key, value] : {std::pair("fields:Disk", "Name,Nmae"),
+                                   {"header:Disk", "100% of %Name% or %Label%, 5 % of %"},
+                                   {"units:Disk.Speed", "MB"},
+                                   {"units:Disk.Size", "MB"},
+                                   {"fields:Disc", "Name"},
+                                   {"rest", "words"}}) {
+    tree.list->SetDefaultOutputParameter(key, value);
+  }
+  EXPECT_THAT(
+      DeclarationProblems(*tree.root)[""],
+      testing::ElementsAre(
+          "command \"disk list\": formatter \"tables\" does not exist",
+          "command \"disk list\": hint \"fields:Disc\" is for records of another type than the result's",
+          "command \"disk list\": hint \"fields:Disk\" names \"Nmae\", no field of the result",
+          "command \"disk list\": hint \"header:Disk\" names \"Label\", no field of the result",
+          "command \"disk list\": unknown hint \"rest\"",
+          "command \"disk list\": hint \"units:Disk.Speed\" names \"Speed\", no field of the result"));
 }
 
 TEST(DriverTest, ACommandIsAskedOnceForWhatItDeclares) {

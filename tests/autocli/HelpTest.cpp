@@ -43,7 +43,7 @@ TEST(HelpTest, CommandHelpSaysAllThatIsDeclared) {
        .description = "How it is done, so to say: as-it-is-in-the-manual-of-the-disk.\nOr a."},
       {.name = "speed", .constraint = StringEnum({{"fast", "Risky."}, {"slow", ""}})},
   });
-  const auto text = Explained(command, {input, Texts({}), "", ""}, "disk grow");
+  const auto text = Explained(command, {input, Texts({}), ""}, "disk grow");
   const std::string help =
       "Grow\\x1b a disk.\n"
       "Takes a while.\n"

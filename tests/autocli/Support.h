@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <functional>
 #include <sstream>
@@ -9,6 +10,7 @@
 #include "autocli/base/Sink.h"
 #include "autocli/program/Program.h"
 #include "platform/autocli/Declare.h"
+#include "tests/support/Files.h"
 
 namespace autocli::test {
 
@@ -103,6 +105,22 @@ struct Ran {
 inline constexpr const char* kNotLoaded =
     "warning: plug-in \"/plugins/x.so\" could not be loaded: bad\n";
 
+/// The companion of a plug-in that was loaded, as it seems.
+struct TestCompanion {
+  explicit TestCompanion(const std::string& json = "") {
+    if (!json.empty()) Write(json);
+  }
+
+  void Write(const std::string& json) const {
+    ::test::WriteFile(file, json);
+    chmod(file.c_str(), 0644);
+  }
+
+  const ::test::Folder folder;
+  const std::string file = folder / "disk.json";
+  const std::vector<Plugin> plugins = {{folder / "disk.so", "disk.so"}};
+};
+
 /// A tree with one namespace, "disk", and its commands "list" (records) and "grow" (options).
 struct DiskTree {
   DiskTree() {
@@ -135,12 +153,13 @@ struct DiskTree {
     Words arguments = {program};
     std::istringstream words(line);
     for (std::string word; words >> word;) arguments.push_back(word);
-    std::vector<Plugin> plugins;
+    std::vector<Plugin> plugins = loaded;
     for (const auto& fault : pluginFaults) plugins.push_back({"/plugins/x.so", "x.so", {fault}});
     const int status = autocli::Run(arguments, root, plugins, out, err);
     return {status, out.text, err.text};
   }
 
+  std::vector<Plugin> loaded;  ///< beside the faults of a run
   std::shared_ptr<Namespace> root = Namespace::New();
   std::shared_ptr<TestCommand> list = std::make_shared<TestCommand>();
   std::shared_ptr<TestCommand> grow = std::make_shared<TestCommand>();

@@ -28,16 +28,19 @@ CASES = [
     ("korel storage add --disks x --s\t", "--ssd"),
     ("korel datastore list --formatter js\t", "json"),
     ("korel datastore list --formatter=js\t", "--formatter=json"),
-    ("korel storage add --ssd mpx.dkhba1:C0:T2\t", "mpx.dkhba1:C0:T2:L0"),
-    ("korel storage add --ssd mpx.dkhba1:C0:T2:\t", "mpx.dkhba1:C0:T2:L0"),
-    ("korel storage add --ssd=mpx.dkhba1:C0:T2\t", "--ssd=mpx.dkhba1:C0:T2:L0"),
-    ("korel storage add --ssd 'mpx.dkhba1:C0:T2\t", "mpx.dkhba1:C0:T2:L0"),
+    ("korel storage add --ssd mpx.dkhba0:C0:T2\t", "mpx.dkhba0:C0:T2:L0"),
+    ("korel storage add --ssd mpx.dkhba0:C0:T2:\t", "mpx.dkhba0:C0:T2:L0"),
+    ("korel storage add --ssd=mpx.dkhba0:C0:T2\t", "--ssd=mpx.dkhba0:C0:T2:L0"),
+    ("korel storage add --ssd 'mpx.dkhba0:C0:T2\t", "mpx.dkhba0:C0:T2:L0"),
     ("korel storage add -d mpx.dkhba1:C0:T1:L0 -d mpx.dkhba1:\t", "mpx.dkhba1:C0:T2:L0"),
     ("korel datastore list --fields User\t", "User Friendly Name"),
     ("korel datastore list --fields User\\ F\t", "User Friendly Name"),
     ("korel storage add -d 'mpx.dkhba1:C0:T2:L0' -d mpx.dkhba1:\t", "mpx.dkhba1:C0:T1:L0"),
     ('korel datastore list --fields "Default,User F\t', "Default,User Friendly Name"),
     ("korel datastore list --fields=Default,Clu\t", "--fields=Default,Cluster UUID"),
+    # HOME is put in. No blank follows a folder, or the rest would be a word of its own.
+    ("autocli lab init --inventory HOME/two\tho\t", "HOME/two words/hosts.json"),
+    ("autocli lab init --inventory=HOME/two\\ wor\tho\t", "--inventory=HOME/two words/hosts.json"),
 ]
 
 
@@ -46,6 +49,10 @@ def main(folder, name):
         with open(home + "/last-word", "w", encoding="utf-8") as script:
             script.write('#!/bin/sh\nfor word; do :; done\nprintf "[[%s]]\\n" "$word"\n')
         os.chmod(home + "/last-word", 0o700)
+        os.mkdir(home + "/two words")
+        for file in ("hosts.json", "labs.json"):
+            with open(f"{home}/two words/{file}", "w", encoding="utf-8"):
+                pass
         environment = {"PATH": f"{folder}:{home}:/usr/bin:/bin", "HOME": home, "TERM": "xterm",
                        "LC_ALL": "C.UTF-8", "KOREL_LAB": home + "/lab.db",
                        "AUTOCLI_COMPLETE_MS": "60000"}
@@ -69,7 +76,8 @@ def main(folder, name):
             shell.sendline(line)
             shell.expect_exact("ready> ")
         failed = 0
-        for keys, expected in CASES + [(f"korel datastore remove -u {uuid[:8]}\t", uuid)]:
+        cases = [tuple(text.replace("HOME", home) for text in case) for case in CASES]
+        for keys, expected in cases + [(f"korel datastore remove -u {uuid[:8]}\t", uuid)]:
             # What stands on the line then becomes the words of a program that shows the last one.
             shell.send(keys + TO_LINE_START + "last-word \r")
             shell.expect(r"\[\[(.*?)\]\]")

@@ -58,6 +58,20 @@ TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
   EXPECT_NE(Ask("lab history --entry 2").dump().find("\"membership host1 of "), std::string::npos);
 }
 
+TEST_F(Lab, ListsInterfacesWithWhatTheyCarryNow) {
+  Do("korel network ip add -i hsk1 -T witness");
+  Do("korel network clear");
+  Do("korel network ip add -i hsk0 -T korel -T witness");
+  const auto row = [](const char* name, bool isUsed, bool isPersisted, const json& types) {
+    return json{
+        {"Name", name}, {"In Use", isUsed}, {"Persisted", isPersisted}, {"Traffic Types", types}};
+  };
+  EXPECT_EQ(
+      Ask("lab interface list")["result"],
+      (json{row("hsk0", true, true, {"korel", "witness"}), row("hsk1", false, true, json::array()),
+            row("hsk2", false, false, json::array())}));
+}
+
 TEST_F(Lab, IsNotChangedByCompletion) {
   const std::string calls = environment["KOREL_LAB_CALLS"] = folder / "calls";
   environment["AUTOCLI_COMPLETE_MS"] = "60000";

@@ -13,6 +13,8 @@ import jsonschema
 
 PROGRAM = os.path.join(sys.argv[1], "autocli")
 LINES = (pathlib.Path(__file__).parent / "every-command.batch").read_text()
+COMPANIONS = [json.loads(file.read_text()) for file in
+              pathlib.Path(sys.argv[1], "../lib/autocli/plugins").glob("*.json")]
 NAMES = {"string": "string", "int": "integer", "bool": "boolean"}
 
 
@@ -44,18 +46,16 @@ def commands(node, path):
         yield from commands(child, f"{path} {child['name']}".strip())
 
 
-def misnamed(path, command, options):
+def misnamed(path, command):
     """What the command's hints name and nothing has; a hint for nothing would go unnoticed."""
     record = command["output"].get("of", command["output"])
     fields = [f["name"] for f in record.get("fields", [])]
     for key, value in command["hints"].items():
         kind, *named = key.split(":")
-        wanted = {"completes": named, "fields": value.split(","), "units": [key.split(".")[-1]],
-                  "header": value.split("%")[1::2]}.get(kind, [])
+        wanted = {"fields": value.split(","), "units": [key.split(".")[-1]],
+                  "header": value.split("%")[1::2]}[kind]
         wrong = [name for name in wanted if name not in fields]
-        if kind in ("fields", "units", "header"):
-            wrong += {named[0].split(".")[0]} - {record["type"]}
-        wrong += [name for name in value.split(",") if kind == "completes" and name not in options]
+        wrong += {named[0].split(".")[0]} - {record["type"]}
         yield from (f"{path}: hint \"{key}\" names \"{name}\"" for name in wrong)
 
 
@@ -78,9 +78,15 @@ with tempfile.TemporaryDirectory() as folder:
     options = {f"{path} --{option['long']}" for path, node in tree.items()
                for option in node["parameters"]}
     faults = [batch.stderr] if batch.stderr else []
-    faults += [fault for path, node in tree.items() for fault in misnamed(path, node, options)]
-    completed = {option for node in tree.values() for key, value in node["hints"].items()
-                 if key.startswith("completes:") for option in value.split(",")}
+    faults += [fault for path, node in tree.items() for fault in misnamed(path, node)]
+    # The program says nothing of top-level namespaces that it does not have.
+    notes = [(path, command) for companion in COMPANIONS for path, command in companion.items()]
+    faults += [f"a companion names {path}" for path, _ in notes if path not in tree]
+    named = [(f"{path} --{name}", option) for path, command in notes
+             for name, option in command.get("options", {}).items()]
+    faults += [f"a companion names {source['command']}" for _, option in named
+               for source in option.get("values", []) if source["command"] not in tree]
+    completed = {path for path, option in named if "values" in option}
     faults += [f"no command knows values of {option}" for option in sorted(options - completed)
                if option.endswith(("--cluster-uuid", "--device", "--disk", "--disks", "--ssd"))]
     unmet = set(tree)

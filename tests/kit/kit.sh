@@ -37,12 +37,16 @@ expect 0 $'hello.so,0.3,true\nkorel.so,1.0.0,true\nlab.so,1.0.0,true' "$prefix/b
   --fields Name,Version,Loaded
 expect 0 AutoCli_RegisterNamespaces nm -D --defined-only --format=just-symbols "$plugins/hello.so"
 
+help=$("$prefix/bin/autocli" hello say --help)
+[[ $help == *"examples:"*"autocli hello say --language it --name Ada"* ]] || { echo "no companion: $help"; exit 1; }
+
 # The kit's test of a plug-in passes for this one, and says what another one declares wrongly.
 step ctest --test-dir "$scratch/hello/build" --no-tests=error
 sed -i 's/"table")/"tables")/; s/.name = "language"/.name = "langu age"/' "$scratch/hello/Hello.cpp"
 step cmake --build "$scratch/hello/build"
 ctest --test-dir "$scratch/hello/build" --output-on-failure >"$scratch/log" && { echo "a wrong plug-in passes"; exit 1; }
-for problem in 'say": parameter "langu age": the name is no word' 'list": formatter "tables" does not exist'; do
+for problem in 'say": parameter "langu age": the name is no word' 'list": formatter "tables" does not exist' \
+  'hello.json: "hello say"'; do
   grep -qF "$problem" "$scratch/log" || { cat "$scratch/log"; exit 1; }
 done
 
