@@ -86,7 +86,7 @@ def main(folder, name):
             if word != expected:
                 failed += 1
                 print(f"{name}: {keys!r} came to {word!r} instead of {expected!r}")
-        shell.send("korel datastore remove -u \t")
+        shell.send("korel datastore name get -u \t")
         shell.expect_exact("ds1")
         return 1 if failed else 0
 
