@@ -35,6 +35,9 @@ void Namespace::RegisterNamespaceNode(std::shared_ptr<NamespaceNode> node, const
   if (node->GetParent()) {
     throw std::invalid_argument("the node for \"" + word + "\" has a parent already");
   }
+  if (node->type_ == NodeType::Command && Registering::IsRoot(*this)) {
+    throw std::invalid_argument("the command \"" + word + "\" needs a namespace above it");
+  }
   const auto self = std::static_pointer_cast<Namespace>(shared_from_this());
   for (auto above = self; above; above = above->GetParent()) {
     if (above == node) throw std::invalid_argument("\"" + word + "\" would hold itself");

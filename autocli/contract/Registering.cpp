@@ -4,6 +4,7 @@
 
 namespace autocli {
 
+using Corvex::AutoCli::Namespace;
 using Corvex::AutoCli::NamespaceNode;
 
 namespace {
@@ -14,12 +15,16 @@ Registering* current = nullptr;
 
 }  // namespace
 
-Registering::Registering(std::string plugin) {
+Registering::Registering(std::string plugin, const Namespace& root) : root_(root) {
   origins.push_back(std::move(plugin));
   current = this;
 }
 
 Registering::~Registering() { current = nullptr; }
+
+bool Registering::IsRoot(const Namespace& space) {
+  return current != nullptr && &current->root_ == &space;
+}
 
 std::uint32_t Registering::Current() {
   return current == nullptr ? 0 : static_cast<std::uint32_t>(origins.size());

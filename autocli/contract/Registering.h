@@ -8,10 +8,12 @@
 
 namespace autocli {
 
-/// While one exists, what is registered belongs to that plug-in. Only one exists at a time.
+/// While one exists, what is registered belongs to that plug-in, and `root` takes namespaces alone:
+/// a command there could have the name of a namespace that another plug-in fills. Only one exists
+/// at a time.
 class Registering {
  public:
-  explicit Registering(std::string plugin);
+  Registering(std::string plugin, const Corvex::AutoCli::Namespace& root);
   ~Registering();
   Registering(const Registering&) = delete;
   Registering& operator=(const Registering&) = delete;
@@ -19,12 +21,15 @@ class Registering {
   /// What was left out because another plug-in has its name, a message each.
   const std::vector<std::string>& GetClashes() const { return clashes_; }
 
+  /// The namespace is the root of what is registered.
+  static bool IsRoot(const Corvex::AutoCli::Namespace& space);
   /// The number of the plug-in that registers; 0 for none.
   static std::uint32_t Current();
   /// A node was left out, for this one has its name.
   static void NoteClash(const Corvex::AutoCli::NamespaceNode& there);
 
  private:
+  const Corvex::AutoCli::Namespace& root_;
   std::vector<std::string> clashes_;
 };
 

@@ -11,7 +11,7 @@ namespace autocli {
 struct Specs {
   std::shared_ptr<Corvex::CallSpec::InputSpec> input;
   Corvex::MetaObj::MetaObjectPtr output;  ///< the prototype of the result
-  std::string problem;  ///< why the command cannot be used; empty when it can
+  std::string problem;                    ///< why the command cannot be used; empty when it can
 };
 
 /// Asks the command for its specifications and checks them; whatever it throws becomes the problem.

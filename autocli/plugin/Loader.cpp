@@ -93,7 +93,7 @@ std::vector<Plugin> LoadPlugins(const std::string& folder, const std::shared_ptr
     const std::string path = fmt::format("{}/{}", folder, name);
     Plugin plugin{path, name, FileTrouble(searched, name, path, trust)};
     if (plugin.trouble.reason.empty()) {
-      const Registering registering(name);
+      const Registering registering(name, *root);
       watch.Blame(path);
       const std::string problem = Load(path, root, watch);
       watch.Blame("");

@@ -61,8 +61,8 @@ class Namespace final : public NamespaceNode {
   /// When another plug-in has the name: two namespaces become one, which this handle then stands
   /// for; anything else leaves the node out, and the framework tells that of the plug-in.
   /// Throws std::invalid_argument, and changes nothing, when the name is taken otherwise or no
-  /// plain word (letters, digits, hyphens, a letter or digit first), or when the node is null or
-  /// has a parent.
+  /// plain word (letters, digits, hyphens, a letter or digit first), when the node is null or has a
+  /// parent, or when it is a command and this the framework's root.
   void RegisterNamespaceNode(std::shared_ptr<NamespaceNode> node, const char* name);
 
   /// In registration order.

@@ -61,15 +61,17 @@ TEST(TreeTest, NamespacesOfTwoPluginsBecomeOne) {
   const auto root = Namespace::New();
   const auto verb = [](const char* name) { return Declare::Verb<PlainTestCommand>(name); };
   {
-    const Registering registering("a.so");
+    const Registering registering("a.so", *root);
     Declare::RegisterTop(*root, {"disk", "Disks", {{"tag", "Tags", {verb("add")}}, verb("list")}});
     EXPECT_EQ(Refusal([&] { root->RegisterNamespaceNode(Namespace::New(), "disk"); }),
               "name \"disk\" is taken")
         << "a plug-in's own slip";
+    EXPECT_EQ(Refusal([&] { root->RegisterNamespaceNode(PlainTestCommand::New(), "korel"); }),
+              "the command \"korel\" needs a namespace above it");
   }
   const auto late = Namespace::New();
   {
-    const Registering registering("b.so");
+    const Registering registering("b.so", *root);
     Declare::RegisterTop(
         *root,
         {"disk", "Disks", {{"tag", "", {verb("add"), verb("get")}}, {"list", "", {verb("x")}}}});
