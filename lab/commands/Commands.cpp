@@ -34,6 +34,8 @@ CommandPtr NewFileRemove();
 CommandPtr NewFaultAdd();
 CommandPtr NewFaultList();
 CommandPtr NewFaultClear();
+CommandPtr NewFaultOperations();
+CommandPtr NewFaultRemove();
 CommandPtr NewFeatureList();
 CommandPtr NewFeatureSet();
 
@@ -72,6 +74,8 @@ constexpr Entry kEntries[] = {
     {"file remove", NewFileRemove},
     {"fault add", NewFaultAdd},
     {"fault list", NewFaultList},
+    {"fault operations", NewFaultOperations},
+    {"fault remove", NewFaultRemove},
     {"fault clear", NewFaultClear},
     {"feature list", NewFeatureList},
     {"feature set", NewFeatureSet},

@@ -20,7 +20,9 @@ NodePtr Completing(const char* fields, const char* options) {
 }
 
 NodePtr NewHostList() {
-  return Completing("completes:Name:Fault Domain", "lab host set --name,lab host reboot --name");
+  return Completing(
+      "completes:Name:Fault Domain",
+      "lab host set --name,lab host reboot --name,lab fault add --host,lab fault remove --host");
 }
 
 NodePtr NewClusterList() {
@@ -33,6 +35,14 @@ NodePtr NewDiskList() {
   return Completing(
       "completes:Device:Fit For",
       "lab disk set --device,korel storage add --ssd,korel storage add --disks,korel storage tag add --disk,korel storage tag remove --disk,korel storagepool add --disk");
+}
+
+NodePtr NewFaultList() {
+  return Completing("completes:Operation:Message", "lab fault remove --operation");
+}
+
+NodePtr NewFaultOperations() {
+  return Completing("completes:Operation:What It Does", "lab fault add --operation");
 }
 
 NodePtr NewFileList() {
@@ -122,9 +132,16 @@ Node Tree() {
         "Host control operations that fail on purpose",
         {Verb(
              "add",
-             "Make a host control operation fail with a message of your choice, before it does anything. GetKorelInfo then yields no object. Replaces an earlier fault of the operation."),
-         Verb("list",
-              "List the operations that are made to fail. Without \"Calls Left\" all calls fail."),
+             "Make a host control operation fail with a message of your choice, before it does anything, or make it slow. GetKorelInfo then yields no object. Replaces an earlier fault of the operation and host."),
+         {"list",
+          "List the faults: which operations fail or are slow, on which host, and how often. Without \"Host\" calls of all hosts are struck, without \"Calls Left\" all calls.",
+          {},
+          NewFaultList},
+         {"operations",
+          "List the host control operations that can be made to fail, with what they do.",
+          {},
+          NewFaultOperations},
+         Verb("remove", "Let a host control operation work again, on all hosts or on one."),
          Verb("clear", "Let all host control operations work again.")}},
        {"feature",
         "Feature switches of the host",
