@@ -22,21 +22,25 @@ class TextSink final : public Sink {
   }
 };
 
-/// Records inside a record: a table below the field's name.
-void AppendRecords(std::string& out, const MetaList& records) {
+/// Records inside a record: a table below the field's name, which ends at the column `wrap`.
+void AppendRecords(std::string& out, const MetaList& records, std::size_t wrap) {
+  constexpr std::string_view kIndent = "   ";
+  Hints hints;
+  if (wrap > kIndent.size()) hints["wrap"] = std::to_string(wrap - kIndent.size());
   TextSink table;
-  TableFormatter().Write(records, View(records, {}, {}), table);
+  TableFormatter().Write(records, View(records, hints, {}), table);
   table.Flush();
   std::string_view rest = table.text;
   while (!rest.empty()) {
     const std::size_t end = rest.find('\n') + 1;
-    if (end > 1) out += "   ";
+    if (end > 1) out += kIndent;
     out += rest.substr(0, end);
     rest.remove_prefix(end);
   }
 }
 
-void AppendField(std::string& out, const Column& column, const MetaStruct& record) {
+void AppendField(std::string& out, const Column& column, const MetaStruct& record,
+                 std::size_t wrap) {
   out += column.label;
   out += ':';
   const std::size_t end = out.size();
@@ -44,7 +48,7 @@ void AppendField(std::string& out, const Column& column, const MetaStruct& recor
   if (value.GetType() == MetaType::List && RecordOf(value) != nullptr) {
     const auto& records = static_cast<const MetaList&>(value);
     out += '\n';
-    if (!records.GetElements().empty()) AppendRecords(out, records);
+    if (!records.GetElements().empty()) AppendRecords(out, records, wrap);
     return;
   }
   out += ' ';
@@ -80,7 +84,7 @@ class Simple final : public Formatter {
       }
       for (const Column& column : view.GetColumns()) {
         if (view.HasHeader()) text += "   ";
-        AppendField(text, column, record);
+        AppendField(text, column, record, view.GetWrap());
       }
       out.Drain();
     });

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <numeric>
 
 #include "autocli/base/Escape.h"
 #include "autocli/render/Formatter.h"
@@ -63,19 +64,77 @@ std::vector<std::size_t> WidthsOf(const MetaObject& result, const View& view) {
   return widths;
 }
 
+constexpr std::size_t kGap = 2;
+constexpr std::size_t kLeast = 8;
+
+/// Takes from the widest columns what is more than the table may have, as long as they stay
+/// legible.
+void Narrow(std::vector<std::size_t>& widths, std::size_t wrap) {
+  const auto isTooWide = [&] {
+    const std::size_t gaps = kGap * (widths.size() - 1);
+    return std::accumulate(widths.begin(), widths.end(), gaps) > wrap;
+  };
+  while (isTooWide()) {
+    const auto widest = std::ranges::max_element(widths);
+    if (*widest <= kLeast) return;
+    --*widest;
+  }
+}
+
+/// The bytes of the next character of an escaped text.
+std::size_t CharacterSize(std::string_view text) {
+  std::size_t size = 1;
+  while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xc0U) == 0x80) ++size;
+  return size;
+}
+
+/// Takes from the text what fits the width: to its last blank, to its last comma, or as it comes.
+std::string TakeLine(std::string_view& text, std::size_t width) {
+  std::size_t end = 0;
+  std::size_t last = 0;
+  while (end < text.size()) {
+    const std::size_t next = end + CharacterSize(text.substr(end));
+    if (end > 0 && CellWidth(text.substr(0, next)) > width) break;
+    if (text[end] == ' ' || text[end] == ',') last = next;
+    end = next;
+  }
+  if (end < text.size() && text[end] != ' ' && last > 0) end = last;
+  std::string line(text.substr(0, end));
+  text.remove_prefix(end);
+  while (line.ends_with(' ')) line.pop_back();
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  return line;
+}
+
+/// One row whose cells take as many lines as they need.
+void AppendWrapped(std::string& out, const View& view, const std::vector<std::size_t>& widths,
+                   std::vector<std::string> cells) {
+  std::vector<std::string_view> rests(cells.begin(), cells.end());
+  do {
+    AppendRow(out, view, widths, [&](std::size_t i) { out += TakeLine(rests[i], widths[i]); });
+  } while (std::ranges::any_of(rests, [](std::string_view rest) { return !rest.empty(); }));
+}
+
 class Table final : public Formatter {
  public:
   void Write(const MetaObject& result, const View& view, Sink& out) const override {
     if (!view.HasRecords()) return SimpleFormatter().Write(result, view, out);
     std::string& text = out.Buffer();
     const auto& columns = view.GetColumns();
-    const std::vector<std::size_t> widths = WidthsOf(result, view);
+    std::vector<std::size_t> widths = WidthsOf(result, view);
+    if (view.GetWrap() > 0) Narrow(widths, view.GetWrap());
     if (view.HasTitles()) {
       AppendRow(text, view, widths, [&](std::size_t i) { text += columns[i].label; });
       AppendRow(text, view, widths, [&](std::size_t i) { text.append(widths[i], '-'); });
     }
     ForEachRecord(result, [&](const MetaStruct& record) {
-      AppendRow(text, view, widths, [&](std::size_t i) { AppendCell(text, columns[i], record); });
+      if (view.GetWrap() > 0) {
+        std::vector<std::string> cells(columns.size());
+        for (std::size_t i = 0; i < cells.size(); ++i) AppendCell(cells[i], columns[i], record);
+        AppendWrapped(text, view, widths, std::move(cells));
+      } else {
+        AppendRow(text, view, widths, [&](std::size_t i) { AppendCell(text, columns[i], record); });
+      }
       out.Drain();
     });
   }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 
 #include "autocli/base/Escape.h"
@@ -51,6 +52,7 @@ View::View(const MetaObject& declared, const Hints& hints, const std::vector<std
   const MetaStruct* record = RecordOf(declared);
   if (record == nullptr) return;
   hasRecords_ = true;
+  wrap_ = static_cast<std::size_t>(std::max(0, std::atoi(HintOf(hints, "wrap").c_str())));
   ReadHeader(*record, HintOf(hints, "header:" + record->GetTypeName()));
   dataColumns_ = ColumnsNamed(*record, hints, picked.empty() ? AllNames(*record) : picked);
   const std::string hinted = HintOf(hints, "fields:" + record->GetTypeName());

@@ -9,7 +9,8 @@
 
 namespace autocli {
 
-/// Formatter hints of a command: "fields:TYPE", "header:TYPE", "units:TYPE.FIELD".
+/// Formatter hints of a command: "fields:TYPE", "header:TYPE", "units:TYPE.FIELD",
+/// "wrap".
 using Hints = std::map<std::string, std::string, std::less<>>;
 
 /// One field of the records, as it is to be shown.
@@ -47,6 +48,9 @@ class View {
   /// Tables and csv begin with the names of the columns.
   bool HasTitles() const { return hasTitles_; }
   void HideTitles() { hasTitles_ = false; }
+  /// How wide tables inside a record may be, their indent included, for longer cells are then
+  /// broken; 0: as wide as they need.
+  std::size_t GetWrap() const { return wrap_; }
   bool HasHeader() const { return !header_.empty(); }
   /// Appends the heading of this record, escaped, without a line feed.
   void AppendHeader(std::string& out, const Corvex::MetaObj::MetaStruct& record) const;
@@ -61,6 +65,7 @@ class View {
   std::vector<Column> columns_;
   std::vector<Column> dataColumns_;
   std::vector<HeaderPiece> header_;
+  std::size_t wrap_ = 0;
 };
 
 /// The texts between the commas, without the blanks around each.

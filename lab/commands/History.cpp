@@ -68,7 +68,10 @@ std::shared_ptr<MetaList> DescribeOne(Store& store, std::int64_t number) {
 
 class LabHistory final : public LabCommand {
  public:
-  LabHistory() { Show(*this, *Shape(), "simple", "Entry %Entry%"); }
+  LabHistory() {
+    Show(*this, *Shape(), "simple", "Entry %Entry%");
+    SetDefaultOutputParameter("wrap", "80");
+  }
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {

@@ -84,6 +84,26 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
   }
 }
 
+TEST(FormatTest, TablesInsideARecordEndWhereTheHintSays) {
+  const auto rack = MetaStruct::New("Rack");
+  rack->SetField("Disks", Disks({Disk("a disk of some length", 1, true, {}),
+                                 Disk("[\"mpx.dkhba0:C0\",[\"e\xcc\x81\xe7\x8c\xab\"]]",
+                                      12345678901, false, {"one", "two"}),
+                                 DiskPrototype()}));
+  EXPECT_EQ(Shown("simple", rack, {{"wrap", "45"}}),
+            "Disks:\n"
+            "   Name                 Size  Fast   Tags\n"
+            "   ------------  -----------  -----  --------\n"
+            "   a disk of               1  true\n"
+            "   some length\n"
+            "   [\"mpx.dkhba0  12345678901  false  one, two\n"
+            "   :C0\",\n"
+            "   [\"e\xcc\x81\xe7\x8c\xab\"]]\n"
+            "\n");
+  EXPECT_EQ(Shown("simple", rack, {{"wrap", "200"}}), Shown("simple", rack));
+  EXPECT_EQ(Shown("json", rack, {{"wrap", "45"}}), Shown("json", rack));
+}
+
 TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
   const std::pair<std::string, std::string> cases[] = {
       {"a\nb\tc\rd", "a\\nb\\tc\\rd"},
