@@ -212,6 +212,8 @@ void Prepare() {
       "korel policy setdefault -c vdisk -p copies=2",
       "korel trace set -s 100",
       "lab fault add --operation ClearDatastores --message unavailable --count 3",
+      "lab fault add --operation AddDatastore --message late --after 1 --host host1",
+      "lab fault remove --operation AddDatastore",
       "lab host set --fault-domain east",
       "lab disk set --device mpx.dkhba2:C0:T1:L0 --format-version 10",
       "lab check",

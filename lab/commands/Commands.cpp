@@ -7,6 +7,7 @@ namespace lab {
 // Each is made by the file of its name.
 CommandPtr NewInit();
 CommandPtr NewShow();
+CommandPtr NewPicture();
 CommandPtr NewTry();
 CommandPtr NewHistory();
 CommandPtr NewUndo();
@@ -48,6 +49,7 @@ struct Entry {
 constexpr Entry kEntries[] = {
     {"init", NewInit},
     {"show", NewShow},
+    {"picture", NewPicture},
     {"try", NewTry},
     {"history", NewHistory},
     {"undo", NewUndo},

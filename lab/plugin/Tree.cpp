@@ -59,6 +59,9 @@ Node Tree() {
       {Verb("init", "Make the lab, with one standard host \"host1\" or the hosts of an inventory."),
        Verb("show", "Show the lab: its file, the host that commands act on, and what it holds."),
        Verb(
+           "picture",
+           "Draw the lab as a graph in the DOT language: \"autocli lab picture | dot -Tsvg\" makes an image of it."),
+       Verb(
            "try",
            "Run a command on a copy of the lab: show its output, the host control operations that it calls, and what it would change. The lab stays as it is."),
        Verb(
