@@ -10,7 +10,7 @@ std::shared_ptr<MetaStruct> Shape() {
   return Structure("LabFault", {{"Operation", MetaType::String},
                                 {"Host", MetaType::String},
                                 {"Message", MetaType::String},
-                                {"Delay in ms", MetaType::Int},
+                                {"Delay", MetaType::Int},
                                 {"Calls Spared", MetaType::Int},
                                 {"Calls Left", MetaType::Int}});
 }
@@ -22,7 +22,10 @@ std::shared_ptr<MetaInt> Positive(std::int64_t number) {
 
 class LabFaultList final : public LabCommand {
  public:
-  LabFaultList() { Show(*this, *Shape(), "simple", "%Operation%"); }
+  LabFaultList() {
+    Show(*this, *Shape(), "simple", "%Operation%");
+    SetDefaultOutputParameter("units:LabFault.Delay", "ms");
+  }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }
@@ -35,7 +38,7 @@ class LabFaultList final : public LabCommand {
       record->SetField("Host",
                        failure.host.empty() ? MetaString::New() : MetaString::New(failure.host));
       record->SetField("Message", MetaString::New(failure.message));
-      record->SetField("Delay in ms", Positive(failure.delayMs));
+      record->SetField("Delay", Positive(failure.delayMs));
       record->SetField("Calls Spared", Positive(failure.after - failure.calls));
       record->SetField("Calls Left", MetaInt::New(failure.CallsLeft()));
       list->Add(record);
