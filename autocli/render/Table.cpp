@@ -67,17 +67,56 @@ std::vector<std::size_t> WidthsOf(const MetaObject& result, const View& view) {
 constexpr std::size_t kGap = 2;
 constexpr std::size_t kLeast = 8;
 
-/// Takes from the widest columns what is more than the table may have, as long as they stay
-/// legible.
-void Narrow(std::vector<std::size_t>& widths, std::size_t wrap) {
-  const auto isTooWide = [&] {
-    const std::size_t gaps = kGap * (widths.size() - 1);
-    return std::accumulate(widths.begin(), widths.end(), gaps) > wrap;
-  };
-  while (isTooWide()) {
-    const auto widest = std::ranges::max_element(widths);
-    if (*widest <= kLeast) return;
-    --*widest;
+bool EndsPiece(char c) { return c == ' ' || c == ','; }
+
+/// The width of the longest piece that no blank or comma lets a line end in.
+std::size_t LongestPiece(std::string_view text) {
+  std::size_t longest = 0;
+  while (!text.empty()) {
+    const auto end = std::ranges::find_if(text, EndsPiece);
+    const auto size = static_cast<std::size_t>(end - text.begin());
+    const bool hasComma = end != text.end() && *end == ',';
+    longest = std::max(longest, CellWidth(text.substr(0, size)) + (hasComma ? 1 : 0));
+    text.remove_prefix(std::min(size + 1, text.size()));
+  }
+  return longest;
+}
+
+/// The width of each column in which no piece of its cells is cut.
+std::vector<std::size_t> PieceWidths(const MetaObject& result, const View& view) {
+  std::vector<std::size_t> widths(view.GetColumns().size(), kLeast);
+  std::string cell;
+  ForEachRecord(result, [&](const MetaStruct& record) {
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      cell.clear();
+      AppendCell(cell, view.GetColumns()[i], record);
+      widths[i] = std::max(widths[i], LongestPiece(cell));
+    }
+  });
+  return widths;
+}
+
+/// Takes a cell's width from the widest of those columns that are wider than `least`. False when
+/// none is.
+bool NarrowOne(std::vector<std::size_t>& widths, const std::vector<std::size_t>& least) {
+  std::size_t widest = widths.size();
+  for (std::size_t i = 0; i < widths.size(); ++i) {
+    const bool isWider = widest == widths.size() || widths[i] > widths[widest];
+    if (widths[i] > least[i] && isWider) widest = i;
+  }
+  if (widest == widths.size()) return false;
+  --widths[widest];
+  return true;
+}
+
+/// Makes the table as narrow as it is to be, first where only blanks and commas are broken at, and
+/// as long as the columns stay legible.
+void Narrow(std::vector<std::size_t>& widths, const std::vector<std::size_t>& pieces,
+            std::size_t wrap) {
+  const std::vector<std::size_t> least(widths.size(), kLeast);
+  const std::size_t gaps = kGap * (widths.size() - 1);
+  while (std::accumulate(widths.begin(), widths.end(), gaps) > wrap) {
+    if (!NarrowOne(widths, pieces) && !NarrowOne(widths, least)) return;
   }
 }
 
@@ -95,7 +134,7 @@ std::string TakeLine(std::string_view& text, std::size_t width) {
   while (end < text.size()) {
     const std::size_t next = end + CharacterSize(text.substr(end));
     if (end > 0 && CellWidth(text.substr(0, next)) > width) break;
-    if (text[end] == ' ' || text[end] == ',') last = next;
+    if (EndsPiece(text[end])) last = next;
     end = next;
   }
   if (end < text.size() && text[end] != ' ' && last > 0) end = last;
@@ -122,7 +161,7 @@ class Table final : public Formatter {
     std::string& text = out.Buffer();
     const auto& columns = view.GetColumns();
     std::vector<std::size_t> widths = WidthsOf(result, view);
-    if (view.GetWrap() > 0) Narrow(widths, view.GetWrap());
+    if (view.GetWrap() > 0) Narrow(widths, PieceWidths(result, view), view.GetWrap());
     if (view.HasTitles()) {
       AppendRow(text, view, widths, [&](std::size_t i) { text += columns[i].label; });
       AppendRow(text, view, widths, [&](std::size_t i) { text.append(widths[i], '-'); });

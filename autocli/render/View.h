@@ -48,8 +48,8 @@ class View {
   /// Tables and csv begin with the names of the columns.
   bool HasTitles() const { return hasTitles_; }
   void HideTitles() { hasTitles_ = false; }
-  /// How wide tables inside a record may be, their indent included, for longer cells are then
-  /// broken; 0: as wide as they need.
+  /// How wide tables may be, with their indent inside a record: longer cells are broken; 0: as wide
+  /// as they need.
   std::size_t GetWrap() const { return wrap_; }
   bool HasHeader() const { return !header_.empty(); }
   /// Appends the heading of this record, escaped, without a line feed.

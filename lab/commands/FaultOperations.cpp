@@ -13,7 +13,10 @@ std::shared_ptr<MetaStruct> Shape() {
 
 class LabFaultOperations final : public LabCommand {
  public:
-  LabFaultOperations() { Show(*this, *Shape(), "table"); }
+  LabFaultOperations() {
+    Show(*this, *Shape(), "table");
+    SetDefaultOutputParameter("wrap", "80");
+  }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }

@@ -84,7 +84,7 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
   }
 }
 
-TEST(FormatTest, TablesInsideARecordEndWhereTheHintSays) {
+TEST(FormatTest, TablesEndWhereTheHintSays) {
   const auto rack = MetaStruct::New("Rack");
   rack->SetField("Disks", Disks({Disk("a disk of some length", 1, true, {}),
                                  Disk("[\"mpx.dkhba0:C0\",[\"e\xcc\x81\xe7\x8c\xab\"]]",
@@ -100,6 +100,9 @@ TEST(FormatTest, TablesInsideARecordEndWhereTheHintSays) {
             "   :C0\",\n"
             "   [\"e\xcc\x81\xe7\x8c\xab\"]]\n"
             "\n");
+  EXPECT_EQ(
+      Shown("table", Disks({Disk("one another", 1, true, {})}), {{"wrap", "26"}}),
+      "Name      Size  Fast  Tags\n--------  ----  ----  ----\none          1  true\nanother\n");
   EXPECT_EQ(Shown("simple", rack, {{"wrap", "200"}}), Shown("simple", rack));
   EXPECT_EQ(Shown("json", rack, {{"wrap", "45"}}), Shown("json", rack));
 }
