@@ -68,10 +68,7 @@ std::shared_ptr<MetaList> DescribeOne(Store& store, std::int64_t number) {
 
 class LabHistory final : public LabCommand {
  public:
-  LabHistory() {
-    Show(*this, *Shape(), "simple", "Entry %Entry%");
-    SetDefaultOutputParameter("wrap", "80");
-  }
+  LabHistory() { Show(*this, *Shape(), "simple", "Entry %Entry%"); }
 
  private:
   std::shared_ptr<InputSpec> GetInputSpecInternal() override {
@@ -95,6 +92,8 @@ class LabHistory final : public LabCommand {
     const bool isOne = input->HasParameter("entry");
     SetDefaultOutputParameter("fields:LabHistory",
                               std::string(kFields) + (isOne ? ",Changes" : ""));
+    // The list is a table of its own, as wide as it is.
+    SetDefaultOutputParameter("wrap", isOne ? "80" : "0");
     const auto last = input->HasParameter("last") ? input->GetParameterInt("last") : kMostEntries;
     output->SetRootObject(ReadLab([&](Store& store) {
       return isOne ? DescribeOne(store, input->GetParameterInt("entry"))
