@@ -103,7 +103,8 @@ class CommandSpec : public NamespaceNode {
   void SetDefaultOutputFormatter(const std::string& formatter) { formatter_ = formatter; }
   /// One formatter hint; replaces an earlier one of the same key. Keys: "fields:TYPE" (field names
   /// joined by commas, in display order), "header:TYPE" (heading of each record, "%Field%" stands
-  /// for that field's value), "units:TYPE.FIELD" (unit written after the value).
+  /// for that field's value), "units:TYPE.FIELD" (unit written after the value), "wrap" (the column
+  /// at which tables end: longer cells are broken).
   void SetDefaultOutputParameter(const std::string& key, const std::string& value) {
     hints_[key] = value;
   }
