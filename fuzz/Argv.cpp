@@ -230,7 +230,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t mark = line.rfind(" #");
   const std::string state = mark == std::string::npos ? "" : line.substr(mark + 2);
   RequireDocument(RunOn(state, [&](auto& out, auto&) {
-    return autocli::RunBatchLine(words, 1, fuzz::WholeTree(), out);
+    return autocli::RunBatchLine(words, 1, fuzz::WholeTree(), {}, out);
   }));
   Words inJson = words;
   inJson.insert(inJson.begin(), {"--formatter", "json"});

@@ -142,7 +142,7 @@ std::vector<std::string> Run(std::string line) {
   const auto words = autocli::SplitLine(line, problem);
   fuzz::MemorySink out;
   const double start = SecondsUsed();
-  const int status = autocli::RunBatchLine(words, ++number, fuzz::WholeTree(), out);
+  const int status = autocli::RunBatchLine(words, ++number, fuzz::WholeTree(), {}, out);
   fuzz::Require(SecondsUsed() - start < 1, "a command ends within a second", line);
   const Json answer = Json::parse(out.Text(), nullptr, false);
   fuzz::Require(answer.is_object() && status <= 1, "a command answers or fails", line + out.Text());
@@ -212,6 +212,8 @@ void Prepare() {
       "korel policy setdefault -c vdisk -p copies=2",
       "korel trace set -s 100",
       "lab fault add --operation ClearDatastores --message unavailable --count 3",
+      "lab fault add --operation AddDatastore --message late --after 1 --host host1",
+      "lab fault remove --operation AddDatastore",
       "lab host set --fault-domain east",
       "lab disk set --device mpx.dkhba2:C0:T1:L0 --format-version 10",
       "lab check",

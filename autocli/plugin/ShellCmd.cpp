@@ -8,9 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <string_view>
 #include <vector>
 
+#include "autocli/base/Escape.h"
 #include "autocli/base/File.h"
 #include "platform/autocli/AutoCli.h"
 
@@ -154,18 +156,37 @@ int StatusOf(pid_t child) {
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
+/// A setting of the environment, which somebody else may have made when privileges are raised.
+std::string Setting(const char* name) {
+  const char* value = secure_getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+/// Adds the line to the record, if one is kept. False when that failed.
+bool Record(const std::string& commandLine) {
+  const std::string path = Setting(kShellRecordVariable);
+  if (path.empty()) return true;
+  // Without waiting for whoever may read a pipe.
+  const File file(
+      open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
+  const std::string line = autocli::Escaped(commandLine) + "\n";
+  const ssize_t written = write(file.Number(), line.data(), line.size());
+  return written == static_cast<ssize_t>(line.size());
+}
+
 }  // namespace
 
 int AutoCli_ShellCmd(const std::string& commandLine, std::string& output,
                      const std::string& input) {
   output.clear();
+  const PipeSignalHeldBack noSignal;
+  if (!Record(commandLine) || Setting(kShellStartVariable) == "no") return -1;
   if (std::ranges::any_of(commandLine, MeansSomething)) return -1;
   std::vector<std::string> words = Words(commandLine);
   if (words.empty() || words[0][0] != '/') return -1;
   Pipe feeding = NewPipe();
   Pipe collecting = NewPipe();
   if (feeding.read.Number() < 0 || collecting.read.Number() < 0) return -1;
-  const PipeSignalHeldBack noSignal;
   const pid_t child = Start(words, feeding.read, collecting.write);
   if (child < 0) return -1;
   feeding.read.Close();

@@ -25,21 +25,26 @@ class TextSink final : public Sink {
   }
 };
 
-/// Records inside a record: a table below the field's name.
-void AppendRecords(std::string& out, const MetaList& records) {
+/// Records inside a record: a table below the field's name, no wider than that with its indent.
+/// Only people read it: JSON has such records for programs.
+void AppendRecords(std::string& out, const MetaList& records, std::size_t width) {
+  constexpr std::string_view kIndent = "   ";
+  View view(records, {}, {});
+  view.WrapAt(width - kIndent.size());
   TextSink table;
-  TableFormatter().Write(records, View(records, {}, {}), table);
+  TableFormatter().Write(records, view, table);
   table.Flush();
   std::string_view rest = table.text;
   while (!rest.empty()) {
     const std::size_t end = rest.find('\n') + 1;
-    if (end > 1) out += "   ";
+    if (end > 1) out += kIndent;
     out += rest.substr(0, end);
     rest.remove_prefix(end);
   }
 }
 
-void AppendField(std::string& out, const Column& column, const MetaStruct& record) {
+void AppendField(std::string& out, const Column& column, const MetaStruct& record,
+                 std::size_t width) {
   out += column.label;
   out += ':';
   const std::size_t end = out.size();
@@ -47,7 +52,7 @@ void AppendField(std::string& out, const Column& column, const MetaStruct& recor
   if (value.GetType() == MetaType::List && RecordOf(value) != nullptr) {
     const auto& records = static_cast<const MetaList&>(value);
     out += '\n';
-    if (!records.GetElements().empty()) AppendRecords(out, records);
+    if (!records.GetElements().empty()) AppendRecords(out, records, width);
     return;
   }
   out += ' ';
@@ -89,6 +94,7 @@ class Simple final : public Formatter {
       return;
     }
     const bool isForTerminal = out.IsTerminal();
+    const std::size_t width = out.GetStyle().width;
     bool isFirst = true;
     ForEachRecord(result, [&](const MetaStruct& record) {
       if (!isFirst) text += '\n';
@@ -101,7 +107,7 @@ class Simple final : public Formatter {
         // People need no line for what is not there; a program looks for the line.
         if (isForTerminal && IsUnset(*record.GetFields()[column.index].value)) continue;
         if (view.HasHeader()) text += "   ";
-        AppendField(text, column, record);
+        AppendField(text, column, record, width);
       }
       out.Drain();
     });

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <numeric>
 
 #include "autocli/base/Escape.h"
 #include "autocli/render/Formatter.h"
@@ -82,8 +83,99 @@ std::vector<std::size_t> WidthsOfValues(const MetaObject& result, const View& vi
   return widths;
 }
 
+constexpr std::size_t kGap = 2;
+constexpr std::size_t kLeast = 8;
+
+bool EndsPiece(char c) { return c == ' ' || c == ','; }
+
+/// The width of the longest piece that no blank or comma lets a line end in.
+std::size_t LongestPiece(std::string_view text) {
+  std::size_t longest = 0;
+  while (!text.empty()) {
+    const auto end = std::ranges::find_if(text, EndsPiece);
+    const auto size = static_cast<std::size_t>(end - text.begin());
+    const bool hasComma = end != text.end() && *end == ',';
+    longest = std::max(longest, CellWidth(text.substr(0, size)) + (hasComma ? 1 : 0));
+    text.remove_prefix(std::min(size + 1, text.size()));
+  }
+  return longest;
+}
+
+/// The width of each column in which no piece of its cells is cut.
+std::vector<std::size_t> PieceWidths(const MetaObject& result, const View& view) {
+  std::vector<std::size_t> widths(view.GetColumns().size(), kLeast);
+  std::string cell;
+  ForEachRecord(result, [&](const MetaStruct& record) {
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      cell.clear();
+      AppendCell(cell, view.GetColumns()[i], record);
+      widths[i] = std::max(widths[i], LongestPiece(cell));
+    }
+  });
+  return widths;
+}
+
+/// Takes a cell's width from the widest of those columns that are wider than `least`. False when
+/// none is.
+bool NarrowOne(std::vector<std::size_t>& widths, const std::vector<std::size_t>& least) {
+  std::size_t widest = widths.size();
+  for (std::size_t i = 0; i < widths.size(); ++i) {
+    const bool isWider = widest == widths.size() || widths[i] > widths[widest];
+    if (widths[i] > least[i] && isWider) widest = i;
+  }
+  if (widest == widths.size()) return false;
+  --widths[widest];
+  return true;
+}
+
+/// Makes the table as narrow as it is to be, first where only blanks and commas are broken at, and
+/// as long as the columns stay legible.
+void Narrow(std::vector<std::size_t>& widths, const std::vector<std::size_t>& pieces,
+            std::size_t wrap) {
+  const std::vector<std::size_t> least(widths.size(), kLeast);
+  const std::size_t gaps = kGap * (widths.size() - 1);
+  while (std::accumulate(widths.begin(), widths.end(), gaps) > wrap) {
+    if (!NarrowOne(widths, pieces) && !NarrowOne(widths, least)) return;
+  }
+}
+
+/// The bytes of the next character of an escaped text.
+std::size_t CharacterSize(std::string_view text) {
+  std::size_t size = 1;
+  while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xc0U) == 0x80) ++size;
+  return size;
+}
+
+/// Takes from the text what fits the width: to its last blank, to its last comma, or as it comes.
+std::string TakeLine(std::string_view& text, std::size_t width) {
+  std::size_t end = 0;
+  std::size_t last = 0;
+  while (end < text.size()) {
+    const std::size_t next = end + CharacterSize(text.substr(end));
+    if (end > 0 && CellWidth(text.substr(0, next)) > width) break;
+    if (EndsPiece(text[end])) last = next;
+    end = next;
+  }
+  if (end < text.size() && text[end] != ' ' && last > 0) end = last;
+  std::string line(text.substr(0, end));
+  text.remove_prefix(end);
+  while (line.ends_with(' ')) line.pop_back();
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  return line;
+}
+
+/// One row whose cells take as many lines as they need.
+void AppendWrapped(std::string& out, const View& view, const std::vector<std::size_t>& widths,
+                   std::vector<std::string> cells) {
+  std::vector<std::string_view> rests(cells.begin(), cells.end());
+  do {
+    AppendRow(out, view, widths, [&](std::size_t i) { out += TakeLine(rests[i], widths[i]); });
+  } while (std::ranges::any_of(rests, [](std::string_view rest) { return !rest.empty(); }));
+}
+
 Layout LayoutOf(const MetaObject& result, const View& view, bool isForTerminal) {
   Layout layout = {WidthsOfValues(result, view), {}};
+  if (view.GetWrap() > 0) Narrow(layout.widths, PieceWidths(result, view), view.GetWrap());
   if (!view.HasTitles()) return layout;
   for (std::size_t i = 0; i < layout.widths.size(); ++i) {
     const std::string& label = view.GetColumns()[i].label;
@@ -113,11 +205,17 @@ class Table final : public Formatter {
     if (!view.HasRecords()) return SimpleFormatter().Write(result, view, out);
     std::string& text = out.Buffer();
     const auto& columns = view.GetColumns();
-    const Layout layout = LayoutOf(result, view, out.IsTerminal());
+    const Layout layout = LayoutOf(result, view, out.IsTerminal() || view.GetWrap() > 0);
     if (view.HasTitles()) AppendTitles(text, view, layout);
     ForEachRecord(result, [&](const MetaStruct& record) {
-      AppendRow(text, view, layout.widths,
-                [&](std::size_t i) { AppendCell(text, columns[i], record); });
+      if (view.GetWrap() > 0) {
+        std::vector<std::string> cells(columns.size());
+        for (std::size_t i = 0; i < cells.size(); ++i) AppendCell(cells[i], columns[i], record);
+        AppendWrapped(text, view, layout.widths, std::move(cells));
+      } else {
+        AppendRow(text, view, layout.widths,
+                  [&](std::size_t i) { AppendCell(text, columns[i], record); });
+      }
       out.Drain();
     });
   }

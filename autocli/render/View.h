@@ -47,6 +47,9 @@ class View {
   /// Tables and csv begin with the names of the columns.
   bool HasTitles() const { return hasTitles_; }
   void HideTitles() { hasTitles_ = false; }
+  /// How wide a table may be: longer cells are broken; 0, as it is at first: as wide as it needs.
+  std::size_t GetWrap() const { return wrap_; }
+  void WrapAt(std::size_t width) { wrap_ = width; }
   bool HasHeader() const { return !header_.empty(); }
   /// Appends the heading of this record, escaped, without a line feed.
   void AppendHeader(std::string& out, const Corvex::MetaObj::MetaStruct& record) const;
@@ -61,6 +64,7 @@ class View {
   std::vector<Column> columns_;
   std::vector<Column> dataColumns_;
   std::vector<HeaderPiece> header_;
+  std::size_t wrap_ = 0;
 };
 
 /// The texts between the commas, without the blanks around each.

@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
 #include "lab/model/ClusterFacts.h"
@@ -15,7 +14,7 @@ std::shared_ptr<MetaStruct> Shape() {
                                    {"Client", MetaType::Bool},
                                    {"Stretched", MetaType::Bool},
                                    {"Joined", MetaType::Bool},
-                                   {"Members", MetaType::String}});
+                                   {"Members", MetaType::List}});
 }
 
 class LabClusterList final : public LabCommand {
@@ -35,7 +34,9 @@ class LabClusterList final : public LabCommand {
         record->SetField("Client", cluster.isClient);
         record->SetField("Stretched", IsStretched(store, cluster.id));
         record->SetField("Joined", host && std::ranges::count(cluster.members, host->name) > 0);
-        record->SetField("Members", Joined(cluster.members, ", "));
+        auto members = MetaList::New(MetaType::String);
+        for (const std::string& member : cluster.members) members->Add(member);
+        record->SetField("Members", members);
         list->Add(record);
       }
     });

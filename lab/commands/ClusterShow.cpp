@@ -7,27 +7,40 @@
 namespace lab {
 namespace {
 
-std::shared_ptr<MetaStruct> Shape() {
-  return Structure("LabCluster", {{"UUID", MetaType::String},
-                                  {"Client", MetaType::Bool},
-                                  {"Stretched", MetaType::Bool},
-                                  {"Preferred Fault Domain", MetaType::String},
-                                  {"Encrypted", MetaType::Bool},
-                                  {"Rekey Interval", MetaType::Int},
-                                  {"Generation", MetaType::Int},
-                                  {"Changed", MetaType::String},
-                                  {"Members", MetaType::List}});
+/// A host that was rebooted and not restored takes no part.
+std::shared_ptr<MetaStruct> MemberShape() {
+  return Structure("LabMember", {{"Host", MetaType::String},
+                                 {"Node Type", MetaType::String},
+                                 {"Fault Domain", MetaType::String},
+                                 {"Takes Part", MetaType::Bool}});
 }
 
-std::string DescribeMember(const ClusterMember& member) {
-  return member.hostName + " (" + NodeTypeName(member.nodeType) + ", fault domain " +
-         member.faultDomain + (member.isActive ? ")" : ", not restored)");
+std::shared_ptr<MetaStruct> Shape() {
+  auto shape = Structure("LabCluster", {{"UUID", MetaType::String},
+                                        {"Client", MetaType::Bool},
+                                        {"Stretched", MetaType::Bool},
+                                        {"Preferred Fault Domain", MetaType::String},
+                                        {"Encrypted", MetaType::Bool},
+                                        {"Rekey Interval", MetaType::Int},
+                                        {"Generation", MetaType::Int},
+                                        {"Changed", MetaType::String}});
+  shape->SetField("Members", ListOf(MemberShape()));
+  return shape;
+}
+
+std::shared_ptr<MetaStruct> DescribeMember(const ClusterMember& member) {
+  auto record = MemberShape();
+  record->SetField("Host", member.hostName);
+  record->SetField("Node Type", NodeTypeName(member.nodeType));
+  record->SetField("Fault Domain", member.faultDomain);
+  record->SetField("Takes Part", member.isActive);
+  return record;
 }
 
 std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
   const Encryption encryption = EncryptionOf(store, cluster.uuid);
   const auto generation = ConfigGeneration(store, cluster.id);
-  auto members = MetaList::New(MetaType::String);
+  auto members = ListOf(MemberShape());
   for (const ClusterMember& member : MembersOf(store, cluster.id)) {
     members->Add(DescribeMember(member));
   }

@@ -7,6 +7,7 @@ namespace lab {
 // Each is made by the file of its name.
 CommandPtr NewInit();
 CommandPtr NewShow();
+CommandPtr NewPicture();
 CommandPtr NewTry();
 CommandPtr NewHistory();
 CommandPtr NewUndo();
@@ -35,6 +36,8 @@ CommandPtr NewFileRemove();
 CommandPtr NewFaultAdd();
 CommandPtr NewFaultList();
 CommandPtr NewFaultClear();
+CommandPtr NewFaultOperations();
+CommandPtr NewFaultRemove();
 CommandPtr NewFeatureList();
 CommandPtr NewFeatureSet();
 
@@ -47,6 +50,7 @@ struct Entry {
 constexpr Entry kEntries[] = {
     {"init", NewInit},
     {"show", NewShow},
+    {"picture", NewPicture},
     {"try", NewTry},
     {"history", NewHistory},
     {"undo", NewUndo},
@@ -74,6 +78,8 @@ constexpr Entry kEntries[] = {
     {"file remove", NewFileRemove},
     {"fault add", NewFaultAdd},
     {"fault list", NewFaultList},
+    {"fault operations", NewFaultOperations},
+    {"fault remove", NewFaultRemove},
     {"fault clear", NewFaultClear},
     {"feature list", NewFeatureList},
     {"feature set", NewFeatureSet},

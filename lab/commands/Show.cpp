@@ -1,4 +1,3 @@
-#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
 #include "lab/model/Clusters.h"
@@ -10,17 +9,24 @@
 namespace lab {
 namespace {
 
+std::shared_ptr<MetaStruct> ClusterShape() {
+  return Structure(
+      "LabShownCluster",
+      {{"UUID", MetaType::String}, {"Client", MetaType::Bool}, {"Members", MetaType::List}});
+}
+
 std::shared_ptr<MetaStruct> Shape() {
-  return Structure("Lab", {{"File", MetaType::String},
-                           {"Schema Version", MetaType::Int},
-                           {"Host", MetaType::String},
-                           {"Daemon Running", MetaType::Bool},
-                           {"Daemon Status", MetaType::Int},
-                           {"Daemon Restart Status", MetaType::Int},
-                           {"Hosts", MetaType::List},
-                           {"Clusters", MetaType::List},
-                           {"Features Off", MetaType::List},
-                           {"Faults", MetaType::List}});
+  auto shape = Structure("Lab", {{"File", MetaType::String},
+                                 {"Schema Version", MetaType::Int},
+                                 {"Host", MetaType::String},
+                                 {"Daemon Running", MetaType::Bool},
+                                 {"Daemon Status", MetaType::Int},
+                                 {"Daemon Restart Status", MetaType::Int},
+                                 {"Hosts", MetaType::List}});
+  shape->SetField("Clusters", ListOf(ClusterShape()));
+  shape->SetField("Features Off", MetaList::New(MetaType::String));
+  shape->SetField("Faults", MetaList::New(MetaType::String));
+  return shape;
 }
 
 template <typename Element, typename Describe>
@@ -32,8 +38,17 @@ std::shared_ptr<MetaList> Described(const std::vector<Element>& elements, Descri
   return list;
 }
 
-std::string DescribeCluster(const Cluster& cluster) {
-  return cluster.uuid + (cluster.isClient ? " (client): " : ": ") + Joined(cluster.members, ", ");
+std::shared_ptr<MetaList> ListOfClusters(const std::vector<Cluster>& clusters) {
+  auto list = ListOf(ClusterShape());
+  for (const Cluster& cluster : clusters) {
+    auto record = ClusterShape();
+    record->SetField("UUID", cluster.uuid);
+    record->SetField("Client", cluster.isClient);
+    record->SetField("Members",
+                     Described(cluster.members, [](const std::string& each) { return each; }));
+    list->Add(record);
+  }
+  return list;
 }
 
 std::shared_ptr<MetaStruct> Describe(Store& store) {
@@ -47,7 +62,7 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
   record->SetField("Daemon Status", MetaInt::New(answers.status));
   record->SetField("Daemon Restart Status", MetaInt::New(answers.restart));
   record->SetField("Hosts", Described(AllHosts(store), [](const Host& each) { return each.name; }));
-  record->SetField("Clusters", Described(AllClusters(store), DescribeCluster));
+  record->SetField("Clusters", ListOfClusters(AllClusters(store)));
   record->SetField("Features Off", Described(AllFeatures(store), [](const FeatureSwitch& feature) {
                      return feature.isEnabled ? std::string() : feature.name;
                    }));

@@ -11,6 +11,12 @@ std::shared_ptr<MetaList> Lines() {
   return ListOf(Structure("LabTryLine", {{"Line", MetaType::String}}));
 }
 
+std::shared_ptr<MetaList> ListOfLines(const std::vector<std::string>& texts) {
+  auto list = Lines();
+  for (const std::string& text : texts) AddTexts(*list, {text});
+  return list;
+}
+
 std::shared_ptr<MetaList> Operations() {
   return ListOf(Structure("LabTryOperation", {{"Operation", MetaType::String},
                                               {"Arguments", MetaType::String},
@@ -21,20 +27,20 @@ std::shared_ptr<MetaStruct> Shape() {
   auto shape = MetaStruct::New("LabTry");
   shape->SetField("Output", Lines());
   shape->SetField("Operations", Operations());
+  shape->SetField("Programs", Lines());
   shape->SetField("Changes", NoChanges());
   return shape;
 }
 
 std::shared_ptr<MetaStruct> Describe(const Trial& trial) {
-  const auto lines = Lines();
-  for (const std::string& line : trial.output) AddTexts(*lines, {line});
   const auto operations = Operations();
   for (const auto& [operation, arguments, error] : trial.calls) {
     AddTexts(*operations, {operation, arguments, error});
   }
   auto record = Shape();
-  record->SetField("Output", lines);
+  record->SetField("Output", ListOfLines(trial.output));
   record->SetField("Operations", operations);
+  record->SetField("Programs", ListOfLines(trial.programs));
   record->SetField("Changes", ListOfChanges(trial.changes));
   return record;
 }

@@ -1,10 +1,11 @@
+#include "lab/conversions/PolicyClasses.h"
+
 #include <array>
 #include <utility>
 
 #include "lab/base/Text.h"
-#include "platform/hostctl/KorelUtil.h"
 
-namespace HskCtl::Korel {
+namespace lab {
 namespace {
 
 using Tovrin::Korel::KorelPolicyClass;
@@ -19,17 +20,21 @@ constexpr std::array<std::pair<KorelPolicyClass, const char*>, 5> kPolicyClasses
 
 }  // namespace
 
-KorelPolicyClass KorelUtil::StringToKorelPolicyClass(const std::string& text) {
+KorelPolicyClass CheckedPolicyClass(const std::string& text) {
   std::vector<std::string> names;
   for (const auto& [policyClass, name] : kPolicyClasses) {
     if (text == name) return policyClass;
     names.emplace_back(name);
   }
-  lab::Fail(lab::Quoted(text), " is no policy class; the classes are ", lab::Joined(names, ", "));
+  Fail(Quoted(text), " is no policy class; the classes are ", Joined(names, ", "));
 }
 
+}  // namespace lab
+
+namespace HskCtl::Korel {
+
 std::string KorelUtil::KorelPolicyClassToString(KorelPolicyClass policyClass) {
-  for (const auto& [known, name] : kPolicyClasses) {
+  for (const auto& [known, name] : lab::kPolicyClasses) {
     if (known == policyClass) return name;
   }
   lab::Fail("there is no policy class ", std::to_string(static_cast<int>(policyClass)));

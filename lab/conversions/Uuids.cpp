@@ -84,10 +84,6 @@ std::string DerivedUuid(std::string_view seed) {
 
 namespace HskCtl::Korel {
 
-Tovrin::Korel::Uuid KorelUtil::StringToKorelUuid(const std::string& text) {
-  return lab::CheckedUuid(text);
-}
-
 std::string KorelUtil::KorelUuidToString(const Uuid& uuid) { return lab::UuidText(uuid); }
 
 }  // namespace HskCtl::Korel

@@ -121,6 +121,14 @@ int KorelUtil::KorelExec(const std::string& path, const std::string& arguments, 
   return Forward(&KorelExec, path, arguments, inShell, wait, showOutput);
 }
 
+KorelPolicyClass KorelUtil::StringToKorelPolicyClass(const std::string& text) {
+  return Forward(&StringToKorelPolicyClass, text);
+}
+
+Uuid KorelUtil::StringToKorelUuid(const std::string& text) {
+  return Forward(&StringToKorelUuid, text);
+}
+
 KorelInfo::KorelUnicastAddressInfo KorelUtil::KorelUnicastAddressInfoFromString(
     const std::string& text, bool strict) {
   return Forward(&KorelUnicastAddressInfoFromString, text, strict);

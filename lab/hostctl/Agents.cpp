@@ -65,6 +65,7 @@ void KorelUtil::GetUnicastModeForCluster(bool& isUnicast, const std::string& clu
 
 KorelUtil::KorelInfo::KorelUnicastAddressInfo KorelUtil::KorelUnicastAddressInfoFromString(
     const std::string& text, bool strict) {
+  lab::StrikeConversion("KorelUnicastAddressInfoFromString");
   return lab::ParseAgentEntry(text, strict);
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -28,8 +29,14 @@ constexpr bool OnlyReads(OperationName operation) {
   return false;
 }
 
-/// Throws the operation's injected failure, if any is left; all processes share the count.
-void FailIfInjected(LabTransaction& transaction, OperationName operation);
+/// Does to this call of the operation what a fault makes of it: throws its failure, or takes its
+/// time, during which others may use the lab. All processes share the count. The transaction then
+/// is a new one, for `access`. `host` is the one that the call is for; returns it as it is now.
+std::optional<Host> StrikeCall(LabTransaction& transaction, OperationName operation, Access access,
+                               std::optional<Host> host);
+/// Throws the failure that the conversion is to have, or takes the time. Conversions need no lab:
+/// when it cannot be used nothing is done.
+void StrikeConversion(OperationName conversion);
 /// The operation and its arguments, for the memory.
 std::string TextOf(OperationName operation, const Json& arguments);
 /// Within a catch block: throws what was caught as a KorelCtlException. Logs it by
@@ -59,17 +66,21 @@ auto Call(OperationName operation, const Arguments<Values...>& arguments, const 
           const Given&... given) {
   using Result =
       decltype(Perform(function, std::declval<Store&>(), std::declval<const Host&>(), given...));
+  const Access access = OnlyReads(operation) ? Access::Read : Access::Change;
   CallLog log;
+  std::string hostName = NamedHost();
   const auto write = [&](const std::string* error) {
-    if (log.IsOpen()) log.Write(operation, arguments(), error);
+    if (log.IsOpen()) log.Write({hostName, operation, arguments(), error});
   };
   try {
     // Not in the operation's own transaction: what was written before it stays when it fails.
     TakeInHostFiles();
-    LabTransaction transaction(OnlyReads(operation) ? Access::Read : Access::Change);
-    FailIfInjected(transaction, operation);
+    LabTransaction transaction(access);
     Store& store = transaction.GetStore();
-    const Host host = CurrentHost(store);
+    std::optional<Host> found = FindCurrentHost(store);
+    if (found) hostName = found->name;
+    found = StrikeCall(transaction, operation, access, std::move(found));
+    const Host host = found ? *found : CurrentHost(store);
     const auto commit = [&] {
       transaction.Commit([&] { return TextOf(operation, arguments()); });
       write(nullptr);

@@ -5,12 +5,27 @@
 
 #include <cerrno>
 #include <csignal>
+#include <ctime>
 #include <nlohmann/json.hpp>
 
+#include "lab/base/CommandLine.h"
 #include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 
 namespace lab {
+
+namespace {
+
+/// To the millisecond.
+std::string PresentTime() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  std::string time = UtcTime(now.tv_sec);
+  const std::string milliseconds = std::to_string(1000 + now.tv_nsec / 1000000);
+  return time.insert(time.size() - 1, "." + milliseconds.substr(1));
+}
+
+}  // namespace
 
 CallLog::CallLog() {
   const char* path = Environment("KOREL_LAB_CALLS");
@@ -30,9 +45,13 @@ void CallLog::Refuse(const std::string& reason) const {
   Fail("KOREL_LAB_CALLS names a file that cannot be written, ", Quoted(path_), ": ", reason);
 }
 
-void CallLog::Write(OperationName operation, const Json& arguments, const std::string* error) {
-  Json line{{"operation", operation.Get()}, {"arguments", arguments}};
-  if (error != nullptr) line["error"] = *error;
+void CallLog::Write(const EndedCall& call) {
+  Json line{{"time", PresentTime()}, {"host", call.host}, {"process", getpid()}};
+  const auto number = ParseNumber(CurrentCommand().number).value_or(0);
+  if (number > 0) line["line"] = number;
+  line["operation"] = call.operation.Get();
+  line["arguments"] = call.arguments;
+  if (call.error != nullptr) line["error"] = *call.error;
   const std::string text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
   // Whoever read a pipe may be gone: that is an error here, and ends nobody.
   const auto before = signal(SIGPIPE, SIG_IGN);
@@ -41,7 +60,7 @@ void CallLog::Write(OperationName operation, const Json& arguments, const std::s
   const int reason = errno == 0 ? ENOSPC : errno;
   signal(SIGPIPE, before);
   if (written == static_cast<ssize_t>(text.size())) return;
-  Fail(operation.Get(), " was carried out but could not be written to KOREL_LAB_CALLS, ",
+  Fail(call.operation.Get(), " was carried out but could not be written to KOREL_LAB_CALLS, ",
        Quoted(path_), ": ", ErrorText(reason));
 }
 

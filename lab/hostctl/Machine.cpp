@@ -15,6 +15,11 @@ std::string HskCtl::Korel::KorelUtil::GetFormattedSystemDateTime() {
 }
 
 char* UUID_CreateRandom() {
+  try {
+    lab::StrikeConversion("CreateRandomUuid");
+  } catch (const lab::FailedOnPurpose&) {
+    return nullptr;
+  }
   Tovrin::Korel::Uuid uuid;
   if (getrandom(&uuid, sizeof(uuid), 0) != sizeof(uuid)) return nullptr;
   uuid.high = (uuid.high & ~0xf000ULL) | 0x4000ULL;  // version 4: random

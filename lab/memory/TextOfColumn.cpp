@@ -113,7 +113,9 @@ constexpr auto kColumns = std::to_array<ColumnText>({
     {"masterV4", "master group IPv4 address"},
     {"masterV6", "master group IPv6 address"},
     {"ttl", "multicast time-to-live"},
-    {"remaining", "calls that will still fail"},
+    {"count", "calls that are struck"},
+    {"afterCalls", "calls that are spared first"},
+    {"delayMs", "delay in ms"},
 });
 
 const ColumnText* FindText(const std::string& column) {

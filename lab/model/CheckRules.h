@@ -91,8 +91,11 @@ inline constexpr auto kRules = std::to_array<Rule>({
     {"SELECT number FROM history WHERE number NOT BETWEEN 1 AND 1 << 53 "
      "OR command NOT BETWEEN 1 AND number OR size < 0 OR total NOT BETWEEN size AND 1 << 53",
      "entry", "of the memory has a value out of its range"},
-    {"SELECT operation FROM faults WHERE remaining < 1", "the injected failure of",
-     "has a value out of its range"},
+    {"SELECT operation FROM faults WHERE count < 1 OR afterCalls < 0 "
+     "OR delayMs NOT BETWEEN 0 AND 3600000 OR (message IS NULL AND delayMs = 0)",
+     "the injected failure of", "has a value out of its range"},
+    {"SELECT operation FROM faults WHERE host <> '' AND host NOT IN (SELECT name FROM hosts)",
+     "the injected failure of", "is of a host that is not there"},
 });
 
 }  // namespace lab

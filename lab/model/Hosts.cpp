@@ -59,6 +59,11 @@ bool IsControlCharacter(std::string_view character) {
 
 }  // namespace
 
+std::string NamedHost() {
+  const char* named = Environment("KOREL_LAB_HOST");
+  return named == nullptr ? "" : named;
+}
+
 std::optional<Host> FindCurrentHost(Store& store) {
   const char* wanted = Environment("KOREL_LAB_HOST");
   if (auto host = FindHost(store, wanted == nullptr ? "host1" : wanted)) return host;

@@ -21,7 +21,9 @@ struct Host {
 /// The host that this process stands on: $KOREL_LAB_HOST, else "host1", else the lab's first one.
 /// Throws KorelCtlException listing the hosts when there is none of that name.
 Host CurrentHost(Store& store);
-/// The same; nothing when there is none of that name.
+/// The name that $KOREL_LAB_HOST gives, whether there is such a host or not; empty without it.
+std::string NamedHost();
+/// The host that this process stands on; nothing when there is none of that name.
 std::optional<Host> FindCurrentHost(Store& store);
 /// Throws KorelCtlException listing the hosts when there is none of that name.
 Host HostNamed(Store& store, const std::string& name);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -10,27 +11,45 @@
 
 namespace lab {
 
-/// An operation that fails on purpose: what people know as a fault of the lab.
+/// An operation that fails on purpose, or is slow: what people know as a fault of the lab.
 struct InjectedFailure {
   std::string operation;
-  std::string message;
-  std::optional<std::int64_t> remaining;  ///< how many more calls fail; all when absent
+  std::string host{};                    ///< whose calls these are; empty: any host's
+  std::optional<std::string> message{};  ///< what a call says that fails; none fails when absent
+  std::optional<std::int64_t> count{};   ///< how many calls are struck; all when absent
+  std::int64_t after = 0;                ///< how many calls are spared first
+  std::int64_t delayMs = 0;              ///< how long each of the struck calls takes
+  std::int64_t calls = 0;                ///< how many calls were counted, spared ones too
+
+  /// How many calls are still to be struck; nothing when it is all.
+  std::optional<std::int64_t> CallsLeft() const;
 };
 
-/// Throws KorelCtlException when no host control operation has the name.
+/// What a fault makes of a call.
+struct Strike {
+  std::optional<std::string> message;  ///< it fails with that message; goes on when absent
+  std::chrono::milliseconds delay{0};  ///< after this time
+};
+
+/// Throws KorelCtlException when no operation has the name.
 void CheckOperation(const std::string& name);
 
-/// Makes the next `count` calls of the operation fail with that message, all without a count;
-/// replaces an earlier failure of the operation. Throws KorelCtlException when there is no such
-/// operation or the count is not positive.
+/// Lets the fault strike from now on, in the place of an earlier one of the operation and host;
+/// `calls` begins at 0. Throws KorelCtlException when there is no such operation or host, or a
+/// number is out of its range.
 void AddInjectedFailure(Store& store, const InjectedFailure& failure);
-/// By operation.
+/// By operation and host, those included that have struck as often as they were to.
 std::vector<InjectedFailure> AllInjectedFailures(Store& store);
+/// Removes the operation's fault of that host; without a host all that the operation has. Throws
+/// KorelCtlException when there is none.
+void RemoveInjectedFailure(Store& store, const std::string& operation,
+                           const std::optional<std::string>& host);
 void ClearInjectedFailures(Store& store);
-/// Calls of the operation are to fail.
-bool HasInjectedFailure(Store& store, std::string_view operation);
-/// The message with which this call of the operation is to fail, counted down; nothing when it is
-/// to go on.
-std::optional<std::string> TakeInjectedFailure(Store& store, std::string_view operation);
+
+/// Some fault waits for calls of the operation on that host.
+bool AwaitsCall(Store& store, std::string_view operation, const std::string& host);
+/// What is to become of this call, counted; nothing when it goes on as always. The host's own fault
+/// comes before one of any host. While nothing may change, nothing is counted.
+std::optional<Strike> TakeStrike(Store& store, std::string_view operation, const std::string& host);
 
 }  // namespace lab

@@ -90,9 +90,13 @@ void LabTransaction::BeginAgain(Access access) {
 void LabTransaction::Commit(const std::function<std::string()>& operation) {
   transaction_->Commit([&]() -> Origin {
     const auto host = FindCurrentHost(store_);
-    const char* named = Environment("KOREL_LAB_HOST");
-    return {host ? host->name : named == nullptr ? "" : named, operation()};
+    return {host ? host->name : NamedHost(), operation()};
   });
+}
+
+void LabTransaction::CommitUnremembered() {
+  transaction_->CommitUnremembered();
+  transaction_.reset();
 }
 
 void InitLab(const std::vector<HostInventory>& hosts, bool force) {

@@ -23,6 +23,8 @@ class LabTransaction {
   /// Keeps what was changed. In the memory stands the host that the process stands on, and the
   /// operation when the command line does not say it all; it is asked for when it is needed.
   void Commit(const std::function<std::string()>& operation = [] { return std::string(); });
+  /// Keeps what was counted, which no memory keeps, and ends the transaction.
+  void CommitUnremembered();
 
  private:
   Store& store_;

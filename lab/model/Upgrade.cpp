@@ -1,40 +1,68 @@
 #include "lab/model/Upgrade.h"
 
 #include <cstdio>
-#include <string_view>
+#include <string>
+#include <vector>
 
 #include "lab/base/Text.h"
 #include "lab/model/OldFiles.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/Memory.h"
 #include "lab/store/OldSchema.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
 #include "lab/store/SchemaCheck.h"
+#include "lab/store/Widen.h"
 
 namespace lab {
 namespace {
 
 constexpr int kLastOldVersion = static_cast<int>(kOldMigrations.size());
 static_assert(kLastOldVersion + 1 == kSchemaVersion);
+constexpr int kFirstVersionWithFiles = 4;
+
+/// The tables of the version before, which step by step became what they are.
+std::vector<std::string> OldTables() {
+  std::vector<std::string> tables;
+  for (const auto& [name, sql] : kTables) tables.emplace_back(name);
+  tables.emplace_back(kHistory.name);
+  return tables;
+}
+
+/// Moves the rows of a table to the new one of its name, whose last columns it may lack: these get
+/// their defaults.
+void MoveRowsOf(Store& store, const std::string& table) {
+  const auto old = Texts(store, "SELECT name FROM pragma_table_info(?)", "old_" + table);
+  auto columns = Texts(store, "SELECT name FROM pragma_table_info(?)", table);
+  columns.resize(old.size());
+  RunScript(store, "INSERT INTO " + table + " (" + Joined(columns, ", ") + ") SELECT * FROM old_" +
+                       table + "; DROP TABLE old_" + table);
+}
 
 /// Makes every table from scratch and moves the rows, so that the file holds what a new one would.
 void MoveRows(Store& store) {
-  const auto isNew = [](std::string_view table) { return table == "files"; };
   // Or other tables' references would follow.
   RunScript(store, "PRAGMA legacy_alter_table = ON");
-  for (const auto& [name, sql] : kTables) {
-    const std::string table = name;
-    if (!isNew(table)) RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
+  for (const std::string& table : OldTables()) {
+    RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
   }
   RunScript(store, "PRAGMA legacy_alter_table = OFF");
+  for (const auto& [name, sql] : kIndexes) RunScript(store, std::string("DROP INDEX ") + name);
   MakeSchema(store);
-  for (const auto& [name, sql] : kTables) {
-    const std::string table = name;
-    if (isNew(table)) continue;
-    const std::string added = table == "hosts" ? ", 1, NULL, NULL" : "";
-    RunScript(store, "INSERT INTO " + table + " SELECT *" + added + " FROM old_" + table);
-    RunScript(store, "DROP TABLE old_" + table);
+  for (const std::string& table : OldTables()) MoveRowsOf(store, table);
+}
+
+/// What the entries of the memory changed are changes of the new tables from now on. One that is
+/// damaged stays as it is.
+void WidenMemory(Store& store) {
+  for (const Entry& entry : EntriesAfter(store, 0)) {
+    if (!entry.changes) continue;
+    try {
+      ReplaceChanges(store, entry.number, Widened(store, *entry.changes));
+    } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
+      continue;
+    }
   }
 }
 
@@ -75,7 +103,8 @@ std::string UpgradeSchema(Store& store) {
     RunScript(store, kOldMigrations.at(static_cast<std::size_t>(from)));
   }
   MoveRows(store);
-  TakeFiles(store, !hasNewHosts);
+  WidenMemory(store);
+  if (version < kFirstVersionWithFiles) TakeFiles(store, !hasNewHosts);
   return "brings the lab up to date from version " + std::to_string(version);
 }
 

@@ -21,6 +21,9 @@ Node Tree() {
       {Verb("init", "Make the lab, with one standard host \"host1\" or the hosts of an inventory."),
        Verb("show", "Show the lab: its file, the host that commands act on, and what it holds."),
        Verb(
+           "picture",
+           "Draw the lab as a graph in the DOT language: \"autocli lab picture | dot -Tsvg\" makes an image of it."),
+       Verb(
            "try",
            "Run a command on a copy of the lab: show its output, the host control operations that it calls, and what it would change. The lab stays as it is."),
        Verb(
@@ -94,9 +97,13 @@ Node Tree() {
         "Host control operations that fail on purpose",
         {Verb(
              "add",
-             "Make a host control operation fail with a message of your choice, before it does anything. GetKorelInfo then yields no object. Replaces an earlier fault of the operation."),
-         Verb("list",
-              "List the operations that are made to fail. Without \"Calls Left\" all calls fail."),
+             "Make a host control operation fail with a message of your choice, before it does anything, or make it slow. GetKorelInfo then yields no object. Replaces an earlier fault of the operation and host."),
+         Verb(
+             "list",
+             "List the faults: which operations fail or are slow, on which host, and how often. Without \"Host\" calls of all hosts are struck, without \"Calls Left\" all calls."),
+         Verb("operations",
+              "List the host control operations that can be made to fail, with what they do."),
+         Verb("remove", "Let a host control operation work again, on all hosts or on one."),
          Verb("clear", "Let all host control operations work again.")}},
        {"feature",
         "Feature switches of the host",

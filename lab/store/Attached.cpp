@@ -35,4 +35,9 @@ Changeset Attached::Difference() const {
   return EndRecording(session);
 }
 
+void Attached::TakeFaultCalls() const {
+  RunScript(store_,
+            "DELETE FROM faultCalls; INSERT INTO faultCalls SELECT * FROM other.faultCalls");
+}
+
 }  // namespace lab

@@ -18,6 +18,8 @@ class Attached {
 
   /// Within a transaction: what makes the process's lab of the other one.
   Changeset Difference() const;
+  /// Within a transaction for changes: its faults have struck as often as those of the other one.
+  void TakeFaultCalls() const;
 
  private:
   Store& store_;

@@ -146,6 +146,204 @@ CREATE TABLE traceOptions (       -- as the trace daemon was told last
   value TEXT NOT NULL,
   PRIMARY KEY (host, name)
 ) STRICT, WITHOUT ROWID;
+)sql",
+                                           R"sql(
+PRAGMA legacy_alter_table = ON;  -- or other tables' references would follow
+ALTER TABLE hosts RENAME TO old_hosts;
+ALTER TABLE interfaces RENAME TO old_interfaces;
+ALTER TABLE devices RENAME TO old_devices;
+ALTER TABLE claims RENAME TO old_claims;
+ALTER TABLE clusters RENAME TO old_clusters;
+ALTER TABLE memberships RENAME TO old_memberships;
+ALTER TABLE datastores RENAME TO old_datastores;
+ALTER TABLE mounts RENAME TO old_mounts;
+ALTER TABLE agents RENAME TO old_agents;
+ALTER TABLE networkConfigs RENAME TO old_networkConfigs;
+ALTER TABLE policies RENAME TO old_policies;
+ALTER TABLE traceOptions RENAME TO old_traceOptions;
+ALTER TABLE features RENAME TO old_features;
+ALTER TABLE faults RENAME TO old_faults;
+PRAGMA legacy_alter_table = OFF;
+CREATE TABLE hosts (
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  nodeUuid TEXT NOT NULL UNIQUE,
+  faultDomain TEXT,               -- NULL: one of its own, named as the host
+  isKorelMax INTEGER NOT NULL DEFAULT 0,
+  isInMaintenance INTEGER NOT NULL DEFAULT 0,
+  resyncThrottle INTEGER NOT NULL DEFAULT 0,  -- Mbps, 0: none
+  resyncRate INTEGER NOT NULL DEFAULT 0,      -- Mbps
+  isDaemonRunning INTEGER NOT NULL DEFAULT 1,
+  daemonStatus INTEGER,           -- what the init script answers; NULL: what is so
+  daemonRestartStatus INTEGER     -- the same of a restart
+) STRICT;
+CREATE TABLE interfaces (
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  name TEXT NOT NULL,
+  position INTEGER NOT NULL,      -- in the inventory
+  PRIMARY KEY (host, name)
+) STRICT, WITHOUT ROWID;
+CREATE TABLE devices (
+  id INTEGER PRIMARY KEY,
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  name TEXT NOT NULL,
+  uuid TEXT NOT NULL UNIQUE,
+  isFlash INTEGER NOT NULL,
+  isCapacityFlash INTEGER NOT NULL,
+  sizeGb INTEGER NOT NULL,
+  vendor TEXT NOT NULL,
+  model TEXT NOT NULL,
+  isKorelDirect INTEGER NOT NULL DEFAULT 0,
+  isHealthy INTEGER NOT NULL DEFAULT 1,
+  UNIQUE (host, name)
+) STRICT;
+CREATE TABLE claims (
+  device INTEGER PRIMARY KEY REFERENCES devices ON DELETE CASCADE,
+  cachingDevice INTEGER REFERENCES claims ON DELETE CASCADE,  -- NULL: of the storage pool
+  formatVersion INTEGER NOT NULL,
+  claimedAt TEXT NOT NULL,
+  isMounted INTEGER NOT NULL DEFAULT 1,
+  usedGb INTEGER NOT NULL         -- of data
+) STRICT;
+CREATE TABLE clusters (
+  id INTEGER PRIMARY KEY,
+  uuid TEXT NOT NULL UNIQUE,
+  isClient INTEGER NOT NULL,
+  preferredFaultDomain TEXT NOT NULL DEFAULT '',
+  isEncrypted INTEGER NOT NULL DEFAULT 0,
+  rekeyMinutes INTEGER NOT NULL DEFAULT 1440,
+  generation INTEGER NOT NULL DEFAULT 0,
+  changedAt INTEGER               -- seconds since 1970
+) STRICT;
+CREATE TABLE memberships (
+  id INTEGER PRIMARY KEY,         -- in the order of joining
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
+  nodeType INTEGER NOT NULL,
+  isActive INTEGER NOT NULL,      -- the host takes part now
+  isPersisted INTEGER NOT NULL,   -- a restore makes it take part
+  UNIQUE (host, cluster)
+) STRICT;
+CREATE TABLE datastores (
+  id INTEGER PRIMARY KEY,
+  uuid TEXT NOT NULL UNIQUE,
+  cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
+  name TEXT NOT NULL,
+  isDefault INTEGER NOT NULL,
+  UNIQUE (cluster, name)
+) STRICT;
+CREATE TABLE mounts (
+  cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
+  datastore INTEGER NOT NULL REFERENCES datastores ON DELETE CASCADE,  -- of another cluster
+  name TEXT NOT NULL,
+  PRIMARY KEY (cluster, datastore)
+) STRICT, WITHOUT ROWID;
+CREATE TABLE agents (
+  id INTEGER PRIMARY KEY,         -- in the order of adding
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  uuid TEXT NOT NULL,
+  type INTEGER NOT NULL,
+  supportsUnicast INTEGER NOT NULL,
+  address TEXT NOT NULL,
+  port INTEGER NOT NULL,
+  interface TEXT NOT NULL,
+  thumbprint TEXT NOT NULL,
+  cluster TEXT NOT NULL,          -- a UUID, of a cluster that the lab need not know
+  UNIQUE (host, address, port, type, uuid, cluster)
+) STRICT;
+CREATE TABLE networkConfigs (
+  host INTEGER NOT NULL,
+  interface TEXT NOT NULL,
+  agentV4 TEXT NOT NULL,
+  agentV6 TEXT NOT NULL,
+  masterV4 TEXT NOT NULL,
+  masterV6 TEXT NOT NULL,
+  agentPort INTEGER NOT NULL,
+  masterPort INTEGER NOT NULL,
+  unicastPort INTEGER NOT NULL,
+  ttl INTEGER NOT NULL,
+  carriesKorel INTEGER NOT NULL,
+  carriesWitness INTEGER NOT NULL,
+  isActive INTEGER NOT NULL,      -- every row is persisted
+  PRIMARY KEY (host, interface),
+  FOREIGN KEY (host, interface) REFERENCES interfaces ON DELETE CASCADE
+) STRICT, WITHOUT ROWID;
+CREATE TABLE policies (
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  class INTEGER NOT NULL,
+  value TEXT NOT NULL,
+  PRIMARY KEY (host, class)
+) STRICT, WITHOUT ROWID;
+CREATE TABLE traceOptions (
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  name TEXT NOT NULL,
+  value TEXT NOT NULL,            -- as the trace daemon was told last
+  PRIMARY KEY (host, name)
+) STRICT, WITHOUT ROWID;
+CREATE TABLE files (
+  host INTEGER NOT NULL REFERENCES hosts ON DELETE CASCADE,
+  path TEXT NOT NULL,
+  isReadOnly INTEGER NOT NULL,
+  content BLOB NOT NULL,
+  PRIMARY KEY (host, path)
+) STRICT, WITHOUT ROWID;
+CREATE TABLE features (
+  name TEXT PRIMARY KEY,
+  isEnabled INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+CREATE TABLE faults (
+  operation TEXT PRIMARY KEY,
+  message TEXT NOT NULL,
+  remaining INTEGER               -- calls that will still fail; NULL: all
+) STRICT, WITHOUT ROWID;
+CREATE TABLE history (
+  number INTEGER PRIMARY KEY,
+  command INTEGER NOT NULL,       -- the first entry of the command that this one is of
+  time INTEGER NOT NULL,          -- seconds since 1970
+  host TEXT NOT NULL,
+  line TEXT NOT NULL,             -- the command line, as far as it is known
+  operation TEXT NOT NULL,        -- the host control operation, when it was one
+  version INTEGER NOT NULL,       -- of the schema
+  size INTEGER NOT NULL,          -- of this entry in bytes
+  total INTEGER NOT NULL,         -- of this and all earlier entries, forgotten ones included
+  changes BLOB                    -- a changeset; NULL: it cannot be taken back
+) STRICT;
+CREATE INDEX claimsOfGroup ON claims (cachingDevice);
+CREATE INDEX membershipsOfCluster ON memberships (cluster, host);
+CREATE INDEX witnesses ON memberships (cluster) WHERE nodeType = 1;
+CREATE INDEX datastoresInOrder ON datastores (cluster, isDefault DESC, name);
+CREATE INDEX mountsInOrder ON mounts (cluster, name);
+CREATE INDEX mountsOfDatastore ON mounts (datastore);
+CREATE INDEX agentsOfCluster ON agents (host, cluster, type, supportsUnicast, address);
+CREATE INDEX witnessAgents ON agents (host) WHERE type = 1;
+INSERT INTO hosts SELECT *, 1, NULL, NULL FROM old_hosts;
+DROP TABLE old_hosts;
+INSERT INTO interfaces SELECT * FROM old_interfaces;
+DROP TABLE old_interfaces;
+INSERT INTO devices SELECT * FROM old_devices;
+DROP TABLE old_devices;
+INSERT INTO claims SELECT * FROM old_claims;
+DROP TABLE old_claims;
+INSERT INTO clusters SELECT * FROM old_clusters;
+DROP TABLE old_clusters;
+INSERT INTO memberships SELECT * FROM old_memberships;
+DROP TABLE old_memberships;
+INSERT INTO datastores SELECT * FROM old_datastores;
+DROP TABLE old_datastores;
+INSERT INTO mounts SELECT * FROM old_mounts;
+DROP TABLE old_mounts;
+INSERT INTO agents SELECT * FROM old_agents;
+DROP TABLE old_agents;
+INSERT INTO networkConfigs SELECT * FROM old_networkConfigs;
+DROP TABLE old_networkConfigs;
+INSERT INTO policies SELECT * FROM old_policies;
+DROP TABLE old_policies;
+INSERT INTO traceOptions SELECT * FROM old_traceOptions;
+DROP TABLE old_traceOptions;
+INSERT INTO features SELECT * FROM old_features;
+DROP TABLE old_features;
+INSERT INTO faults SELECT * FROM old_faults;
+DROP TABLE old_faults;
 )sql"};
 
 }  // namespace lab

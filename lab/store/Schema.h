@@ -5,7 +5,7 @@
 namespace lab {
 
 /// The version of the schema below, noted in the file.
-inline constexpr int kSchemaVersion = 4;
+inline constexpr int kSchemaVersion = 5;
 
 /// A table or an index of a lab.
 struct SchemaObject {
@@ -146,13 +146,19 @@ inline constexpr auto kTables = std::to_array<SchemaObject>({
   isEnabled INTEGER NOT NULL
 ) STRICT, WITHOUT ROWID)sql"},
     {"faults", R"sql(CREATE TABLE faults (
-  operation TEXT PRIMARY KEY,
-  message TEXT NOT NULL,
-  remaining INTEGER               -- calls that will still fail; NULL: all
+  operation TEXT NOT NULL,
+  message TEXT,                   -- NULL: the calls are slow and do not fail
+  count INTEGER,                  -- calls that are struck; NULL: all
+  host TEXT NOT NULL DEFAULT '',  -- the one whose calls these are; empty: any
+  afterCalls INTEGER NOT NULL DEFAULT 0,  -- that are spared first
+  delayMs INTEGER NOT NULL DEFAULT 0,
+  id INTEGER NOT NULL DEFAULT 0,  -- tells it from those that it replaced
+  PRIMARY KEY (operation, host)
 ) STRICT, WITHOUT ROWID)sql"},
 });
 
-/// What is in the file beside the lab's own rows: the memory, which keeps what changed them.
+/// What is in the file beside the lab's own rows: the memory, which keeps what changed them, and
+/// kFaultCalls.
 inline constexpr SchemaObject kHistory{"history", R"sql(CREATE TABLE history (
   number INTEGER PRIMARY KEY,
   command INTEGER NOT NULL,       -- the first entry of the command that this one is of
@@ -165,6 +171,16 @@ inline constexpr SchemaObject kHistory{"history", R"sql(CREATE TABLE history (
   total INTEGER NOT NULL,         -- of this and all earlier entries, forgotten ones included
   changes BLOB                    -- a changeset; NULL: it cannot be taken back
 ) STRICT)sql"};
+
+/// How many calls each fault has come to see. Counting is no change of the lab: it leaves no entry
+/// in the memory, and taking an entry back does not take back what was called.
+inline constexpr SchemaObject kFaultCalls{"faultCalls", R"sql(CREATE TABLE faultCalls (
+  operation TEXT NOT NULL,
+  host TEXT NOT NULL,
+  id INTEGER NOT NULL,
+  calls INTEGER NOT NULL,
+  PRIMARY KEY (operation, host, id)
+) STRICT, WITHOUT ROWID)sql"};
 
 /// So that what a command asks for is looked up and not looked for, and so that a row that goes
 /// finds those that refer to it.

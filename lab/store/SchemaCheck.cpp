@@ -22,7 +22,7 @@ constexpr const char* kSelect = "SELECT type, name, sql FROM sqlite_schema WHERE
 
 const SchemaTexts& CurrentSchema() {
   static const auto& schema = *new SchemaTexts([] {
-    SchemaTexts texts{{kHistory.name, kHistory.sql}};
+    SchemaTexts texts{{kHistory.name, kHistory.sql}, {kFaultCalls.name, kFaultCalls.sql}};
     for (const auto& [name, sql] : kTables) texts.emplace(name, sql);
     for (const auto& [name, sql] : kIndexes) texts.emplace(name, sql);
     return texts;
@@ -67,6 +67,7 @@ void CheckSchema(Store& store, const SchemaTexts& schema) {
 void MakeSchema(Store& store) {
   for (const auto& [name, sql] : kTables) store.GetDatabase().exec(sql);
   store.GetDatabase().exec(kHistory.sql);
+  store.GetDatabase().exec(kFaultCalls.sql);
   for (const auto& [name, sql] : kIndexes) store.GetDatabase().exec(sql);
   store.GetDatabase().exec("PRAGMA application_id = " + std::to_string(kApplicationId));
   store.GetDatabase().exec("PRAGMA user_version = " + std::to_string(kSchemaVersion));

@@ -208,6 +208,11 @@ void Transaction::Commit(const std::function<Origin()>& origin) {
   End("COMMIT");
 }
 
+void Transaction::CommitUnremembered() {
+  if (session_ != nullptr) EndRecording(std::exchange(session_, nullptr));
+  End("COMMIT");
+}
+
 void Transaction::CommitFirst(const Origin& origin) {
   if (session_ != nullptr) EndRecording(std::exchange(session_, nullptr));
   Remember(store_, origin, nullptr);

@@ -82,6 +82,9 @@ class Transaction {
   /// Keeps what was changed, with an entry in the memory. Without a change nothing is written, and
   /// nobody asked where it comes from.
   void Commit(const std::function<Origin()>& origin);
+  /// Keeps what stands beside the lab's own rows (Schema.h), without an entry. What was changed in
+  /// those is kept, too: the caller has changed nothing there.
+  void CommitUnremembered();
   /// Keeps it with an entry that cannot be taken back: the making of a lab.
   void CommitFirst(const Origin& origin);
 

@@ -98,16 +98,20 @@ Trial RunTrial(const std::vector<std::string>& words) {
   std::vector<std::string> line{"autocli"};
   line.insert(line.end(), words.begin(), words.end());
   Trial trial;
-  trial.status =
-      RunWords(signals, "/proc/self/exe", line,
-               {{"KOREL_LAB", copy}, {"KOREL_LAB_CALLS", folder.At("calls")}, {kTrialMark, "1"}},
-               {folder.At("out"), folder.At("err")});
+  trial.status = RunWords(signals, "/proc/self/exe", line,
+                          {{"KOREL_LAB", copy},
+                           {"KOREL_LAB_CALLS", folder.At("calls")},
+                           {"AUTOCLI_SHELL_RECORD", folder.At("programs")},
+                           {"AUTOCLI_SHELL_START", "no"},
+                           {kTrialMark, "1"}},
+                          {folder.At("out"), folder.At("err")});
   if (trial.status < 0) Fail("the command could not be run");
   trial.output = LinesOfFile(folder.At("out"));
   trial.errors = LinesOfFile(folder.At("err"));
   for (const std::string& call : LinesOfFile(folder.At("calls"))) {
     trial.calls.push_back(ReadCall(call));
   }
+  trial.programs = LinesOfFile(folder.At("programs"));
   trial.changes = ChangesSince(copy, newest);
   return trial;
 }

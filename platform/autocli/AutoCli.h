@@ -139,12 +139,18 @@ class Command : public CommandSpec, private Dispatcher {
                const std::shared_ptr<CallSpec::Output>& output) final;
 };
 
+/// Names a file that gets a line for each command line handed to AutoCli_ShellCmd, run or not, with
+/// control characters as "\n". Like the next one it is not read with raised privileges.
+inline constexpr const char* kShellRecordVariable = "AUTOCLI_SHELL_RECORD";
+/// "no": AutoCli_ShellCmd runs nothing.
+inline constexpr const char* kShellStartVariable = "AUTOCLI_SHELL_START";
+
 /// Runs one host program and waits for it. No shell is involved: `commandLine` is plain words, cut
 /// at blanks; the first is the program's absolute path. Its standard input is `input`, its standard
 /// output replaces `output`; its environment is fixed.
 /// Returns the exit status, 128 and the signal's number when a signal ended it, or -1 when nothing
-/// was run: no absolute path, no such program, or a byte in the line that means something to a
-/// shell.
+/// was run: no absolute path, no such program, a byte in the line that means something to a shell,
+/// a record that cannot be written, or kShellStartVariable says so.
 int AutoCli_ShellCmd(const std::string& commandLine, std::string& output, const std::string& input);
 
 }  // namespace Corvex::AutoCli

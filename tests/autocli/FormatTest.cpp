@@ -138,6 +138,26 @@ TEST(FormatTest, BareValuesEmptyListsAndNestedRecords) {
   }
 }
 
+TEST(FormatTest, RecordsInARecordAreNoWiderThanTheText) {
+  const auto rack = MetaStruct::New("Rack");
+  rack->SetField("Disks", Disks({Disk("a disk of some length", 1, true, {}),
+                                 Disk("[\"mpx.dkhba0:C0\",[\"e\xcc\x81\xe7\x8c\xab\"]]",
+                                      12345678901, false, {"one", "two"}),
+                                 DiskPrototype()}));
+  setenv("COLUMNS", "45", 1);
+  EXPECT_EQ(Shown("simple", rack),
+            "Disks:\n"
+            "   Name                 Size  Fast   Tags\n"
+            "   ------------  -----------  -----  --------\n"
+            "   a disk of               1  true\n"
+            "   some length\n"
+            "   [\"mpx.dkhba0  12345678901  false  one, two\n"
+            "   :C0\",\n"
+            "   [\"e\xcc\x81\xe7\x8c\xab\"]]\n"
+            "\n");
+  setenv("COLUMNS", "80", 1);
+}
+
 TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
   const std::pair<std::string, std::string> cases[] = {
       {"a\nb\tc\rd", "a\\nb\\tc\\rd"},

@@ -142,6 +142,20 @@ TEST_F(PluginTest, OneThatEndsTheProgramIsNamed) {
   EXPECT_EQ(RunInShell(path_ + "/bin/autocli good --help").second, 0) << "without them all is well";
 }
 
+/// A variable of the environment, as long as it lives.
+class Environment {
+ public:
+  Environment(const char* name, const std::string& value) : name_(name) {
+    setenv(name, value.c_str(), 1);
+  }
+  ~Environment() { unsetenv(name_); }
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
+
+ private:
+  const char* name_;
+};
+
 class ShellCmdTest : public FolderTest {
  protected:
   std::string output_ = "old";
@@ -174,6 +188,23 @@ TEST_F(ShellCmdTest, NothingRunsWhenTheLineMeansSomethingToAShell) {
   EXPECT_FALSE(std::filesystem::exists(program + ".ran"));
   EXPECT_EQ(AutoCli_ShellCmd(program, output_, ""), 0);
   EXPECT_TRUE(std::filesystem::exists(program + ".ran"));
+}
+
+TEST_F(ShellCmdTest, LinesAreRecordedAndNothingRunsWhenTold) {
+  const std::string record = path_ + "/record";
+  const std::string program = Put("program", "#!/bin/sh\ntouch \"$0.ran\"\n", 0755);
+  const Environment recorded("AUTOCLI_SHELL_RECORD", record);
+  EXPECT_EQ(AutoCli_ShellCmd("/bin/true -x", output_, ""), 0);
+  {
+    const Environment nothing("AUTOCLI_SHELL_START", "no");
+    EXPECT_EQ(AutoCli_ShellCmd(program + " a\nb", output_, ""), -1);
+    EXPECT_EQ(AutoCli_ShellCmd(program, output_, ""), -1);
+  }
+  EXPECT_FALSE(std::filesystem::exists(program + ".ran"));
+  EXPECT_EQ(::test::ReadFile(record), "/bin/true -x\n" + program + " a\\nb\n" + program + "\n");
+  const Environment unwritable("AUTOCLI_SHELL_RECORD", "/dev/full");
+  EXPECT_EQ(AutoCli_ShellCmd(program, output_, ""), -1);
+  EXPECT_FALSE(std::filesystem::exists(program + ".ran"));
 }
 
 TEST_F(ShellCmdTest, LargeTextsGoBothWaysAtOnce) {

@@ -51,7 +51,7 @@ class PreparedLab : public Lab {
     Do("korel cluster new" + options);
     const json clusters = Ask("lab cluster list")["result"];
     for (const json& cluster : clusters) {
-      if (cluster["Members"] == host) names[name] = cluster["UUID"];
+      if (cluster["Members"] == json{host}) names[name] = cluster["UUID"];
     }
   }
 

@@ -59,7 +59,7 @@ class EveryCommand : public Lab {
     EXPECT_TRUE(std::filesystem::exists(LabFile()));
     const std::filesystem::directory_iterator files(folder / "lab");
     EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a lab is one file";
-    return RowsOf(LabFile(), "'faults', 'history'");
+    return RowsOf(LabFile(), "'faults', 'faultCalls', 'history'");
   }
 
   void Inject(const std::string& operation) const {

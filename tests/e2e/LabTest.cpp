@@ -50,6 +50,13 @@ TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
   Do("korel cluster new --client-mode");
   EXPECT_EQ(Ask("lab host list")["result"][0]["Node Type"], "client");
   EXPECT_EQ(Ask("lab disk list")["result"][0]["Data"], "0 GB");
+  const json cluster = Ask("lab cluster list")["result"][0];
+  EXPECT_EQ(cluster["Members"], json::array({"host1"}));
+  const json shown = Ask("lab cluster show -u " + cluster["UUID"].get<std::string>())["result"];
+  EXPECT_EQ(shown["Members"], json::parse(R"([{"Host":"host1","Node Type":"normal",
+                                               "Fault Domain":"host1","Takes Part":true}])"));
+  EXPECT_EQ(Ask("lab show")["result"]["Clusters"],
+            json::array({{{"UUID", cluster["UUID"]}, {"Client", true}, {"Members", {"host1"}}}}));
   const std::string hosts = folder / "hosts";
   for (const std::string name : {"one", "two"}) {
     WriteFile(hosts, R"({"hosts":[{"name":")" + name + R"("}]})");

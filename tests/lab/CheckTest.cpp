@@ -57,8 +57,10 @@ INSERT INTO files VALUES (7, '/etc/x', 0, x'') -> a row of files refers to one o
 UPDATE policies SET value = 'copies=9'      -> the policy pair 'copies=9' is not possible
 UPDATE policies SET class = 5               -> policy class '5' is none of a lab's
 UPDATE traceOptions SET value = 'a'         -> trace option normal_path must be an absolute path
-INSERT INTO faults VALUES ('Nothing', '', NULL) -> no host control operation is named
-INSERT INTO faults VALUES ('AddDisks', '', 0) -> the injected failure of 'AddDisks' has a value
+INSERT INTO faults (operation, message) VALUES ('Nothing', '') -> no host control operation is named
+INSERT INTO faults (operation, message, count) VALUES ('AddDisks', '', 0) -> the injected failure of 'AddDisks' has a value
+INSERT INTO faults (operation) VALUES ('AddDisks') -> the injected failure of 'AddDisks' has a value
+INSERT INTO faults (operation, message, host) VALUES ('AddDisks', '', 'host9') -> the injected failure of 'AddDisks' is of a host that is not there
 DELETE FROM features WHERE name = 'client-mode' -> the features are not those of a lab
 INSERT INTO agents VALUES (1, 1, 'x', 0, 1, '::1', 1, '', '', '') -> agent '::1': 'x' is not a UUID
 UPDATE history SET changes = x'5401' WHERE number > 1 -> entry 2: the memory of the lab is damaged
@@ -70,7 +72,7 @@ DELETE FROM hosts; PRAGMA foreign_keys = ON; DELETE FROM hosts -> the lab has no
   // What is just possible is no problem.
   Sql("UPDATE hosts SET resyncThrottle = 512, resyncRate = 1000000; "
       "UPDATE clusters SET rekeyMinutes = 30; UPDATE claims SET formatVersion = 1; "
-      "UPDATE devices SET sizeGb = 1000000; INSERT INTO faults VALUES ('AddDisks', '', 1); "
+      "UPDATE devices SET sizeGb = 1000000; INSERT INTO faults (operation, count, host, delayMs) VALUES ('AddDisks', 1, 'host1', 3600000); "
       "UPDATE networkConfigs SET ttl = 255, agentPort = 65535, masterPort = 1; "
       "INSERT INTO files VALUES (1, '/large', 0, zeroblob(65536))");
   EXPECT_THAT(Problems(), testing::IsEmpty());

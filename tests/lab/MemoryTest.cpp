@@ -101,7 +101,7 @@ TEST_F(MemoryTest, NothingIsTakenBackUnlessItLeadsToTheStateOfThen) {
   Sql("UPDATE hosts SET resyncThrottle = 9; UPDATE history SET version = 3 WHERE number = 6");
   ExpectRefused(lab::UndoLastCommand,
                 "entry 6 cannot be taken back: it is of version 3 of the lab");
-  Sql("UPDATE history SET version = 4, changes = x'5402' WHERE number = 6");
+  Sql("UPDATE history SET version = 5, changes = x'5402' WHERE number = 6");
   EXPECT_NE(Failure(lab::UndoLastCommand), "");
   Sql("DELETE FROM history WHERE number = 6; UPDATE history SET command = 1 WHERE number = 5;"
       "DELETE FROM history WHERE number = 1");

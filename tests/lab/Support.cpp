@@ -45,7 +45,7 @@ std::string Failure(const std::function<void()>& work) {
 
 std::string State() {
   lab::ReadLab([](lab::Store&) {});  // makes it if there is none
-  return test::RowsOf(std::getenv("KOREL_LAB"), "'history'");
+  return test::RowsOf(std::getenv("KOREL_LAB"), "'faultCalls', 'history'");
 }
 
 void ExpectRefused(const std::function<void()>& work, const std::string& message) {

@@ -1,8 +1,11 @@
 #include <filesystem>
 
+#include "lab/memory/Words.h"
+#include "lab/model/Check.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/Memory.h"
 #include "lab/store/OldSchema.h"
 #include "tests/lab/Support.h"
 
@@ -44,7 +47,7 @@ class UpgradeTest : public LabTest {
 };
 
 TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {
-  for (int version = 1; version <= 3; ++version) {
+  for (int version = 1; version <= 4; ++version) {
     SCOPED_TRACE(version);
     lab::Store::CloseForProcess();
     fs::remove(LabFile());
@@ -60,6 +63,40 @@ TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {
     EXPECT_THAT(State(), testing::HasSubstr("|1|2|15|2025-01-01T00:00:00Z|0|100\n"));
     EXPECT_EQ(DaemonStatus(), 0) << "without a folder a host is as a fresh one";
   }
+}
+
+TEST_F(UpgradeTest, TheMemoryTellsWhatItToldBefore) {
+  // A fault for two calls was added, and one call failed.
+  const std::string table = "x'5403010000' || 'faults' || x'00";
+  const std::string two = "010000000000000002'";
+  MakeOld(4,
+          "INSERT INTO faults VALUES ('AddDisks', 'x', 1); INSERT INTO history VALUES"
+          " (1, 1, 1, 'host1', '', '', 4, 9, 9, CAST(" +
+              table + "12000308' || 'AddDisks' || x'030178" + two +
+              " AS BLOB)),"
+              " (2, 2, 2, 'host1', '', '', 4, 9, 18, CAST(" +
+              table + "17000308' || 'AddDisks' || x'00" + two + " || x'0000010000000000000001'" +
+              " AS BLOB));"
+              "INSERT INTO features VALUES ('client-mode', 1), ('rebuild-trim', 1),"
+              " ('metadata-node', 1), ('korel2-config', 1), ('archival-protection', 1);"
+              "UPDATE hosts SET name = 'host2' WHERE id = 2");
+  std::vector<std::string> told;
+  lab::ReadLab([&](lab::Store& store) {
+    for (const lab::Entry& entry : lab::EntriesAfter(store, 0)) {
+      if (!entry.changes) continue;
+      for (const auto& change : lab::InWords(store, *entry.changes)) {
+        told.push_back(change.kind + std::string(" ") + change.field.value_or("-") + " " +
+                       change.before.value_or("-") + " > " + change.after.value_or("-"));
+      }
+    }
+  });
+  EXPECT_THAT(told, testing::ElementsAre("changed calls that are struck 2 > 1",
+                                         "added message - > x", "added calls that are struck - > 2",
+                                         "added calls that are spared first - > 0",
+                                         "added delay in ms - > 0"));
+  EXPECT_THAT(lab::ReadLab(lab::Problems), testing::IsEmpty());
+  EXPECT_EQ(Failure([] { HostControl()->AddDisks("a", {}); }), "x");
+  EXPECT_NE(Failure([] { HostControl()->AddDisks("a", {}); }), "x") << "one call was left";
 }
 
 TEST_F(UpgradeTest, HostFilesAreReadInOnceAndNothingIsFollowed) {

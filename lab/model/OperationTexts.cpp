@@ -1,0 +1,117 @@
+#include "lab/model/OperationTexts.h"
+
+#include <algorithm>
+#include <array>
+
+#include "lab/OperationNames.h"
+
+namespace lab {
+namespace {
+
+constexpr auto kOperationTexts = std::to_array<OperationText>({
+    {"AddCapacityFlashTag", "tags a flash device for the capacity of disk groups"},
+    {"AddDatastore", "adds a datastore to the cluster, or mounts one of another cluster"},
+    {"AddDisks", "claims devices for a new disk group, or for one that is there"},
+    {"AddKorelDirectTag", "tags a device as kept from disk groups and storage pool"},
+    {"AddStoragePoolDisks", "claims devices for the storage pool"},
+    {"AddUnicastAgent", "adds a unicast agent"},
+    {"ClearDatastores", "removes all datastores but the default one"},
+    {"ClearDefaultPolicies", "sets every default policy back to its built-in value"},
+    {"ClearNetworkConfig", "empties the active network configuration"},
+    {"CreateCluster", "creates a cluster and joins the host to it"},
+    {"CreateRandomUuid",
+     "makes a new UUID; a failure has no words, it yields no UUID. Not in the call log"},
+    {"DecomCancel", "cancels the maintenance mode operation"},
+    {"FetchDiskUuids", "answers the UUIDs of the disks that pass a filter"},
+    {"FetchKorelDiskIdentifier", "answers the UUID of the disk of a device name"},
+    {"GetClusterInfo", "answers the state of the host's cluster"},
+    {"GetClusterUuid", "answers the cluster that the host is in"},
+    {"GetDatastoreName", "answers the name of a datastore"},
+    {"GetDatastores", "answers the datastores known to the host"},
+    {"GetDefaultPolicy", "answers the default policy of a class"},
+    {"GetDiskInfo", "answers the record of a disk"},
+    {"GetFaultDomainId", "answers the id of the host's fault domain"},
+    {"GetFaultDomainName", "answers the name of the host's fault domain"},
+    {"GetFormattedSystemDateTime", "answers the host's local time"},
+    {"GetHsknicConfigs", "answers the configured network interfaces"},
+    {"GetInfoFromHXDS", "answers a cluster as its directory has it"},
+    {"GetJoinedClusterUuids", "answers the clusters that the host belongs to"},
+    {"GetKorelDisks", "answers the disks of the host"},
+    {"GetKorelInfo", "opens the host's control interface; a failure has no words, it yields none"},
+    {"GetKorelStoragePoolDiskInfo", "answers the record of a disk of the storage pool"},
+    {"GetNodeType", "answers what the host is to its cluster"},
+    {"GetPreferredFaultDomainInfo", "answers the preferred fault domain of a cluster"},
+    {"GetRekeyInterval", "answers how often a cluster's keys change"},
+    {"GetResyncBandwidth", "answers the resync traffic of the busiest disk group"},
+    {"GetResyncThrottle", "answers the limit of resync traffic"},
+    {"GetUnicastAgentEntries", "answers the configured unicast agents as texts"},
+    {"GetUnicastAgents", "answers the configured unicast agents"},
+    {"GetUnicastModeForCluster", "answers whether a cluster is in unicast mode"},
+    {"GetUnicastWitnesses", "answers the addresses of the witness agents"},
+    {"IsClientModeEnabled", "answers whether the host is in a client cluster"},
+    {"IsDataInTransitEncryptionEnabled", "answers whether a cluster encrypts its traffic"},
+    {"IsFeatureEnabled", "answers whether a feature of the framework's table is on"},
+    {"IsHsknicConfigured", "answers whether an interface carries a type of traffic"},
+    {"IsInStretchedCluster", "answers whether a cluster of the host is stretched"},
+    {"IsKorel2ConfigFssEnabled", "answers whether the feature korel2-config is on"},
+    {"IsKorelDpArchivalProtectionFeatureEnabled",
+     "answers whether the feature archival-protection is on"},
+    {"IsKorelFeatureEnabled", "answers whether a feature of Korel is on"},
+    {"IsKorelMetadataNodeFeatureEnabled", "answers whether the feature metadata-node is on"},
+    {"IsKorelRebuildTrimFssEnabled", "answers whether the feature rebuild-trim is on"},
+    {"IsStoragePoolDisk", "answers whether a device is in the storage pool"},
+    {"JoinClientCluster", "joins the host to a client cluster"},
+    {"JoinCluster", "joins the host to a cluster"},
+    {"KorelExec", "runs a program of the host: the init script of the trace daemon"},
+    {"KorelUnicastAddressInfoFromString", "reads the text of a unicast agent. Not in the call log"},
+    {"LeaveCluster", "takes the host out of a cluster"},
+    {"ListDiskUuids", "answers the UUIDs of all disks in use"},
+    {"MountDisk", "mounts a disk by its device name"},
+    {"MountDiskByUuid", "mounts a disk by its UUID"},
+    {"MountDiskGroup", "mounts a disk group"},
+    {"RebuildDiskGroup", "rebuilds a disk group by its caching device"},
+    {"RebuildDiskGroupByUuid", "rebuilds a disk group by the UUID of its caching device"},
+    {"RefreshUnicastAgents", "lets the running configuration follow the stored unicast agents"},
+    {"RemoveCapacityFlashTag", "takes the tag for capacity off a device"},
+    {"RemoveDatastore", "removes a datastore, or takes the mount of one away"},
+    {"RemoveDisk", "removes a capacity disk from its group"},
+    {"RemoveDiskByUuid", "removes the disk of a UUID; the group when it is a caching device"},
+    {"RemoveDiskGroup", "removes a disk group"},
+    {"RemoveHsknic", "takes an interface out of the network configuration"},
+    {"RemoveKorelDirectTag", "takes the tag korelDirect off a device"},
+    {"RemoveStoragePoolDisk", "removes a device from the storage pool"},
+    {"RemoveStoragePoolDiskByUuid", "removes the disk of a UUID from the storage pool"},
+    {"RemoveUnicastAgent", "removes a unicast agent"},
+    {"ResetFaultDomain", "gives the host a fault domain of its own again"},
+    {"RestoreCluster", "makes the persisted cluster memberships active"},
+    {"RestoreNetworkConfig", "makes the persisted network configuration active"},
+    {"SetDataInTransitEncryption", "switches the encryption of a cluster's traffic"},
+    {"SetDatastoreName", "renames a datastore"},
+    {"SetDefaultPolicy", "sets the default policy of a class"},
+    {"SetFaultDomainName", "names the host's fault domain"},
+    {"SetHsknicConfig", "adds an interface to the network configuration, or changes one"},
+    {"SetKorelMaxEnabled", "switches the host's Korel Max role"},
+    {"SetPreferredFaultDomain", "sets the preferred fault domain of a cluster"},
+    {"SetRekeyInterval", "sets how often a cluster's keys change"},
+    {"SetResyncThrottle", "sets the limit of resync traffic"},
+    {"SetTracedLogOptions", "hands options to the trace daemon"},
+    {"StringToKorelPolicyClass", "reads the name of a policy class. Not in the call log"},
+    {"StringToKorelUuid", "reads the text of a UUID. Not in the call log"},
+    {"UnmountDisk", "unmounts a disk by its device name"},
+    {"UnmountDiskByUuid", "unmounts a disk by its UUID"},
+    {"UnmountDiskGroup", "unmounts a disk group"},
+    {"UnmountDiskGroupWithMode", "unmounts a disk group after its data was moved"},
+});
+
+static_assert(std::equal(kOperationTexts.begin(), kOperationTexts.end(), kOperations.begin(),
+                         kOperations.end(),
+                         [](const OperationText& text, std::string_view name) {
+                           return text.operation == name;
+                         }),
+              "an operation lacks its text, or a text its operation");
+
+}  // namespace
+
+std::span<const OperationText> OperationTexts() { return kOperationTexts; }
+
+}  // namespace lab
