@@ -213,7 +213,7 @@ void Prepare() {
       "korel trace set -s 100",
       "lab fault add --operation ClearDatastores --message unavailable --count 3",
       "lab host set --fault-domain east",
-      "lab disk set --device mpx.dkhba2:C0:T1:L0 --format-version 10",
+      "lab disk set --device mpx.dkhba2:C0:T1:L0 --format-version 10 --data 1000",
       "lab check",
   };
   for (const char* line : kLines) {

@@ -11,8 +11,6 @@
 namespace lab {
 namespace {
 
-constexpr std::int64_t kFilledPart = 4;
-
 /// A tag's name and where it is kept.
 struct TagPlace {
   const char* name;
@@ -151,9 +149,8 @@ void InsertClaim(Store& store, const Device& device, std::int64_t cachingDevice,
                  const std::string& now) {
   Execute(store,
           "INSERT INTO claims (device, cachingDevice, formatVersion, claimedAt, usedGb) "
-          "VALUES (?, nullif(?, 0), ?, ?, ?)",
-          device.id, cachingDevice, kNewestFormatVersion, now,
-          device.id == cachingDevice ? std::int64_t{0} : device.sizeGb / kFilledPart);
+          "VALUES (?, nullif(?, 0), ?, ?, 0)",
+          device.id, cachingDevice, kNewestFormatVersion, now);
 }
 
 void DeleteClaim(Store& store, const Device& device) {
@@ -261,6 +258,21 @@ void SetFormatVersion(Store& store, const Host& host, const std::string& device,
          std::to_string(version));
   }
   Execute(store, "UPDATE claims SET formatVersion = ? WHERE device = ?", version, found.id);
+}
+
+void SetData(Store& store, const Host& host, const std::string& device, std::int64_t gb) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindByName(devices, device);
+  if (!found.claim) {
+    Fail("device ", Quoted(device), " is not in use, and so holds no data; 'korel storage add' or ",
+         "'korel storagepool add' puts it into use");
+  }
+  if (found.IsCachingOfGroup()) {
+    Fail("device ", Quoted(device), " is the caching device of a disk group, whose data lies on ",
+         "its capacity devices; 'korel storage list' names them");
+  }
+  CheckRange("the data on device " + Quoted(device) + " in GB", gb, 0, found.sizeGb);
+  Execute(store, "UPDATE claims SET usedGb = ? WHERE device = ?", gb, found.id);
 }
 
 }  // namespace lab

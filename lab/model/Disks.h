@@ -64,8 +64,8 @@ const Device& GroupOf(const Devices& devices, const Device& device);
 void CheckUnclaimed(const Devices& devices, const Device& device);
 /// Throws KorelCtlException when a name is there twice.
 void CheckNamedOnce(const std::vector<std::string>& names);
-/// Formats the unclaimed device for the group of that caching device, or for the pool (0). The
-/// workload of a lab then fills a capacity device to a quarter of its size at once.
+/// Formats the unclaimed device for the group of that caching device, or for the pool (0). It is
+/// empty then.
 void InsertClaim(Store& store, const Device& device, std::int64_t cachingDevice,
                  const std::string& now);
 void DeleteClaim(Store& store, const Device& device);
@@ -102,5 +102,7 @@ void RemoveTag(Store& store, const Host& host, const std::string& device, DiskTa
 void SetHealth(Store& store, const Host& host, const std::string& device, bool isHealthy);
 /// The same, for a claimed device: as if an older version had formatted it.
 void SetFormatVersion(Store& store, const Host& host, const std::string& device, int version);
+/// The same, for a capacity device in use: what workloads keep on it, up to its size.
+void SetData(Store& store, const Host& host, const std::string& device, std::int64_t gb);
 
 }  // namespace lab

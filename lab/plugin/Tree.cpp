@@ -98,7 +98,7 @@ Node Tree() {
           NewDiskList},
          Verb(
              "set",
-             "Make a device of the host unhealthy or healthy, or its on-disk format an older one, to see what mounting and rebuilding make of it.")}},
+             "Put data on a device of the host, make it unhealthy or healthy, or its on-disk format an older one, to see what evacuation, mounting and rebuilding make of it.")}},
        {"daemon",
         "Trace daemon of the host",
         {Verb("stop", "Stop the trace daemon of the host, as if Korel were not enabled on it."),

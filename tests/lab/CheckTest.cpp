@@ -39,7 +39,7 @@ UPDATE memberships SET nodeType = 3         -> the membership of host 'host1' ha
 UPDATE devices SET isCapacityFlash = 1 WHERE NOT isFlash -> is tagged capacityFlash and is not flash
 UPDATE devices SET isKorelDirect = 1        -> is tagged korelDirect and claimed
 UPDATE devices SET sizeGb = 0 WHERE id = 9  -> has a value out of its range
-UPDATE claims SET usedGb = 5000 WHERE usedGb > 0 -> has a value out of its range
+UPDATE claims SET usedGb = 5000 WHERE device > 1 -> has a value out of its range
 UPDATE claims SET formatVersion = 21        -> has a value out of its range
 UPDATE devices SET isFlash = 1              -> serves a disk group for capacity and is not for that
 UPDATE claims SET cachingDevice = device    -> 'mpx.dkhba2:C0:T1:L0' cannot serve a disk group for caching

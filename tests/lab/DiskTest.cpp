@@ -11,21 +11,24 @@ using DiskTest = DisksTest;
 TEST_F(DiskTest, DevicesAreClaimedTaggedAndGivenBack) {
   Expect(Groups, R"(
                                           -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
-1 claim c1 s4 f2                          -> c1(s1:100 s2:100 s4:100 f2:10) c2(s3:100) pool(f1:10)
-1 claim c3 f2                             -> c1(s1:100 s2:100) c2(s3:100) c3(f2:10) pool(f1:10)
-1 pool f2 c3                              -> c1(s1:100 s2:100) c2(s3:100) pool(c3:100 f1:10 f2:10)
+1 claim c1 s4 f2                          -> c1(s1:100 s2:100 s4:0 f2:0) c2(s3:100) pool(f1:10)
+1 claim c3 f2                             -> c1(s1:100 s2:100) c2(s3:100) c3(f2:0) pool(f1:10)
+1 pool f2 c3                              -> c1(s1:100 s2:100) c2(s3:100) pool(c3:0 f1:10 f2:0)
+1 claim c1 s4; 1 data s4 400              -> c1(s1:100 s2:100 s4:400) c2(s3:100) pool(f1:10)
+1 data s1 0; 1 data f1 40                 -> c1(s1:0 s2:100) c2(s3:100) pool(f1:40)
 1 unclaim s1                              -> c1(s2:100) c2(s3:100) pool(f1:10)
-1 unclaim #s2 NoAction / 1 ungroup c1; 1 claim c1 s1 -> c1(s1:100) c2(s3:100) pool(f1:10)
+1 unclaim #s2 NoAction                    -> c1(s1:100) c2(s3:100) pool(f1:10)
+1 ungroup c1; 1 claim c1 s1               -> c1(s1:0) c2(s3:100) pool(f1:10)
 1 ungroup c1                              -> c2(s3:100) pool(f1:10)
 1 unclaim #c2                             -> c1(s1:100 s2:100) pool(f1:10)
 1 unpool f1 / 1 unpool #f1                -> c1(s1:100 s2:100) c2(s3:100) pool()
-1 pool c3; 1 unpool #c3 half              -> c1(s1:150 s2:100) c2(s3:100) pool(f1:10)
+1 pool c3; 1 data c3 100; 1 unpool #c3 half -> c1(s1:150 s2:100) c2(s3:100) pool(f1:10)
 1 unpool f1 all                           -> c1(s1:110 s2:100) c2(s3:100) pool()
-1 ungroup c2; 1 flash c2; 1 claim c1 c2   -> c1(c2:100 s1:100 s2:100) pool(f1:10)
-1 unflash f2; 1 claim f2 s4               -> c1(s1:100 s2:100) c2(s3:100) f2(s4:100) pool(f1:10)
-1 unflash f2; 1 pool f2                   -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:10)
-1 direct f2; 1 undirect f2; 1 pool f2     -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:10)
-1 direct s4; 1 undirect s4; 1 claim c2 s4 -> c1(s1:100 s2:100) c2(s3:100 s4:100) pool(f1:10)
+1 ungroup c2; 1 flash c2; 1 claim c1 c2   -> c1(c2:0 s1:100 s2:100) pool(f1:10)
+1 unflash f2; 1 claim f2 s4               -> c1(s1:100 s2:100) c2(s3:100) f2(s4:0) pool(f1:10)
+1 unflash f2; 1 pool f2                   -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:0)
+1 direct f2; 1 undirect f2; 1 pool f2     -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:0)
+1 direct s4; 1 undirect s4; 1 claim c2 s4 -> c1(s1:100 s2:100) c2(s3:100 s4:0) pool(f1:10)
 )");
 }
 
@@ -58,6 +61,9 @@ TEST_F(DiskTest, Refusals) {
 1 direct s4; 1 direct s4 -> device 's4' is tagged korelDirect already
 1 undirect s4  -> device 's4' is not tagged korelDirect
 1 format s4 20 -> device 's4' is not in use, and so has no format
+1 data s4 1    -> device 's4' is not in use, and so holds no data; 'korel storage add' or...
+1 data c1 1    -> device 'c1' is the caching device of a disk group, whose data lies on its capacity...
+1 data f1 -1 / 1 data f1 41 -> the data on device 'f1' in GB must be from 0 to 40, got...
 1 format s1 0 / 1 format s1 21 -> on-disk format versions are 1 to 20, got...
 1 unclaim s1 x / 1 unclaim #s1 x / 1 ungroup c1 x / 1 unpool f1 x / 1 unpool #f1 x -> 'x' is no...
 1 emptygroup c1 x / 1 rebuild c1 x 0 -> 'x' is no evacuation mode: NoAction, half or all

@@ -29,7 +29,8 @@ TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToTheOtherDataHostsInThe
   // host2 is of another cluster, host3 joins last.
   MakeHosts("c s400=400 s40=40 / c s100=100 / c s100=100 / c s100=100");
   ASSERT_EQ(Play("1 claim c s400 s40; 2 claim c s100; 3 claim c s100; 4 claim c s100; 1 create A; "
-                 "2 create B; 4 join A; 3 join A"),
+                 "2 create B; 4 join A; 3 join A; 1 data s400 100; 1 data s40 10; 2 data s100 25; "
+                 "3 data s100 25; 4 data s100 25"),
             "");
   Expect(Data, R"(
                                                       -> 100 10 | 25 | 25 | 25
@@ -63,22 +64,22 @@ TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToTheOtherDataHostsInThe
 
 TEST_F(EvacuationTest, OddAmountsAndRoomToTheLastGigabyte) {
   MakeHosts("c s7=7 s13=13 s3=3 s28=28 s1=1 f9=9");
-  ASSERT_EQ(Play("1 claim c s7 s13 s3 s28"), "");
+  ASSERT_EQ(Play("1 claim c s7 s13 s3 s28; 1 data s7 1; 1 data s13 3; 1 data s28 7"), "");
   Expect(Data, R"(
                                                               -> 1 3 0 7 - -
-1 claim c s1 f9                                               -> 1 3 0 7 0 2
+1 claim c s1 f9                                               -> 1 3 0 7 0 0
 1 unclaim s13 half                                            -> 3 - 0 7 - -
 1 unclaim s7 half                                             -> - 4 0 7 - -
 1 unclaim s28 half                                            -> 5 3 0 - - -
 1 unclaim s28 all                                             -> 7 4 0 - - -
 1 sick s3; 1 unclaim s3 all / 1 unmount s3; 1 unclaim s3 half -> 1 3 - 7 - -
-1 pool f9; 1 unclaim s13; 1 unclaim s7; 1 unclaim s3; 1 ungroup c all -> - - - - - 9
-1 unclaim s28; 1 unclaim s13; 1 claim c f9; 1 unclaim s3; 1 unclaim f9 all -> 3 - - - - -
+1 pool f9; 1 data f9 2; 1 unclaim s13; 1 unclaim s7; 1 unclaim s3; 1 ungroup c all -> - - - - - 9
+1 unclaim s28; 1 unclaim s13; 1 claim c f9; 1 data f9 2; 1 unclaim s3; 1 unclaim f9 all -> 3 - - - - -
 )");
   ExpectRefusals(R"(
 1 unclaim s7; 1 unclaim s13; 1 unclaim s28 half         -> half needs 4 GB in-the host, and there are 3 GB free
 1 pool f9; 1 sick f9; 1 unclaim s7; 1 unclaim s13; 1 emptygroup c half -> half needs 4 GB in-the host, and there are 0 GB free
-1 pool f9; 1 unclaim s3; 1 unclaim s13; 1 ungroup c all -> all needs 8 GB in-the host, and there are 7 GB free
+1 pool f9; 1 data f9 2; 1 unclaim s3; 1 unclaim s13; 1 ungroup c all -> all needs 8 GB in-the host, and there are 7 GB free
 )");
 }
 

@@ -223,6 +223,7 @@ const std::map<std::string, void (*)(A)> kVerbs = {
     {"undirect", [](A a) { a->RemoveKorelDirectTag(a[0]); }},
     {"sick", [](A a) { Own(lab::SetHealth, a[0], false); }},
     {"well", [](A a) { Own(lab::SetHealth, a[0], true); }},
+    {"data", [](A a) { Own(lab::SetData, a[0], a.Number(1)); }},
     {"format", [](A a) { Own(lab::SetFormatVersion, a[0], static_cast<int>(a.Number(1))); }},
 };
 
@@ -408,7 +409,9 @@ ClustersTest::ClustersTest() {
 
 DisksTest::DisksTest() {
   MakeHosts("c1 c2 c3 s1 s2 s3 s4 f1=40 f2=40");
-  EXPECT_EQ(Play("1 claim c1 s1 s2; 1 claim c2 s3; 1 pool f1"), "");
+  EXPECT_EQ(Play("1 claim c1 s1 s2; 1 claim c2 s3; 1 pool f1; 1 data s1 100; 1 data s2 100; "
+                 "1 data s3 100; 1 data f1 10"),
+            "");
 }
 
 }  // namespace lab_test
