@@ -20,8 +20,8 @@ inline constexpr auto kRules = std::to_array<Rule>({
      "AND NOT EXISTS (SELECT 1 FROM memberships WHERE host = hosts.id)",
      "host", "is a Korel Max host without a cluster"},
     {"SELECT name FROM hosts WHERE isKorelMax AND EXISTS (SELECT 1 FROM devices "
-     "JOIN claims ON device = devices.id WHERE host = hosts.id AND cachingDevice IS NOT NULL)",
-     "host", "is a Korel Max host with disk groups"},
+     "JOIN claims ON device = devices.id WHERE host = hosts.id)",
+     "host", "is a Korel Max host with disks in use"},
     {"SELECT name FROM hosts WHERE (SELECT count(*) FROM devices JOIN claims ON device = "
      "devices.id "
      "WHERE host = hosts.id AND cachingDevice = device) > 4",

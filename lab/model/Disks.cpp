@@ -33,6 +33,14 @@ bool IsAllFlash(const Devices& devices, std::int64_t cachingDevice) {
   });
 }
 
+[[noreturn]] void FailNoDevice(const std::string& which) {
+  Fail("the host has no device ", which, "; 'autocli lab disk list' lists those that it has");
+}
+
+std::string DisksCommand(const char* command, const char* option, const Device& device) {
+  return std::string("'korel ") + command + " --" + option + " " + device.name;
+}
+
 Device ReadDevice(const Row& row) {
   Device device{.id = row.Number(0),
                 .name = row.Text(1),
@@ -108,7 +116,7 @@ Devices DeviceAndItsGroup(Store& store, const Host& host, const std::string& uui
 const Device& FindByName(const Devices& devices, const std::string& name) {
   const auto device = std::find_if(devices.begin(), devices.end(),
                                    [&](const Device& known) { return known.name == name; });
-  if (device == devices.end()) Fail("the host has no device ", Quoted(name));
+  if (device == devices.end()) FailNoDevice(Quoted(name));
   return *device;
 }
 
@@ -116,7 +124,7 @@ const Device& FindByUuid(const Devices& devices, const std::string& uuid) {
   const std::string wanted = CanonicalUuid(uuid);
   const auto device = std::find_if(devices.begin(), devices.end(),
                                    [&](const Device& known) { return known.uuid == wanted; });
-  if (device == devices.end()) Fail("the host has no device with UUID ", uuid);
+  if (device == devices.end()) FailNoDevice("with UUID " + uuid);
   return *device;
 }
 
@@ -131,11 +139,45 @@ const Device& GroupOf(const Devices& devices, const Device& device) {
   return *group;
 }
 
+std::string RemovalCommand(const Devices& devices, const Device& device) {
+  constexpr const char* kMode = " --evacuation-mode noAction'";
+  if (device.IsInPool()) return DisksCommand("storagepool remove", "disk", device) + kMode;
+  const Device& caching = GroupOf(devices, device);
+  const auto capacity = std::count_if(devices.begin(), devices.end(), [&](const Device& known) {
+    return known.claim && known.claim->cachingDevice == caching.id && known.id != caching.id;
+  });
+  if (device.id == caching.id || capacity == 1) {
+    return DisksCommand("storage remove", "ssd", caching) + kMode;
+  }
+  return DisksCommand("storage remove", "disk", device) + kMode;
+}
+
+std::string MountCommand(const Devices& devices, const Device& device) {
+  const Device& caching = GroupOf(devices, device);
+  if (caching.claim && caching.claim->isMounted) {
+    return DisksCommand("storage diskgroup mount", "disk", device) + "'";
+  }
+  return DisksCommand("storage diskgroup mount", "ssd", caching) + "'";
+}
+
 void CheckUnclaimed(const Devices& devices, const Device& device) {
   if (!device.claim) return;
-  if (device.IsInPool()) Fail("device ", Quoted(device.name), " is in use in the storage pool");
-  Fail("device ", Quoted(device.name), " is in use in disk group ",
-       Quoted(GroupOf(devices, device).name));
+  Fail("device ", Quoted(device.name), " is in use in ",
+       device.IsInPool() ? "the storage pool"
+                         : "disk group " + Quoted(GroupOf(devices, device).name),
+       "; ", RemovalCommand(devices, device), " takes it out of use");
+}
+
+void CheckClaimable(const Devices& devices, const Device& device) {
+  CheckUnclaimed(devices, device);
+  if (!device.isHealthy) {
+    Fail("device ", Quoted(device.name), " is not healthy; 'autocli lab disk remove --device ",
+         device.name, "' takes it out of the host, 'autocli lab disk add' puts in another one");
+  }
+  if (device.isKorelDirect) {
+    Fail("device ", Quoted(device.name), " is tagged korelDirect and cannot be in use for Korel; ",
+         "'korel storage tag remove --tag korelDirect --disk ", device.name, "' takes the tag off");
+  }
 }
 
 void CheckNamedOnce(const std::vector<std::string>& names) {
@@ -193,13 +235,13 @@ std::string UuidOfNamed(const Tovrin::Korel::KorelDiskList& disks, const std::st
   for (const auto& disk : disks) {
     if (disk->GetName() == name) return UuidText(disk->GetUuid());
   }
-  Fail("the host has no device ", Quoted(name));
+  FailNoDevice(Quoted(name));
 }
 
 void CheckListed(const Tovrin::Korel::KorelDiskList& disks, const Tovrin::Korel::Uuid& disk) {
   if (std::none_of(disks.begin(), disks.end(),
                    [&](const auto& lun) { return lun->GetUuid() == disk; })) {
-    Fail("the host has no device with UUID ", UuidText(disk));
+    FailNoDevice("with UUID " + UuidText(disk));
   }
 }
 
@@ -228,7 +270,8 @@ void AddTag(Store& store, const Host& host, const std::string& device, DiskTag t
   const Device& found = FindByName(devices, device);
   const TagPlace place = PlaceOf(tag);
   if (tag == DiskTag::CapacityFlash && !found.isFlash) {
-    Fail("device ", Quoted(device), " is not flash, as the tag ", place.name, " needs");
+    Fail("device ", Quoted(device), " is not flash, as the tag ", place.name,
+         " needs; 'autocli lab disk list' says which devices are");
   }
   CheckUnclaimed(devices, found);
   if (found.*place.flag) Fail("device ", Quoted(device), " is tagged ", place.name, " already");

@@ -60,8 +60,17 @@ const Device& FindByUuid(const Devices& devices, const std::string& uuid);
 /// KorelCtlException when that is none of the host's, as in a lab that is not sound.
 const Device& GroupOf(const Devices& devices, const Device& device);
 
+/// For messages, in quotes: the command that takes a device out of use without moving its data,
+/// with its whole group when that cannot do without it; the one that mounts it, with its group
+/// when that is unmounted.
+std::string RemovalCommand(const Devices& devices, const Device& device);
+std::string MountCommand(const Devices& devices, const Device& device);
+
 /// Throws KorelCtlException when the device is claimed, saying for what.
 void CheckUnclaimed(const Devices& devices, const Device& device);
+/// Throws KorelCtlException when the device cannot be put into use, whatever for: it is claimed,
+/// not healthy or tagged "korelDirect".
+void CheckClaimable(const Devices& devices, const Device& device);
 /// Throws KorelCtlException when a name is there twice.
 void CheckNamedOnce(const std::vector<std::string>& names);
 /// Formats the unclaimed device for the group of that caching device, or for the pool (0). It is

@@ -45,12 +45,14 @@ TEST_F(CallTest, EachOperationIsOneLineAndConversionsAreNone) {
   EXPECT_EQ(nlohmann::json::parse(lines.back())["arguments"][0],
             "a\n\x1b[2J\xef\xbf\xbd\"\\ \xc3\xa9");
   lines.pop_back();
-  EXPECT_THAT(lines, ElementsAre(R"({"operation":"GetKorelInfo","arguments":[]})",
-                                 R"({"operation":"CreateCluster","arguments":[")" + kClusterA +
-                                     R"(",true,false]})",
-                                 R"({"operation":"AddDisks","arguments":["a",["b","c"]],)"
-                                 R"("error":"the host has no device 'a'"})",
-                                 R"({"operation":"IsFeatureEnabled","arguments":[373]})"));
+  EXPECT_THAT(
+      lines,
+      ElementsAre(
+          R"({"operation":"GetKorelInfo","arguments":[]})",
+          R"({"operation":"CreateCluster","arguments":[")" + kClusterA + R"(",true,false]})",
+          R"({"operation":"AddDisks","arguments":["a",["b","c"]],)"
+          R"("error":"the host has no device 'a'; 'autocli lab disk list' lists those that it has"})",
+          R"({"operation":"IsFeatureEnabled","arguments":[373]})"));
 }
 
 TEST_F(CallTest, LogThatCannotBeWrittenIsRefusedBeforeAnythingChanges) {

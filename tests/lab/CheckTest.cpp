@@ -26,7 +26,7 @@ UPDATE hosts SET name = 'a' || char(0) || 'b' -> is not a host name
 UPDATE hosts SET faultDomain = ''           -> host 'host1': a fault domain name has 1 to 256
 UPDATE hosts SET nodeUuid = 'x'             -> 'host1': 'x' is not a UUID
 UPDATE hosts SET nodeUuid = upper(nodeUuid) -> is not in lower case
-UPDATE hosts SET isKorelMax = 1             -> host 'host1' is a Korel Max host with disk groups
+UPDATE hosts SET isKorelMax = 1             -> host 'host1' is a Korel Max host with disks in use
 UPDATE hosts SET isKorelMax = 1; DELETE FROM memberships -> is a Korel Max host without a cluster
 DELETE FROM memberships                     -> ' has no member
 UPDATE clusters SET rekeyMinutes = 29 / UPDATE clusters SET rekeyMinutes = 10081 -> ' has a value

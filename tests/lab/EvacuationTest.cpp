@@ -38,7 +38,12 @@ TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToTheOtherDataHostsInThe
 1 unclaim s400 all / 1 unclaim #s400 all              -> - 40 | 25 | 95 | 25
 1 unclaim s40 all / 1 leave A; 1 unclaim s40 all      -> 110 - | 25 | 25 | 25
 1 unclaim s40 half                                    -> 105 - | 25 | 25 | 25
-1 ungroup c all / 3 sick c; 1 ungroup c all           -> - - | 25 | 100 | 60
+1 sick s40; 1 unclaim s40 half                        -> 100 - | 25 | 25 | 25
+1 leave A; 1 sick s40; 1 data s400 10; 1 unclaim s40 half -> 10 - | 25 | 25 | 25
+1 data s400 50; 1 sick s400; 1 ungroup c half         -> - - | 25 | 30 | 25
+1 data s400 50; 1 sick c; 3 data s100 35; 1 ungroup c half -> - - | 25 | 35 | 25
+1 ungroup c all                                       -> - - | 25 | 100 | 60
+3 sick c; 1 unclaim s400 all                          -> - 40 | 25 | 25 | 95
 1 emptygroup c half                                   -> 50 5 | 25 | 80 | 25
 1 emptygroup c all / 1 rebuild c all 0                -> 0 0 | 25 | 100 | 60
 1 rebuild c half 0                                    -> 0 0 | 25 | 80 | 25
@@ -51,14 +56,19 @@ TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToTheOtherDataHostsInThe
 1 sick s40; 1 rebuild c all 0 force                   -> 0 10 | 25 | 100 | 50
 )");
   ExpectRefusals(R"(
-1 leave A; 1 unclaim s400 all   -> all needs 100 GB in-the host, and there are 30 GB free
-1 reboot; 1 unclaim s400 all    -> all needs 100 GB in-the host, and there are 30 GB free
-1 leave A; 1 client C; 2 leave B; 2 client C; 1 unclaim s400 all -> all needs 100 GB in-the host, and there are 30 GB free
-1 leave A; 1 join A witness host3; 1 unclaim s400 all -> all needs 100 GB in-the cluster, and there are 30 GB free
-1 type metadata; 1 unclaim s400 all -> all needs 100 GB in-the cluster, and there are 30 GB free
-3 leave A; 4 leave A; 1 ungroup c all -> all needs 110 GB in-the cluster, and there are 0 GB free
-1 sick s400; 1 unclaim s400 all -> device 's400' is not healthy, so its 100 GB of data cannot be...
-1 unmount s40 force; 1 unclaim s40 half -> device 's40' is unmounted, so its 10 GB of data cannot be...
+1 leave A; 1 unclaim s400 all   -> all needs 100 GB in-groups of the host, and there are 30 GB free; 'korel storage add' brings...
+1 reboot; 1 unclaim s400 all    -> all needs 100 GB in-groups of the host, and there are 30 GB free; 'korel storage add' brings...
+1 leave A; 1 client C; 2 leave B; 2 client C; 1 unclaim s400 all -> all needs 100 GB in-groups of the host, and there are 30 GB free; 'korel storage add' brings...
+1 leave A; 1 join A witness host3; 1 unclaim s400 all -> all needs 100 GB in-groups of the cluster, and there are 30 GB free; 'korel storage add' brings...
+1 type metadata; 1 unclaim s400 all -> all needs 100 GB in-groups of the cluster, and there are 30 GB free; 'korel storage add' brings...
+3 leave A; 4 leave A; 1 ungroup c all -> all needs 110 GB in-groups of the cluster, and there are 0 GB free; 'korel storage add' brings...
+1 sick s400; 1 unclaim s400 all -> device 's400' is not healthy, so its 100 GB of data cannot be moved; 'korel storage remove --disk s400 --evacuation-mode noAction' gives the data up
+1 sick s400; 1 ungroup c all -> device 's400' is not healthy, so its 100 GB of data cannot be...
+1 sick c; 1 unclaim s40 all -> device 's40' has a caching device that is not healthy, so its 10 GB...
+1 unmount s40 force; 1 unclaim s40 half -> device 's40' is unmounted, so its 10 GB of data cannot be moved; 'korel storage diskgroup mount --disk s40' mounts it, 'korel storage remove --disk s40...
+1 unmount #c; 1 ungroup c half -> device 's400' is unmounted...; 'korel storage diskgroup mount --ssd c' mounts it,...
+1 sick s400; 1 unclaim s400 half -> 100 GB of data cannot be read, and the other mounted disks of the disk groups of the cluster hold 60 GB, too little to be copies of it; the evacuation mode noAction gives the data up
+1 leave A; 1 sick s40; 1 data s400 9; 1 unclaim s40 half -> 10 GB of data cannot be read, and the other mounted disks of the disk groups of the host hold 9 GB...
 )");
 }
 
@@ -73,13 +83,14 @@ TEST_F(EvacuationTest, OddAmountsAndRoomToTheLastGigabyte) {
 1 unclaim s28 half                                            -> 5 3 0 - - -
 1 unclaim s28 all                                             -> 7 4 0 - - -
 1 sick s3; 1 unclaim s3 all / 1 unmount s3; 1 unclaim s3 half -> 1 3 - 7 - -
-1 pool f9; 1 data f9 2; 1 unclaim s13; 1 unclaim s7; 1 unclaim s3; 1 ungroup c all -> - - - - - 9
 1 unclaim s28; 1 unclaim s13; 1 claim c f9; 1 data f9 2; 1 unclaim s3; 1 unclaim f9 all -> 3 - - - - -
 )");
   ExpectRefusals(R"(
-1 unclaim s7; 1 unclaim s13; 1 unclaim s28 half         -> half needs 4 GB in-the host, and there are 3 GB free
-1 pool f9; 1 sick f9; 1 unclaim s7; 1 unclaim s13; 1 emptygroup c half -> half needs 4 GB in-the host, and there are 0 GB free
-1 pool f9; 1 data f9 2; 1 unclaim s3; 1 unclaim s13; 1 ungroup c all -> all needs 8 GB in-the host, and there are 7 GB free
+1 unclaim s7; 1 unclaim s13; 1 unclaim s28 half         -> half needs 4 GB in-groups of the host, and there are 3 GB free; 'korel storage add' brings...
+1 unclaim s7; 1 unclaim s13; 1 emptygroup c half -> half needs 4 GB in-groups of the host, and there are 0 GB free; 'korel storage add' brings...
+1 pool f9; 1 ungroup c all -> all needs 11 GB in-groups of the host, and there are 0 GB free; 'korel storage add' brings...
+1 pool f9; 1 data f9 2; 1 unpool f9 all -> all needs 2 GB in-pool of the host, and there are 0 GB free; 'korel storagepool add' brings more disks, and the evacuation mode noAction gives the data up
+1 pool f9; 1 data f9 1; 1 sick f9; 1 unpool f9 half -> 1 GB of data cannot be read, and the other mounted disks of the storage pool of the host hold 0 GB, ...
 )");
 }
 

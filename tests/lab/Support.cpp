@@ -242,7 +242,8 @@ const std::pair<const char*, std::string> kShort[] = {
     {"all", "EvacuateAllData"},
     {"half", "EnsureObjectAccessibility"},
     {"@conf", lab::kTraceConfigFile},
-    {"in-the", "on other mounted capacity disks of the"}};
+    {"in-groups", "on other mounted disks of the disk groups"},
+    {"in-pool", "on other mounted disks of the storage pool"}};
 
 /// Of the host that is stood on.
 std::string UuidOfDevice(const std::string& name) {
