@@ -15,6 +15,7 @@ CommandPtr NewLoad();
 CommandPtr NewDiff();
 CommandPtr NewCheck();
 CommandPtr NewHostAdd();
+CommandPtr NewHostRemove();
 CommandPtr NewHostList();
 CommandPtr NewHostSet();
 CommandPtr NewHostReboot();
@@ -22,6 +23,10 @@ CommandPtr NewClusterList();
 CommandPtr NewClusterShow();
 CommandPtr NewMaintenanceStart();
 CommandPtr NewResyncSet();
+CommandPtr NewInterfaceAdd();
+CommandPtr NewInterfaceRemove();
+CommandPtr NewDiskAdd();
+CommandPtr NewDiskRemove();
 CommandPtr NewDiskList();
 CommandPtr NewDiskSet();
 CommandPtr NewDaemonStop();
@@ -54,6 +59,7 @@ constexpr Entry kEntries[] = {
     {"diff", NewDiff},
     {"check", NewCheck},
     {"host add", NewHostAdd},
+    {"host remove", NewHostRemove},
     {"host list", NewHostList},
     {"host set", NewHostSet},
     {"host reboot", NewHostReboot},
@@ -61,6 +67,10 @@ constexpr Entry kEntries[] = {
     {"cluster show", NewClusterShow},
     {"maintenance start", NewMaintenanceStart},
     {"resync set", NewResyncSet},
+    {"interface add", NewInterfaceAdd},
+    {"interface remove", NewInterfaceRemove},
+    {"disk add", NewDiskAdd},
+    {"disk remove", NewDiskRemove},
     {"disk list", NewDiskList},
     {"disk set", NewDiskSet},
     {"daemon stop", NewDaemonStop},

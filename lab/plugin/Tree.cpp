@@ -20,7 +20,8 @@ NodePtr Completing(const char* fields, const char* options) {
 }
 
 NodePtr NewHostList() {
-  return Completing("completes:Name:Fault Domain", "lab host set --name,lab host reboot --name");
+  return Completing("completes:Name:Fault Domain",
+                    "lab host set --name,lab host reboot --name,lab host remove --name");
 }
 
 NodePtr NewClusterList() {
@@ -32,7 +33,7 @@ NodePtr NewClusterList() {
 NodePtr NewDiskList() {
   return Completing(
       "completes:Device:Fit For",
-      "lab disk set --device,korel storage add --ssd,korel storage add --disks,korel storage tag add --disk,korel storage tag remove --disk,korel storagepool add --disk");
+      "lab disk set --device,lab disk remove --device,korel storage add --ssd,korel storage add --disks,korel storage tag add --disk,korel storage tag remove --disk,korel storagepool add --disk");
 }
 
 NodePtr NewFileList() {
@@ -71,6 +72,7 @@ Node Tree() {
         {Verb(
              "add",
              "Add a host with the standard devices and interfaces. KOREL_LAB_HOST picks the host that commands act on."),
+         Verb("remove", "Take a host that is in no cluster out of the lab, with all that it has."),
          {"list", "List the hosts of the lab.", {}, NewHostList},
          Verb("set", "Change the fault domain of a host, or what it is to the clusters it is in."),
          Verb(
@@ -90,9 +92,18 @@ Node Tree() {
         {Verb(
             "set",
             "Set the resync workload of the host's busiest disk group. \"korel resync bandwidth get\" shows it, or the throttle when that is less.")}},
+       {"interface",
+        "Network interfaces of the host",
+        {Verb("add", "Put a network interface into the host, after those that it has."),
+         Verb("remove",
+              "Take a network interface out of the host, one that nothing is configured for.")}},
        {"disk",
         "Devices of the host",
-        {{"list",
+        {Verb(
+             "add",
+             "Put a device into the host. It has a UUID of its own, also under the name of one that was taken out."),
+         Verb("remove", "Take a device that is not in use out of the host."),
+         {"list",
           "List the devices of the host, in use or not, and what they are fit for.",
           {},
           NewDiskList},

@@ -8,6 +8,7 @@
 
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
+#include "lab/model/Hardware.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Inventory.h"
@@ -155,6 +156,21 @@ const std::map<std::string, void (*)(A)> kVerbs = {
      [](A a) {
        lab::ChangeLab([&](lab::Store& store) { lab::AddHost(store, lab::StandardHost(a[0])); });
      }},
+    {"removehost",
+     [](A a) {
+       lab::ChangeLab(
+           [&](lab::Store& store) { lab::RemoveHost(store, lab::HostNamed(store, a[0])); });
+     }},
+    {"plug",
+     [](A a) {
+       Own(lab::AddDevice, lab::DeviceInventory{.name = a[0],
+                                                .isFlash = a.Has("flash"),
+                                                .isCapacityFlash = a.Has("tagged"),
+                                                .sizeGb = a.Number(1)});
+     }},
+    {"unplug", [](A a) { Own(lab::RemoveDevice, a[0]); }},
+    {"wire", [](A a) { Own(lab::AddInterface, a[0]); }},
+    {"unwire", [](A a) { Own(lab::RemoveInterface, a[0]); }},
     {"option",
      [](A a) {
        KorelUtil::SetTracedLogOptions({{a[0], a[1]}, {"urgent_num_of_files", "3"}});
