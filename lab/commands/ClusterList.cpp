@@ -1,4 +1,3 @@
-#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
 #include "lab/model/ClusterFacts.h"
@@ -12,7 +11,7 @@ std::shared_ptr<MetaStruct> Shape() {
   return Structure("LabClusters", {{"UUID", MetaType::String},
                                    {"Client", MetaType::Bool},
                                    {"Stretched", MetaType::Bool},
-                                   {"Members", MetaType::String}});
+                                   {"Members", MetaType::List}});
 }
 
 class LabClusterList final : public LabCommand {
@@ -30,7 +29,9 @@ class LabClusterList final : public LabCommand {
         record->SetField("UUID", cluster.uuid);
         record->SetField("Client", cluster.isClient);
         record->SetField("Stretched", IsStretched(store, cluster.id));
-        record->SetField("Members", Joined(cluster.members, ", "));
+        auto members = MetaList::New(MetaType::String);
+        for (const std::string& name : cluster.members) members->Add(name);
+        record->SetField("Members", members);
         list->Add(record);
       }
     });

@@ -7,30 +7,42 @@
 namespace lab {
 namespace {
 
-std::shared_ptr<MetaStruct> Shape() {
-  return Structure("LabCluster", {{"UUID", MetaType::String},
-                                  {"Client", MetaType::Bool},
-                                  {"Stretched", MetaType::Bool},
-                                  {"Preferred Fault Domain", MetaType::String},
-                                  {"Encrypted", MetaType::Bool},
-                                  {"Rekey Interval", MetaType::Int},
-                                  {"Generation", MetaType::Int},
-                                  {"Changed", MetaType::String},
-                                  {"Members", MetaType::List}});
+std::shared_ptr<MetaStruct> MemberShape() {
+  return Structure("LabMember", {{"Host", MetaType::String},
+                                 {"Node Type", MetaType::String},
+                                 {"Fault Domain", MetaType::String},
+                                 {"Active", MetaType::Bool}});
 }
 
-std::string DescribeMember(const ClusterMember& member) {
-  return member.hostName + " (" + NodeTypeName(member.nodeType) + ", fault domain " +
-         member.faultDomain + (member.isActive ? ")" : ", not restored)");
+std::shared_ptr<MetaStruct> Shape() {
+  auto shape = Structure("LabCluster", {{"UUID", MetaType::String},
+                                        {"Client", MetaType::Bool},
+                                        {"Stretched", MetaType::Bool},
+                                        {"Preferred Fault Domain", MetaType::String},
+                                        {"Encrypted", MetaType::Bool},
+                                        {"Rekey Interval", MetaType::Int},
+                                        {"Generation", MetaType::Int},
+                                        {"Changed", MetaType::String}});
+  shape->SetField("Members", ListOf(MemberShape()));
+  return shape;
+}
+
+std::shared_ptr<MetaList> Describe(const std::vector<ClusterMember>& members) {
+  auto list = ListOf(MemberShape());
+  for (const ClusterMember& member : members) {
+    auto record = MemberShape();
+    record->SetField("Host", member.hostName);
+    record->SetField("Node Type", NodeTypeName(member.nodeType));
+    record->SetField("Fault Domain", member.faultDomain);
+    record->SetField("Active", member.isActive);
+    list->Add(record);
+  }
+  return list;
 }
 
 std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
   const Encryption encryption = EncryptionOf(store, cluster.uuid);
   const auto generation = ConfigGeneration(store, cluster.id);
-  auto members = MetaList::New(MetaType::String);
-  for (const ClusterMember& member : MembersOf(store, cluster.id)) {
-    members->Add(DescribeMember(member));
-  }
   auto record = Shape();
   record->SetField("UUID", cluster.uuid);
   record->SetField("Client", cluster.isClient);
@@ -40,7 +52,7 @@ std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
   record->SetField("Rekey Interval", encryption.rekeyMinutes);
   record->SetField("Generation", generation.number);
   record->SetField("Changed", generation.time);
-  record->SetField("Members", members);
+  record->SetField("Members", Describe(MembersOf(store, cluster.id)));
   return record;
 }
 

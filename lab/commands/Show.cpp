@@ -1,4 +1,3 @@
-#include "lab/base/Text.h"
 #include "lab/commands/Commands.h"
 #include "lab/commands/LabCommand.h"
 #include "lab/model/Clusters.h"
@@ -32,10 +31,6 @@ std::shared_ptr<MetaList> Described(const std::vector<Element>& elements, Descri
   return list;
 }
 
-std::string DescribeCluster(const Cluster& cluster) {
-  return cluster.uuid + (cluster.isClient ? " (client): " : ": ") + Joined(cluster.members, ", ");
-}
-
 std::shared_ptr<MetaStruct> Describe(Store& store) {
   const Host host = CurrentHost(store);
   auto record = Shape();
@@ -47,7 +42,8 @@ std::shared_ptr<MetaStruct> Describe(Store& store) {
   record->SetField("Daemon Status", MetaInt::New(answers.status));
   record->SetField("Daemon Restart Status", MetaInt::New(answers.restart));
   record->SetField("Hosts", Described(AllHosts(store), [](const Host& each) { return each.name; }));
-  record->SetField("Clusters", Described(AllClusters(store), DescribeCluster));
+  record->SetField("Clusters",
+                   Described(AllClusters(store), [](const Cluster& each) { return each.uuid; }));
   record->SetField("Features Off", Described(AllFeatures(store), [](const FeatureSwitch& feature) {
                      return feature.isEnabled ? std::string() : feature.name;
                    }));

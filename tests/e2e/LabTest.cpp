@@ -51,7 +51,7 @@ TEST_F(Lab, KeepsAFileOfAHostByteForByte) {
 TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
   Do("korel cluster new --client-mode");
   EXPECT_EQ(Ask("lab host list")["result"][0]["Node Type"], "client");
-  EXPECT_EQ(Ask("lab disk list")["result"][0]["Data"], "0 GB");
+  EXPECT_EQ(Ask("lab cluster list")["result"][0]["Members"], json({"host1"}));
   const std::string hosts = folder / "hosts";
   for (const std::string name : {"one", "two"}) {
     WriteFile(hosts, R"({"hosts":[{"name":")" + name + R"("}]})");
