@@ -14,6 +14,7 @@ std::shared_ptr<MetaStruct> Shape() {
                                {"In Use", MetaType::Bool},
                                {"Data", MetaType::Int},
                                {"Healthy", MetaType::Bool},
+                               {"Occupant", MetaType::String},
                                {"KOREL UUID", MetaType::String}});
 }
 
@@ -31,6 +32,8 @@ std::shared_ptr<MetaStruct> Describe(const Device& device) {
   record->SetField("In Use", device.claim.has_value());
   if (device.claim && !device.IsCachingOfGroup()) record->SetField("Data", device.claim->usedGb);
   record->SetField("Healthy", device.isHealthy);
+  if (device.occupant == Occupant::Partitions) record->SetField("Occupant", "partitions");
+  if (device.occupant == Occupant::OtherHost) record->SetField("Occupant", "other-host");
   record->SetField("KOREL UUID", device.uuid);
   return record;
 }

@@ -64,10 +64,11 @@ std::vector<std::string> NamesOf(const DevicePtrs& devices) {
 }
 
 void CheckCachingHealthy(const Devices& devices, const Device& caching) {
-  if (caching.isHealthy) return;
-  Fail("the caching device ", Quoted(caching.name),
-       " is not healthy, and its disk group cannot do ", "without it; ",
-       RemovalCommand(devices, caching), " removes the group");
+  const char* trouble = caching.Trouble();
+  if (trouble == nullptr) return;
+  Fail("the caching device ", Quoted(caching.name), trouble,
+       ", and its disk group cannot do without it; ", RemovalCommand(devices, caching),
+       " removes the group");
 }
 
 void CheckCaching(const Devices& devices, const Device& device) {
@@ -110,6 +111,16 @@ void CheckGroupSize(const Devices& devices, const Device& caching, std::ptrdiff_
        " capacity devices, more than the ", std::to_string(kMaxCapacityDevices), " possible");
 }
 
+void CheckEfficiency(const Device& caching, const DevicePtrs& capacity) {
+  if (!caching.claim || caching.claim->efficiency == Efficiency::None) return;
+  for (const Device* device : capacity) {
+    if (device->isFlash) continue;
+    Fail(
+        "device ", Quoted(device->name), " is not flash, as disk group ", Quoted(caching.name),
+        " needs for deduplication and compression; 'autocli lab disk list' says which devices are");
+  }
+}
+
 void Release(Store& store, const Host& host, const Group& group, Evacuation evacuation) {
   Evacuate(store, host, *group.devices, group.capacity, evacuation);
   Execute(store, "DELETE FROM claims WHERE cachingDevice = ?", group.caching->id);
@@ -136,7 +147,7 @@ void SetMounted(Store& store, const Device& device, bool isMounted) {
 /// to come by without them; and when the rest could do nothing.
 DevicePtrs TakeOutUnhealthy(const Group& group, DevicePtrs& disks, bool mayLeaveOut,
                             const std::string& how) {
-  const auto isHealthy = [](const Device* device) { return device->isHealthy; };
+  const auto isHealthy = [](const Device* device) { return device->Trouble() == nullptr; };
   const auto begin = std::stable_partition(disks.begin(), disks.end(), isHealthy);
   DevicePtrs unhealthy(begin, disks.end());
   disks.erase(begin, disks.end());
@@ -172,8 +183,8 @@ void Mount(Store& store, const Devices& devices, const Device& device) {
          " mounts it");
   }
   CheckCachingHealthy(devices, *group.caching);
-  if (!device.isHealthy) {
-    Fail("device ", Quoted(device.name), " is not healthy; ", RemovalCommand(devices, device),
+  if (const char* trouble = device.Trouble()) {
+    Fail("device ", Quoted(device.name), trouble, "; ", RemovalCommand(devices, device),
          " removes it");
   }
   SetMounted(store, device, true);
@@ -255,6 +266,7 @@ void ClaimDisks(Store& store, const Host& host, const std::string& caching,
     CheckCapacity(devices, *claimed.back());
   }
   CheckGroupSize(devices, cachingDevice, std::ssize(capacity));
+  CheckEfficiency(cachingDevice, claimed);
   const std::string now = UtcNow();
   if (!cachingDevice.claim) InsertClaim(store, cachingDevice, cachingDevice.id, now);
   for (const Device* device : claimed) InsertClaim(store, *device, cachingDevice.id, now);

@@ -41,6 +41,15 @@ std::string DisksCommand(const char* command, const char* option, const Device& 
   return std::string("'korel ") + command + " --" + option + " " + device.name;
 }
 
+const Device& FindInUse(const Devices& devices, const std::string& name) {
+  const Device& device = FindByName(devices, name);
+  if (!device.claim) {
+    Fail("device ", Quoted(name), " is not in use; 'korel storage add' or 'korel storagepool add' ",
+         "puts it into use");
+  }
+  return device;
+}
+
 Device ReadDevice(const Row& row) {
   Device device{.id = row.Number(0),
                 .name = row.Text(1),
@@ -49,16 +58,22 @@ Device ReadDevice(const Row& row) {
                 .isCapacityFlash = row.Flag(4),
                 .isKorelDirect = row.Flag(5),
                 .isHealthy = row.Flag(6),
-                .sizeGb = row.Number(7),
-                .vendor = row.Text(8),
-                .model = row.Text(9),
+                .occupant = static_cast<Occupant>(row.Number(7)),
+                .sizeGb = row.Number(8),
+                .vendor = row.Text(9),
+                .model = row.Text(10),
                 .claim = std::nullopt};
-  if (!row.IsNull(11)) {
-    device.claim = Claim{.cachingDevice = row.Number(10),
-                         .formatVersion = static_cast<int>(row.Number(11)),
-                         .claimedAt = row.Text(12),
-                         .isMounted = row.Flag(13),
-                         .usedGb = row.Number(14)};
+  if (!row.IsNull(12)) {
+    // Of what is not encrypted there is no row's value, then that of a missing key.
+    const int encryption = row.IsNull(17) ? 0 : 1 + static_cast<int>(row.Number(17));
+    device.claim = Claim{.cachingDevice = row.Number(11),
+                         .formatVersion = static_cast<int>(row.Number(12)),
+                         .claimedAt = row.Text(13),
+                         .isMounted = row.Flag(14),
+                         .usedGb = row.Number(15),
+                         .efficiency = static_cast<Efficiency>(row.Number(16)),
+                         .encryption = static_cast<Encryption>(encryption),
+                         .wrongChecksum = static_cast<WrongChecksum>(row.Number(18))};
   }
   return device;
 }
@@ -66,8 +81,9 @@ Device ReadDevice(const Row& row) {
 template <typename... Values>
 Devices DevicesWhere(Store& store, const std::string& condition, const Values&... values) {
   const std::string sql =
-      "SELECT d.id, name, uuid, isFlash, isCapacityFlash, isKorelDirect, isHealthy, sizeGb, "
-      "vendor, model, cachingDevice, formatVersion, claimedAt, isMounted, usedGb "
+      "SELECT d.id, name, uuid, isFlash, isCapacityFlash, isKorelDirect, isHealthy, occupant, "
+      "sizeGb, vendor, model, cachingDevice, formatVersion, claimedAt, isMounted, usedGb, "
+      "efficiency, encryption, wrongChecksum "
       "FROM devices d LEFT JOIN claims c ON c.device = d.id WHERE " +
       condition + " ORDER BY d.id";
   Devices devices;
@@ -81,8 +97,11 @@ void DescribeClaim(const Devices& devices, const Device& device,
   const std::string group = device.IsInGroup() ? GroupOf(devices, device).uuid : "";
   info.onDiskFormatVersion = claim.formatVersion;
   info.isUsedByThisHost = true;
-  info.isChecksumOk = device.isHealthy;
-  info.isEncryptionMetadataChecksumOk = true;
+  info.isChecksumOk = device.isHealthy && claim.wrongChecksum != WrongChecksum::Disk;
+  info.isEncryptionMetadataChecksumOk = claim.wrongChecksum != WrongChecksum::Encryption;
+  info.dataEfficiencyMode = static_cast<int>(claim.efficiency);
+  info.isEncrypted = claim.encryption != Encryption::None;
+  info.isDiskKeyLoaded = claim.encryption == Encryption::KeyLoaded;
   info.isAllFlash = IsAllFlash(devices, claim.cachingDevice);
   info.isCapacityTier = !device.IsCachingOfGroup();
   info.isMounted = claim.isMounted;
@@ -94,6 +113,13 @@ void DescribeClaim(const Devices& devices, const Device& device,
 }
 
 }  // namespace
+
+const char* Device::Trouble() const {
+  if (!isHealthy) return " is not healthy";
+  if (!claim) return nullptr;
+  if (claim->encryption == Encryption::KeyMissing) return " lacks its key";
+  return claim->wrongChecksum == WrongChecksum::None ? nullptr : " has a wrong checksum";
+}
 
 Devices DevicesOf(Store& store, const Host& host) {
   return DevicesWhere(store, "host = ?", host.id);
@@ -174,6 +200,11 @@ void CheckClaimable(const Devices& devices, const Device& device) {
     Fail("device ", Quoted(device.name), " is not healthy; 'autocli lab disk remove --device ",
          device.name, "' takes it out of the host, 'autocli lab disk add' puts in another one");
   }
+  if (device.occupant != Occupant::None) {
+    Fail("device ", Quoted(device.name),
+         device.occupant == Occupant::Partitions ? " has partitions" : " is in use by another host",
+         "; 'autocli lab disk set --occupant none --device ", device.name, "' empties it");
+  }
   if (device.isKorelDirect) {
     Fail("device ", Quoted(device.name), " is tagged korelDirect and cannot be in use for Korel; ",
          "'korel storage tag remove --tag korelDirect --disk ", device.name, "' takes the tag off");
@@ -190,8 +221,10 @@ void CheckNamedOnce(const std::vector<std::string>& names) {
 void InsertClaim(Store& store, const Device& device, std::int64_t cachingDevice,
                  const std::string& now) {
   Execute(store,
-          "INSERT INTO claims (device, cachingDevice, formatVersion, claimedAt, usedGb) "
-          "VALUES (?, nullif(?, 0), ?, ?, 0)",
+          "INSERT INTO claims (device, cachingDevice, formatVersion, claimedAt, usedGb, "
+          "efficiency, encryption) VALUES (?1, nullif(?2, 0), ?3, ?4, 0, "
+          "(SELECT efficiency FROM claims WHERE device = ?2), "
+          "(SELECT 1 FROM claims WHERE device = ?2 AND encryption IS NOT NULL))",
           device.id, cachingDevice, kNewestFormatVersion, now);
 }
 
@@ -259,6 +292,7 @@ Tovrin::Korel::KorelDiskInfo DiskInfo(Store& store, const Host& host,
   info.korelUuid = device.uuid;
   info.vendor = device.vendor;
   info.model = device.model;
+  if (device.occupant == Occupant::OtherHost) info.onDiskFormatVersion = kNewestFormatVersion;
   if (!device.claim) return info;
   DescribeClaim(devices, device, info);
   info.isInHxds = IsEnabled(store, host);
@@ -292,10 +326,61 @@ void SetHealth(Store& store, const Host& host, const std::string& device, bool i
           FindByName(DevicesOf(store, host), device).id);
 }
 
-void SetFormatVersion(Store& store, const Host& host, const std::string& device, int version) {
+void SetOccupant(Store& store, const Host& host, const std::string& device, Occupant occupant) {
   const Devices devices = DevicesOf(store, host);
   const Device& found = FindByName(devices, device);
-  if (!found.claim) Fail("device ", Quoted(device), " is not in use, and so has no format");
+  CheckUnclaimed(devices, found);
+  Execute(store, "UPDATE devices SET occupant = nullif(?, 0) WHERE id = ?",
+          static_cast<int>(occupant), found.id);
+}
+
+void SetEfficiency(Store& store, const Host& host, const std::string& device,
+                   Efficiency efficiency) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindInUse(devices, device);
+  const std::int64_t caching = found.claim->cachingDevice;
+  if (efficiency != Efficiency::None && caching != 0 && !IsAllFlash(devices, caching)) {
+    Fail("disk group ", Quoted(GroupOf(devices, found).name), " has spinning disks, and ",
+         "deduplication and compression need flash; 'autocli lab disk list' says which is");
+  }
+  Execute(store,
+          "UPDATE claims SET efficiency = nullif(?1, 0) WHERE device = ?2 OR cachingDevice = ?3",
+          static_cast<int>(efficiency), found.id, caching);
+}
+
+void SetEncryption(Store& store, const Host& host, const std::string& device,
+                   Encryption encryption) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindInUse(devices, device);
+  const std::int64_t caching = found.claim->cachingDevice;
+  if (encryption == Encryption::None) {
+    Execute(store,
+            "UPDATE claims SET encryption = NULL, wrongChecksum = nullif(wrongChecksum, 2) "
+            "WHERE device = ? OR cachingDevice = ?",
+            found.id, caching);
+    return;
+  }
+  Execute(store, "UPDATE claims SET encryption = 1 WHERE cachingDevice = ? AND encryption IS NULL",
+          caching);
+  Execute(store, "UPDATE claims SET encryption = ? WHERE device = ?",
+          encryption == Encryption::KeyLoaded, found.id);
+}
+
+void SetWrongChecksum(Store& store, const Host& host, const std::string& device,
+                      WrongChecksum wrong) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindInUse(devices, device);
+  if (wrong == WrongChecksum::Encryption && found.claim->encryption == Encryption::None) {
+    Fail("device ", Quoted(device), " is not encrypted, and so has no encryption metadata; ",
+         "'autocli lab disk set --encryption on --device ", device, "' encrypts it");
+  }
+  Execute(store, "UPDATE claims SET wrongChecksum = nullif(?, 0) WHERE device = ?",
+          static_cast<int>(wrong), found.id);
+}
+
+void SetFormatVersion(Store& store, const Host& host, const std::string& device, int version) {
+  const Devices devices = DevicesOf(store, host);
+  const Device& found = FindInUse(devices, device);
   if (version < 1 || version > kNewestFormatVersion) {
     Fail("on-disk format versions are 1 to ", std::to_string(kNewestFormatVersion), ", got ",
          std::to_string(version));
@@ -305,11 +390,7 @@ void SetFormatVersion(Store& store, const Host& host, const std::string& device,
 
 void SetData(Store& store, const Host& host, const std::string& device, std::int64_t gb) {
   const Devices devices = DevicesOf(store, host);
-  const Device& found = FindByName(devices, device);
-  if (!found.claim) {
-    Fail("device ", Quoted(device), " is not in use, and so holds no data; 'korel storage add' or ",
-         "'korel storagepool add' puts it into use");
-  }
+  const Device& found = FindInUse(devices, device);
   if (found.IsCachingOfGroup()) {
     Fail("device ", Quoted(device), " is the caching device of a disk group, whose data lies on ",
          "its capacity devices; 'korel storage list' names them");

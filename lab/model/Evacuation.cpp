@@ -38,8 +38,10 @@ std::int64_t ShareToMove(const Device& device, Evacuation evacuation) {
 /// Data goes from disk groups to disk groups, and from the storage pool to storage pools.
 constexpr const char* kUsable =
     "c.cachingDevice IS NOT c.device AND (c.cachingDevice IS NULL) = ? AND c.isMounted "
-    "AND d.isHealthy AND NOT EXISTS (SELECT 1 FROM devices head WHERE head.id = c.cachingDevice "
-    "AND NOT head.isHealthy) ";
+    "AND d.isHealthy AND c.encryption IS NOT 0 AND c.wrongChecksum IS NULL AND NOT EXISTS "
+    "(SELECT 1 FROM devices head JOIN claims own ON own.device = head.id "
+    "WHERE head.id = c.cachingDevice AND NOT (head.isHealthy AND own.encryption IS NOT 0 "
+    "AND own.wrongChecksum IS NULL)) ";
 
 /// A disk that stays in use.
 struct OtherDisk {
@@ -91,13 +93,11 @@ void EachOther(Store& store, const Host& host, const Leaving& leaving, const Vis
   EachOf(others, leaving, visit);
 }
 
-/// Why nothing can be read from the disk; null when it can.
-const char* Obstacle(const Devices& devices, const Device& device) {
-  if (!device.isHealthy) return " is not healthy";
-  if (device.IsInGroup() && !GroupOf(devices, device).isHealthy) {
-    return " has a caching device that is not healthy";
-  }
-  return nullptr;
+/// Why nothing can be read from the disk; empty when it can.
+std::string Obstacle(const Devices& devices, const Device& device) {
+  if (const char* trouble = device.Trouble()) return trouble;
+  const char* trouble = device.IsInGroup() ? GroupOf(devices, device).Trouble() : nullptr;
+  return trouble == nullptr ? "" : std::string(" has a caching device that") + trouble;
 }
 
 std::string DataOf(const Device& device) {
@@ -105,7 +105,7 @@ std::string DataOf(const Device& device) {
 }
 
 [[noreturn]] void FailUnreadable(const Devices& devices, const Device& device,
-                                 const char* obstacle) {
+                                 const std::string& obstacle) {
   Fail("device ", Quoted(device.name), obstacle, ", so its ", DataOf(device), " cannot be moved; ",
        RemovalCommand(devices, device), " gives the data up");
 }
@@ -187,7 +187,7 @@ void Evacuate(Store& store, const Host& host, const Devices& devices,
   for (const Device* device : leaving) {
     const std::int64_t share = ShareToMove(*device, evacuation);
     if (share == 0) continue;
-    if (const char* obstacle = Obstacle(devices, *device)) {
+    if (const std::string obstacle = Obstacle(devices, *device); !obstacle.empty()) {
       if (evacuation == Evacuation::All) FailUnreadable(devices, *device, obstacle);
       unread += device->claim->usedGb;
       continue;

@@ -1,12 +1,15 @@
 #include "lab/model/Upgrade.h"
 
 #include <cstdio>
-#include <string_view>
+#include <string>
+#include <vector>
 
 #include "lab/base/Text.h"
 #include "lab/model/OldFiles.h"
 #include "lab/model/TraceDaemon.h"
+#include "lab/store/Changeset.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/Memory.h"
 #include "lab/store/OldSchema.h"
 #include "lab/store/Query.h"
 #include "lab/store/Schema.h"
@@ -15,26 +18,56 @@
 namespace lab {
 namespace {
 
-constexpr int kLastOldVersion = static_cast<int>(kOldMigrations.size());
-static_assert(kLastOldVersion + 1 == kSchemaVersion);
+/// The last one without a memory, and with files of hosts in a folder.
+constexpr int kLastMigrated = static_cast<int>(kOldMigrations.size());
 
 /// Makes every table from scratch and moves the rows, so that the file holds what a new one would.
+/// What an old table lacks is what its column's default says.
 void MoveRows(Store& store) {
-  const auto isNew = [](std::string_view table) { return table == "files"; };
+  for (const std::string& index :
+       Texts(store, "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL")) {
+    RunScript(store, "DROP INDEX " + index);
+  }
+  std::vector<std::string> tables;
+  for (const auto& [name, sql] : kTables) tables.emplace_back(name);
+  tables.emplace_back(kHistory.name);
+  std::erase_if(tables, [&](const std::string& table) {
+    return !Exists(store, "SELECT 1 FROM sqlite_schema WHERE name = ?", table);
+  });
   // Or other tables' references would follow.
   RunScript(store, "PRAGMA legacy_alter_table = ON");
-  for (const auto& [name, sql] : kTables) {
-    const std::string table = name;
-    if (!isNew(table)) RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
+  for (const std::string& table : tables) {
+    RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
   }
   RunScript(store, "PRAGMA legacy_alter_table = OFF");
   MakeSchema(store);
-  for (const auto& [name, sql] : kTables) {
-    const std::string table = name;
-    if (isNew(table)) continue;
-    const std::string added = table == "hosts" ? ", 1, NULL, NULL" : "";
-    RunScript(store, "INSERT INTO " + table + " SELECT *" + added + " FROM old_" + table);
+  for (const std::string& table : tables) {
+    const std::string columns =
+        Joined(Texts(store, "SELECT name FROM pragma_table_info(?)", "old_" + table), ", ");
+    RunScript(store, "INSERT INTO " + table + " (" + columns + ") SELECT " + columns +
+                         " FROM old_" + table);
     RunScript(store, "DROP TABLE old_" + table);
+  }
+}
+
+/// The memory told the rows of the old tables.
+void WidenMemory(Store& store) {
+  auto entries = EntriesAfter(store, 0);
+  std::int64_t grown = 0;
+  for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+    std::string changes = entry->changes.value_or("");
+    try {
+      changes = Widened(store, changes);
+    } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
+      // One that is damaged hides no other; 'lab check' names it.
+    }
+    const auto more = std::ssize(changes) - std::ssize(entry->changes.value_or(""));
+    grown += more;
+    Execute(store,
+            "UPDATE history SET version = ?, size = size + ?, total = total + ?, "
+            "changes = CASE WHEN changes IS NULL THEN NULL ELSE CAST(? AS BLOB) END "
+            "WHERE number = ?",
+            kSchemaVersion, more, grown, changes, entry->number);
   }
 }
 
@@ -62,7 +95,7 @@ std::string UpgradeSchema(Store& store) {
   // Older programs marked a lab whose hosts had been replaced, and their files not yet.
   const bool hasNewHosts = noted < 0;
   const int version = hasNewHosts ? -noted : noted;
-  if (version > kLastOldVersion) {
+  if (version >= kSchemaVersion) {
     throw UnusableLab(store.GetPath(), "the lab " + Quoted(store.GetPath()) +
                                            " is of the unknown version " + std::to_string(noted));
   }
@@ -71,11 +104,15 @@ std::string UpgradeSchema(Store& store) {
     MakeSchema(store);
     return {};
   }
-  for (int from = version; from < kLastOldVersion; ++from) {
+  for (int from = version; from < kLastMigrated; ++from) {
     RunScript(store, kOldMigrations.at(static_cast<std::size_t>(from)));
   }
   MoveRows(store);
-  TakeFiles(store, !hasNewHosts);
+  if (version <= kLastMigrated) {
+    TakeFiles(store, !hasNewHosts);
+  } else {
+    WidenMemory(store);
+  }
   return "brings the lab up to date from version " + std::to_string(version);
 }
 

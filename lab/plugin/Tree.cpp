@@ -109,7 +109,7 @@ Node Tree() {
           NewDiskList},
          Verb(
              "set",
-             "Put data on a device of the host, make it unhealthy or healthy, or its on-disk format an older one, to see what evacuation, mounting and rebuilding make of it.")}},
+             "Make a device of the host what commands are to find: unhealthy, holding data or partitions, of an older on-disk format, encrypted, without its key, with a wrong checksum.")}},
        {"daemon",
         "Trace daemon of the host",
         {Verb("stop", "Stop the trace daemon of the host, as if Korel were not enabled on it."),

@@ -28,6 +28,9 @@ struct RowChange {
 /// The changes, table by table. Throws KorelCtlException when the bytes are no changeset of the
 /// lab's own tables.
 std::vector<RowChange> RowsOf(Store& store, const Changeset& changes);
+/// The changes of an older lab for the tables that have got columns at their end since: of rows
+/// that were added or removed the new columns have their defaults. Throws as RowsOf.
+Changeset Widened(Store& store, const Changeset& changes);
 /// How many rows there are in it.
 std::int64_t CountRows(Store& store, const Changeset& changes);
 

@@ -63,8 +63,13 @@ TEST_F(DiskTest, Refusals) {
 1 unflash c3   -> device 'c3' is not tagged capacityFlash
 1 direct s4; 1 direct s4 -> device 's4' is tagged korelDirect already
 1 undirect s4  -> device 's4' is not tagged korelDirect
-1 format s4 20 -> device 's4' is not in use, and so has no format
-1 data s4 1    -> device 's4' is not in use, and so holds no data; 'korel storage add' or...
+1 format s4 20 / 1 saving s4 none / 1 encrypted s4 none / 1 wrong s4 none / 1 data s4 1 -> device 's4' is not in use; 'korel storage add' or 'korel storagepool add' puts it into use
+1 occupied s1 partitions -> device 's1' is in use in disk group 'c1'; ...
+1 occupied s4 partitions; 1 claim c1 s4 / 1 occupied s4 partitions; 1 claim c3 s4 -> device 's4' has partitions; 'autocli lab disk set --occupant none --device s4' empties it
+1 occupied c3 other; 1 claim c3 s4 / 1 occupied c3 other; 1 pool c3 -> device 'c3' is in use by another host; 'autocli lab disk set...
+1 saving s1 dedup / 1 saving c2 compression -> disk group... has spinning disks, and deduplication...
+1 claim c3 f2; 1 saving c3 dedup; 1 claim c3 s4 -> device 's4' is not flash, as disk group 'c3' needs for...
+1 wrong s1 encryption -> device 's1' is not encrypted...; 'autocli lab disk set --encryption on --device s1' encrypts it
 1 data c1 1    -> device 'c1' is the caching device of a disk group, whose data lies on its capacity...
 1 data f1 -1 / 1 data f1 41 -> the data on device 'f1' in GB must be from 0 to 40, got...
 1 format s1 0 / 1 format s1 21 -> on-disk format versions are 1 to 20, got...
@@ -124,6 +129,10 @@ TEST_F(DiskTest, RefusalsOfGroups) {
 1 sick s2; 1 unmount #c1; 1 mountgroup c1 -> disk group 'c1' has unhealthy disks: s2; 'korel storage remove --disk s2 --evacuation-mode noAction' takes the first out
 1 sick s3; 1 unmount #c2; 1 mount #c2 -> disk group 'c2' has no healthy capacity device; 'korel storage remove --ssd c2 --evacuation-mode noAction' removes the group
 1 sick s1; 1 sick s2; 1 rebuild c1 - 0 force -> disk group 'c1' has no healthy capacity device; ...
+1 encrypted s2 missing; 1 rebuild c1 - 0 / 1 wrong s2 disk; 1 rebuild c1 - 0 -> disk group 'c1' has unhealthy disks: s2; --force...
+1 encrypted s2 missing; 1 unmount s2 force; 1 mount s2 -> device 's2' lacks its key; 'korel storage remove --disk s2...
+1 wrong s2 disk; 1 unmount s2 force; 1 mount s2 -> device 's2' has a wrong checksum; 'korel storage...
+1 encrypted c1 missing; 1 claim c1 s4 -> the caching device 'c1' lacks its key, and its disk group...
 1 sick c1; 1 rebuild c1 - 0 force / 1 sick c1; 1 unmount #c1; 1 mountgroup c1 force / 1 unmount s1 force; 1 sick c1; 1 mount s1 -> the caching device 'c1' is not healthy, and its disk group cannot do without it; 'korel storage remove --ssd c1 --evacuation-mode noAction' removes the group
 )");
   Again();
@@ -149,10 +158,15 @@ TEST_F(DiskTest, RecordsSayWhatADiskIs) {
       At("host1")->GetDiskInfo(KorelUtil::StringToKorelUuid(Long(device)), disks, info);
       const std::string& group = info.diskGroupName;
       EXPECT_EQ(info.diskGroupUuid, group.empty() ? "" : Long("#" + group));
-      all += std::to_string(info.onDiskFormatVersion) + group + (info.isSsd ? " flash" : " disk") +
-             (info.isCapacityTier ? " capacity" : "") + (info.isAllFlash ? " all-flash" : "") +
-             (info.isUsedByThisHost ? info.isChecksumOk ? " used" : " bad" : "") +
-             (info.isMounted ? " mounted" : "") + (info.isInHxds ? " shared; " : "; ");
+      all +=
+          std::to_string(info.onDiskFormatVersion) + group + (info.isSsd ? " flash" : " disk") +
+          (info.isCapacityTier ? " capacity" : "") + (info.isAllFlash ? " all-flash" : "") +
+          (info.isUsedByThisHost ? info.isChecksumOk ? " used" : " bad" : "") +
+          (info.isMounted ? " mounted" : "") +
+          (info.dataEfficiencyMode > 0 ? " saving" + std::to_string(info.dataEfficiencyMode) : "") +
+          (info.isEncrypted ? info.isDiskKeyLoaded ? " encrypted" : " locked" : "") +
+          (info.isUsedByThisHost && !info.isEncryptionMetadataChecksumOk ? " odd" : "") +
+          (info.isInHxds ? " shared; " : "; ");
     }
     for (const char* device : {"c1", "s1", "f1", "c3"}) {
       if (KorelUtil::IsStoragePoolDisk(device)) all += device;
@@ -174,6 +188,14 @@ TEST_F(DiskTest, RecordsSayWhatADiskIs) {
 1 format s1 1; 1 sick s1     -> 1c1 disk capacity bad mounted; 0 flash; f1 5 6
 1 unclaim s1; 1 pool c3      -> 0 disk capacity; 20 flash capacity all-flash used mounted; f1c3 4 6
 1 unmount #s1; 1 claim c3 f2 -> 20c1 disk capacity used; 20c3 flash all-flash used mounted; f1 7 8
+1 occupied c3 other; 1 occupied s4 partitions -> 20c1 disk capacity used mounted; 20 flash; f1 5 6
+1 wrong s1 disk; 1 pool c3; 1 saving c3 dedup -> 20c1 disk capacity bad mounted; 20 flash capacity all-flash used mounted saving1; f1c3 5 7
+1 claim c3 f2; 1 saving f2 compression; 1 encrypted s2 loaded -> 20c1 disk capacity used mounted encrypted; 20c3 flash all-flash used mounted saving2; f1 7 8
+1 encrypted s1 missing; 1 claim c3 f2; 1 encrypted f2 missing -> 20c1 disk capacity used mounted locked; 20c3 flash all-flash used mounted encrypted; f1 7 8
+1 encrypted s2 loaded; 1 wrong s1 encryption -> 20c1 disk capacity used mounted encrypted odd; 0 flash; f1 5 6
+1 encrypted s2 loaded; 1 wrong s1 encryption; 1 encrypted s2 none -> 20c1 disk capacity used mounted; 0 flash; f1 5 6
+1 encrypted c1 loaded; 1 unclaim s1; 1 claim c1 s1; 1 claim c3 f2; 1 saving c3 dedup; 1 saving c3 none -> 20c1 disk capacity used mounted encrypted; 20c3 flash all-flash used mounted; f1 7 8
+1 claim c3 f2; 1 encrypted c3 missing; 1 rebuild c1 - 2; 1 encrypted f2 loaded -> 20c1 disk capacity used mounted; 20c3 flash all-flash used mounted locked; f1 7 8
 1 claim c3 f2 s4; 1 sick s4  -> 20c1 disk capacity used mounted; 20c3 flash used mounted; f1 8 9
 )");
 }

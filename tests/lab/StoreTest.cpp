@@ -59,7 +59,7 @@ TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
       {sql("PRAGMA journal_mode = WAL"),
        "'" + LabFile() + "' has a write-ahead log, which no lab has"},
       {sql("PRAGMA user_version = 77"),
-       lab + " is of version 77, newer than this program knows (4)"},
+       lab + " is of version 77, newer than this program knows (5)"},
       {sql("PRAGMA user_version = -9"), lab + " is of the unknown version -9"},
       {fresh("PRAGMA journal_mode = WAL; CREATE TABLE t (x)"),
        "'" + LabFile() + "' is a database of another program"},

@@ -95,6 +95,11 @@ struct Act {
     return (*this)[i] == "so" ? std::nullopt : std::optional(static_cast<int>(Number(i)));
   }
   Tovrin::Korel::Uuid Uuid() const { return KorelUtil::StringToKorelUuid(words.at(0)); }
+  /// The second word by its first letter, of those of the values.
+  template <typename Enum>
+  Enum OneOf(const char* letters) const {
+    return static_cast<Enum>(std::string(letters).find(words.at(1)[0]));
+  }
   /// The first word is a UUID, and so no name of a device.
   bool IsUuid() const { return (*this)[0].size() == kZeros.size(); }
   /// Normal hosts, nodes, witnesses, metadata nodes and remote ones by their first letters.
@@ -239,6 +244,10 @@ const std::map<std::string, void (*)(A)> kVerbs = {
     {"undirect", [](A a) { a->RemoveKorelDirectTag(a[0]); }},
     {"sick", [](A a) { Own(lab::SetHealth, a[0], false); }},
     {"well", [](A a) { Own(lab::SetHealth, a[0], true); }},
+    {"occupied", [](A a) { Own(lab::SetOccupant, a[0], a.OneOf<lab::Occupant>("npo")); }},
+    {"saving", [](A a) { Own(lab::SetEfficiency, a[0], a.OneOf<lab::Efficiency>("ndc")); }},
+    {"encrypted", [](A a) { Own(lab::SetEncryption, a[0], a.OneOf<lab::Encryption>("nml")); }},
+    {"wrong", [](A a) { Own(lab::SetWrongChecksum, a[0], a.OneOf<lab::WrongChecksum>("nde")); }},
     {"data", [](A a) { Own(lab::SetData, a[0], a.Number(1)); }},
     {"format", [](A a) { Own(lab::SetFormatVersion, a[0], static_cast<int>(a.Number(1))); }},
 };
