@@ -64,8 +64,8 @@ std::vector<std::string> NamesOf(const DevicePtrs& devices) {
 }
 
 void CheckCachingHealthy(const Devices& devices, const Device& caching) {
-  const char* trouble = caching.Trouble();
-  if (trouble == nullptr) return;
+  const std::string trouble = caching.Trouble();
+  if (trouble.empty()) return;
   Fail("the caching device ", Quoted(caching.name), trouble,
        ", and its disk group cannot do without it; ", RemovalCommand(devices, caching),
        " removes the group");
@@ -147,7 +147,7 @@ void SetMounted(Store& store, const Device& device, bool isMounted) {
 /// to come by without them; and when the rest could do nothing.
 DevicePtrs TakeOutUnhealthy(const Group& group, DevicePtrs& disks, bool mayLeaveOut,
                             const std::string& how) {
-  const auto isHealthy = [](const Device* device) { return device->Trouble() == nullptr; };
+  const auto isHealthy = [](const Device* device) { return device->Trouble().empty(); };
   const auto begin = std::stable_partition(disks.begin(), disks.end(), isHealthy);
   DevicePtrs unhealthy(begin, disks.end());
   disks.erase(begin, disks.end());
@@ -183,7 +183,7 @@ void Mount(Store& store, const Devices& devices, const Device& device) {
          " mounts it");
   }
   CheckCachingHealthy(devices, *group.caching);
-  if (const char* trouble = device.Trouble()) {
+  if (const std::string trouble = device.Trouble(); !trouble.empty()) {
     Fail("device ", Quoted(device.name), trouble, "; ", RemovalCommand(devices, device),
          " removes it");
   }

@@ -114,11 +114,14 @@ void DescribeClaim(const Devices& devices, const Device& device,
 
 }  // namespace
 
-const char* Device::Trouble() const {
+std::string Device::Trouble() const {
   if (!isHealthy) return " is not healthy";
-  if (!claim) return nullptr;
-  if (claim->encryption == Encryption::KeyMissing) return " lacks its key";
-  return claim->wrongChecksum == WrongChecksum::None ? nullptr : " has a wrong checksum";
+  if (!claim) return {};
+  if (claim->encryption == Encryption::KeyMissing) {
+    return " lacks its key, which 'autocli lab disk set --encryption on --device " + name +
+           "' loads";
+  }
+  return claim->wrongChecksum == WrongChecksum::None ? "" : " has a wrong checksum";
 }
 
 Devices DevicesOf(Store& store, const Host& host) {

@@ -52,8 +52,8 @@ struct Device {
 
   /// It may serve a disk group for capacity; else it may serve one for caching.
   bool IsForCapacity() const { return !isFlash || isCapacityFlash; }
-  /// Why its data can be neither read nor written, as " is not healthy"; null when it can.
-  const char* Trouble() const;
+  /// Why its data can be neither read nor written, as " is not healthy"; empty when it can.
+  std::string Trouble() const;
   bool IsInPool() const { return claim && claim->cachingDevice == 0; }
   bool IsInGroup() const { return claim && claim->cachingDevice != 0; }
   bool IsCachingOfGroup() const { return claim && claim->cachingDevice == id; }

@@ -95,9 +95,9 @@ void EachOther(Store& store, const Host& host, const Leaving& leaving, const Vis
 
 /// Why nothing can be read from the disk; empty when it can.
 std::string Obstacle(const Devices& devices, const Device& device) {
-  if (const char* trouble = device.Trouble()) return trouble;
-  const char* trouble = device.IsInGroup() ? GroupOf(devices, device).Trouble() : nullptr;
-  return trouble == nullptr ? "" : std::string(" has a caching device that") + trouble;
+  if (std::string trouble = device.Trouble(); !trouble.empty()) return trouble;
+  const std::string trouble = device.IsInGroup() ? GroupOf(devices, device).Trouble() : "";
+  return trouble.empty() ? "" : " has a caching device that" + trouble;
 }
 
 std::string DataOf(const Device& device) {
@@ -111,7 +111,8 @@ std::string DataOf(const Device& device) {
 }
 
 void CheckMounted(const Devices& devices, const Device& device) {
-  if (device.claim->isMounted) return;
+  // Nothing unmounts those of the pool.
+  if (device.claim->isMounted || device.IsInPool()) return;
   Fail("device ", Quoted(device.name), " is unmounted, so its ", DataOf(device),
        " cannot be moved; ", MountCommand(devices, device), " mounts it, ",
        RemovalCommand(devices, device), " gives the data up");

@@ -74,7 +74,7 @@ void RemoveHost(Store& store, const Host& host) {
   if (membership.Next()) {
     const std::string korel = "'KOREL_LAB_HOST=" + host.name + " korel cluster ";
     Fail("host ", Quoted(host.name), " is in cluster ", membership.Text(0), "; ",
-         membership.Flag(1) ? "" : korel + "restore' and ", korel, "leave' take it out");
+         membership.Flag(1) ? "" : korel + "restore', then ", korel, "leave' takes it out");
   }
   if (!Exists(store, "SELECT 1 FROM hosts WHERE id <> ?", host.id)) {
     Fail("host ", Quoted(host.name), " is the last one, and a lab has one at least; ",
