@@ -79,7 +79,7 @@ constexpr auto kActs = std::to_array<const char*>({
     "lab maintenance start",
     "lab daemon stop",
     "lab daemon start",
-    "lab disk add --device new1 --size 100",
+    "lab disk add --name new1 --size 100",
     "lab disk remove --device mpx.dkhba2:C0:T5:L0",
     "lab disk set --device mpx.dkhba2:C0:T1:L0 --healthy false",
     "lab interface add --name hsk9",

@@ -19,10 +19,6 @@ void AddDevice(Store& store, const Host& host, const DeviceInventory& device) {
     Fail("the host has a device ", Quoted(device.name), " already; 'autocli lab disk remove ",
          "--device ", device.name, "' takes it out");
   }
-  if (device.isCapacityFlash && !device.isFlash) {
-    Fail("device ", Quoted(device.name), " is not flash, as the tag capacityFlash needs; --ssd ",
-         "makes it that");
-  }
   CheckRange("the size of device " + Quoted(device.name) + " in GB", device.sizeGb, 1, kMaxSizeGb);
   // The number of the entry that tells of it tells it from all that bore the name before.
   const std::string number = std::to_string(NewestEntry(store) + 1);
