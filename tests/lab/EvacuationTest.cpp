@@ -75,6 +75,25 @@ TEST_F(EvacuationTest, DataMovesToTheOwnHostFirstAndThenToTheOtherDataHostsInThe
 )");
 }
 
+TEST_F(EvacuationTest, DataOfThePoolGoesToPoolsAndDataOfGroupsToGroups) {
+  MakeHosts("c f20=20 f5=5 s100=100 / c f30=30 s50=50");
+  ASSERT_EQ(Play("1 create A; 2 join A; 1 claim c s100; 2 claim c s50; 1 pool f20; 2 pool f30; "
+                 "1 data f20 18; 1 data s100 40; 2 data f30 15"),
+            "");
+  Expect(Data, R"(
+                                       -> 18 - 40 | 15 0
+1 unpool f20 half                      -> - - 40 | 24 0
+1 pool f5; 1 unpool f20 all            -> - 5 40 | 28 0
+1 ungroup c all / 1 unclaim #c all     -> 18 - - | 15 40
+1 sick f20; 2 data f30 18; 1 unpool f20 half -> - - 40 | 18 0
+)");
+  ExpectRefusals(R"(
+1 unpool f20 all                       -> all needs 18 GB in-pool of the cluster, and there are 15 GB free; ...
+2 data s50 11; 1 ungroup c all         -> all needs 40 GB in-groups of the cluster, and there are 39 GB free; ...
+1 sick f20; 1 unpool f20 half          -> 18 GB of data cannot be read, and... storage pool of the cluster hold 15 GB, ...
+)");
+}
+
 TEST_F(EvacuationTest, OddAmountsAndRoomToTheLastGigabyte) {
   MakeHosts("c s7=7 s13=13 s3=3 s28=28 s1=1 f9=9");
   ASSERT_EQ(Play("1 claim c s7 s13 s3 s28; 1 data s7 1; 1 data s13 3; 1 data s28 7"), "");
