@@ -143,8 +143,8 @@ void SetMounted(Store& store, const Device& device, bool isMounted) {
 }
 
 /// Takes the unhealthy disks out of `disks`, those of the group that are to be worked on, and
-/// returns them. They are refused unless `mayLeaveOut`, for want of which the message says `how`
-/// to come by without them; and when the rest could do nothing.
+/// returns them. Refuses when the rest could do nothing, and, unless `mayLeaveOut`, when there are
+/// any; the message says `how` to go on, or how to remove the first one when that is empty.
 DevicePtrs TakeOutUnhealthy(const Group& group, DevicePtrs& disks, bool mayLeaveOut,
                             const std::string& how) {
   const auto isHealthy = [](const Device* device) { return device->Trouble().empty(); };

@@ -64,7 +64,7 @@ Device ReadDevice(const Row& row) {
                 .model = row.Text(10),
                 .claim = std::nullopt};
   if (!row.IsNull(12)) {
-    // Of what is not encrypted there is no row's value, then that of a missing key.
+    // NULL is no encryption, which comes before 0, a missing key.
     const int encryption = row.IsNull(17) ? 0 : 1 + static_cast<int>(row.Number(17));
     device.claim = Claim{.cachingDevice = row.Number(11),
                          .formatVersion = static_cast<int>(row.Number(12)),
