@@ -221,9 +221,7 @@ std::string NameInJournal(const std::string& name) {
 std::string OldLab(int version, const std::string& path) {
   {
     SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    for (int from = 0; from < version; ++from) {
-      database.exec(lab::kOldMigrations.at(static_cast<std::size_t>(from)));
-    }
+    database.exec(lab::OldSchemaScript(version));
     database.exec("PRAGMA user_version = " + std::to_string(version) +
                   "; PRAGMA application_id = " + std::to_string(lab::kApplicationId));
     database.exec(

@@ -13,11 +13,13 @@ void Fill(MetaStruct& row, const KorelStoragePoolDiskInfo& info) {
   row.SetField("KOREL UUID", info.korelUuid);
   row.SetField("Is SSD", info.isSsd);
   row.SetField("Used by this host", info.isUsedByThisHost);
+  row.SetField("Capacity", info.capacityBytes);
+  // Of a disk that is not in use here a host does not know the rest.
+  if (!info.isUsedByThisHost) return;
   row.SetField("In HXDS", info.isInHxds);
   row.SetField("On-disk format version", std::to_string(info.onDiskFormatVersion));
-  row.SetField("Capacity", info.capacityBytes);
   row.SetField("Is Mounted", info.isMounted);
-  row.SetField("Creation Time", info.creationTime);
+  if (!info.creationTime.empty()) row.SetField("Creation Time", info.creationTime);
 }
 
 }  // namespace

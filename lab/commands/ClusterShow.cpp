@@ -48,7 +48,9 @@ std::shared_ptr<MetaStruct> Describe(Store& store, const Cluster& cluster) {
   record->SetField("UUID", cluster.uuid);
   record->SetField("Client", cluster.isClient);
   record->SetField("Stretched", IsStretched(store, cluster.id));
-  record->SetField("Preferred Fault Domain", cluster.preferredFaultDomain);
+  if (!cluster.preferredFaultDomain.empty()) {
+    record->SetField("Preferred Fault Domain", cluster.preferredFaultDomain);
+  }
   record->SetField("Encrypted", encryption.isEnabled);
   record->SetField("Rekey Interval", encryption.rekeyMinutes);
   record->SetField("Generation", generation.number);

@@ -16,6 +16,7 @@ CommandPtr NewLoad();
 CommandPtr NewDiff();
 CommandPtr NewCheck();
 CommandPtr NewHostAdd();
+CommandPtr NewHostRemove();
 CommandPtr NewHostList();
 CommandPtr NewHostSet();
 CommandPtr NewHostReboot();
@@ -23,6 +24,10 @@ CommandPtr NewClusterList();
 CommandPtr NewClusterShow();
 CommandPtr NewMaintenanceStart();
 CommandPtr NewResyncSet();
+CommandPtr NewInterfaceAdd();
+CommandPtr NewInterfaceRemove();
+CommandPtr NewDiskAdd();
+CommandPtr NewDiskRemove();
 CommandPtr NewDiskList();
 CommandPtr NewDiskSet();
 CommandPtr NewInterfaceList();
@@ -59,6 +64,7 @@ constexpr Entry kEntries[] = {
     {"diff", NewDiff},
     {"check", NewCheck},
     {"host add", NewHostAdd},
+    {"host remove", NewHostRemove},
     {"host list", NewHostList},
     {"host set", NewHostSet},
     {"host reboot", NewHostReboot},
@@ -66,6 +72,10 @@ constexpr Entry kEntries[] = {
     {"cluster show", NewClusterShow},
     {"maintenance start", NewMaintenanceStart},
     {"resync set", NewResyncSet},
+    {"interface add", NewInterfaceAdd},
+    {"interface remove", NewInterfaceRemove},
+    {"disk add", NewDiskAdd},
+    {"disk remove", NewDiskRemove},
     {"disk list", NewDiskList},
     {"disk set", NewDiskSet},
     {"interface list", NewInterfaceList},

@@ -9,19 +9,14 @@ namespace {
 std::shared_ptr<MetaStruct> Shape() {
   return Structure("LabDisk", {{"Device", MetaType::String},
                                {"Is SSD", MetaType::Bool},
-                               {"Size", MetaType::String},
+                               {"Size", MetaType::Int},
                                {"Fit For", MetaType::String},
                                {"Tags", MetaType::List},
                                {"In Use", MetaType::Bool},
-                               {"Data", MetaType::String},
+                               {"Data", MetaType::Int},
                                {"Healthy", MetaType::Bool},
+                               {"Occupant", MetaType::String},
                                {"KOREL UUID", MetaType::String}});
-}
-
-std::string SizeText(std::int64_t sizeGb) {
-  constexpr std::int64_t kGbPerTb = 1000;
-  if (sizeGb > 0 && sizeGb % kGbPerTb == 0) return std::to_string(sizeGb / kGbPerTb) + " TB";
-  return std::to_string(sizeGb) + " GB";
 }
 
 const char* FitFor(const Device& device) {
@@ -35,19 +30,25 @@ std::shared_ptr<MetaStruct> Describe(const Device& device) {
   auto record = Shape();
   record->SetField("Device", device.name);
   record->SetField("Is SSD", device.isFlash);
-  record->SetField("Size", SizeText(device.sizeGb));
+  record->SetField("Size", device.sizeGb);
   record->SetField("Fit For", FitFor(device));
   record->SetField("Tags", tags);
   record->SetField("In Use", device.claim.has_value());
-  record->SetField("Data", SizeText(device.claim ? device.claim->usedGb : 0));
+  if (device.claim && !device.IsCachingOfGroup()) record->SetField("Data", device.claim->usedGb);
   record->SetField("Healthy", device.isHealthy);
+  if (device.occupant == Occupant::Partitions) record->SetField("Occupant", "partitions");
+  if (device.occupant == Occupant::OtherHost) record->SetField("Occupant", "other-host");
   record->SetField("KOREL UUID", device.uuid);
   return record;
 }
 
 class LabDiskList final : public LabCommand {
  public:
-  LabDiskList() { Show(*this, *Shape(), "table"); }
+  LabDiskList() {
+    Show(*this, *Shape(), "table");
+    SetDefaultOutputParameter("units:LabDisk.Size", "GB");
+    SetDefaultOutputParameter("units:LabDisk.Data", "GB");
+  }
 
  private:
   std::shared_ptr<OutputSpec> GetOutputSpecInternal() override { return Answers(ListOf(Shape())); }

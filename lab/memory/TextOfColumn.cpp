@@ -75,6 +75,28 @@ std::string PolicyClass(const Place&, const std::string& value) {
       value, HskCtl::Korel::KorelUtil::KorelPolicyClassToString);
 }
 
+/// One of the words, the first for 0.
+std::string Among(const std::vector<std::string>& words, const std::string& value) {
+  const auto number = static_cast<std::size_t>(ParseNumber(value).value_or(99));
+  return number < words.size() ? words[number] : value;
+}
+
+std::string OccupantName(const Place&, const std::string& value) {
+  return Among({"none", "partitions", "another host"}, value);
+}
+
+std::string EfficiencyName(const Place&, const std::string& value) {
+  return Among({"none", "deduplication and compression", "compression"}, value);
+}
+
+std::string KeyState(const Place&, const std::string& value) {
+  return Among({"missing", "loaded"}, value);
+}
+
+std::string WhichChecksum(const Place&, const std::string& value) {
+  return Among({"none", "of the disk", "of the encryption metadata"}, value);
+}
+
 std::string Time(const Place&, const std::string& value) {
   return UtcTime(ParseNumber(value).value_or(0));
 }
@@ -105,6 +127,10 @@ constexpr auto kColumns = std::to_array<ColumnText>({
     {"type", nullptr, AgentType},
     {"sizeGb", "size in GB"},
     {"usedGb", "data in GB"},
+    {"occupant", nullptr, OccupantName},
+    {"efficiency", nullptr, EfficiencyName},
+    {"encryption", "encryption key", KeyState},
+    {"wrongChecksum", nullptr, WhichChecksum},
     {"resyncThrottle", "resync throttle in Mbps"},
     {"resyncRate", "resync traffic in Mbps"},
     {"rekeyMinutes", "rekey interval in minutes"},

@@ -20,21 +20,35 @@ inline constexpr auto kRules = std::to_array<Rule>({
      "AND NOT EXISTS (SELECT 1 FROM memberships WHERE host = hosts.id)",
      "host", "is a Korel Max host without a cluster"},
     {"SELECT name FROM hosts WHERE isKorelMax AND EXISTS (SELECT 1 FROM devices "
-     "JOIN claims ON device = devices.id WHERE host = hosts.id AND cachingDevice IS NOT NULL)",
-     "host", "is a Korel Max host with disk groups"},
+     "JOIN claims ON device = devices.id WHERE host = hosts.id)",
+     "host", "is a Korel Max host with disks in use"},
     {"SELECT name FROM hosts WHERE (SELECT count(*) FROM devices JOIN claims ON device = "
      "devices.id "
      "WHERE host = hosts.id AND cachingDevice = device) > 4",
      "host", "has more than 4 disk groups"},
     {"SELECT name FROM devices WHERE isFlash NOT IN (0, 1) OR isCapacityFlash NOT IN (0, 1) "
      "OR isKorelDirect NOT IN (0, 1) OR isHealthy NOT IN (0, 1) "
-     "OR sizeGb NOT BETWEEN 1 AND 1000000",
+     "OR sizeGb NOT BETWEEN 1 AND 1000000 OR occupant NOT IN (1, 2)",
      "device", "has a value out of its range"},
     {"SELECT name FROM devices WHERE isCapacityFlash AND NOT isFlash", "device",
      "is tagged capacityFlash and is not flash"},
     {"SELECT name FROM devices JOIN claims ON device = id WHERE formatVersion NOT BETWEEN 1 AND 20 "
-     "OR isMounted NOT IN (0, 1) OR usedGb NOT BETWEEN 0 AND sizeGb",
+     "OR isMounted NOT IN (0, 1) OR usedGb NOT BETWEEN 0 AND sizeGb OR efficiency NOT IN (1, 2) "
+     "OR encryption NOT IN (0, 1) OR wrongChecksum NOT IN (1, 2)",
      "claimed device", "has a value out of its range"},
+    {"SELECT name FROM devices JOIN claims ON device = id WHERE occupant IS NOT NULL", "device",
+     "is claimed, and has partitions or is in use by another host"},
+    {"SELECT name FROM devices JOIN claims AS own ON own.device = devices.id "
+     "JOIN claims AS head ON head.device = own.cachingDevice "
+     "WHERE own.efficiency IS NOT head.efficiency "
+     "OR (own.encryption IS NULL) <> (head.encryption IS NULL)",
+     "device", "is not deduplicated, compressed or encrypted as its disk group is"},
+    {"SELECT name FROM devices JOIN claims ON device = id WHERE efficiency IS NOT NULL "
+     "AND NOT isFlash",
+     "device", "is deduplicated or compressed and is not flash"},
+    {"SELECT name FROM devices JOIN claims ON device = id WHERE wrongChecksum = 2 "
+     "AND encryption IS NULL",
+     "device", "has encryption metadata and is not encrypted"},
     {"SELECT name FROM devices JOIN claims ON device = id WHERE isKorelDirect", "device",
      "is tagged korelDirect and claimed"},
     {"SELECT name FROM devices JOIN claims ON device = id "

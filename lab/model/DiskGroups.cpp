@@ -20,6 +20,7 @@ using DevicePtrs = std::vector<const Device*>;
 
 /// A disk group, its disks in the order of the inventory.
 struct Group {
+  const Devices* devices;  ///< of the host
   const Device* caching;
   DevicePtrs all;
   DevicePtrs capacity;
@@ -27,9 +28,10 @@ struct Group {
 
 Group GroupNamed(const Devices& devices, const Device& caching) {
   if (!caching.IsCachingOfGroup()) {
-    Fail("device ", Quoted(caching.name), " is not the caching device of a disk group");
+    Fail("device ", Quoted(caching.name),
+         " is not the caching device of a disk group; 'korel storage list' shows the groups");
   }
-  Group group{&caching, {}, {}};
+  Group group{&devices, &caching, {}, {}};
   for (const Device& device : devices) {
     if (!device.claim || device.claim->cachingDevice != caching.id) continue;
     group.all.push_back(&device);
@@ -41,12 +43,16 @@ Group GroupNamed(const Devices& devices, const Device& caching) {
 /// The group of a capacity disk. `verb` is what is to be done with the disk.
 Group GroupOfCapacity(const Devices& devices, const Device& device, const char* verb) {
   if (device.IsInPool()) {
-    Fail("device ", Quoted(device.name), " is in the storage pool, not in a disk group");
+    Fail("device ", Quoted(device.name), " is in the storage pool, not in a disk group; ",
+         "'korel storagepool list' lists it");
   }
-  if (!device.claim) Fail("device ", Quoted(device.name), " is in no disk group");
+  if (!device.claim) {
+    Fail("device ", Quoted(device.name),
+         " is in no disk group; 'korel storage list' lists what is");
+  }
   if (device.IsCachingOfGroup()) {
     Fail("device ", Quoted(device.name), " is the caching device of a disk group; ", verb,
-         " the whole group");
+         " the whole group, with --ssd ", device.name);
   }
   return GroupNamed(devices, GroupOf(devices, device));
 }
@@ -57,35 +63,44 @@ std::vector<std::string> NamesOf(const DevicePtrs& devices) {
   return names;
 }
 
-void CheckNotDirect(const Device& device) {
-  if (!device.isKorelDirect) return;
-  Fail("device ", Quoted(device.name), " is tagged korelDirect and cannot be in a disk group");
+void CheckCachingHealthy(const Devices& devices, const Device& caching) {
+  const std::string trouble = caching.Trouble();
+  if (trouble.empty()) return;
+  Fail("the caching device ", Quoted(caching.name), trouble,
+       ", and its disk group cannot do without it; ", RemovalCommand(devices, caching),
+       " removes the group");
 }
 
 void CheckCaching(const Devices& devices, const Device& device) {
   if (device.IsCachingOfGroup()) {
+    CheckCachingHealthy(devices, device);
     if (device.claim->isMounted) return;
-    Fail("disk group ", Quoted(device.name), " is unmounted; mount it first");
+    Fail("disk group ", Quoted(device.name), " is unmounted; ", MountCommand(devices, device),
+         " mounts it");
   }
-  CheckUnclaimed(devices, device);
-  if (!device.isFlash) Fail("device ", Quoted(device.name), " is not flash, as caching needs");
+  CheckClaimable(devices, device);
+  if (!device.isFlash) {
+    Fail("device ", Quoted(device.name),
+         " is not flash, as caching needs; 'autocli lab disk list' says which devices are");
+  }
   if (device.isCapacityFlash) {
-    Fail("device ", Quoted(device.name), " is tagged for capacity and cannot be used for caching");
+    Fail("device ", Quoted(device.name), " is tagged for capacity and cannot be used for caching; ",
+         "'korel storage tag remove --tag capacityFlash --disk ", device.name,
+         "' takes the tag off");
   }
-  CheckNotDirect(device);
   const auto groups = std::count_if(devices.begin(), devices.end(),
                                     [](const Device& known) { return known.IsCachingOfGroup(); });
   if (groups >= kMaxGroups) {
-    Fail("the host has ", std::to_string(groups), " disk groups, as many as are possible");
+    Fail("the host has ", std::to_string(groups),
+         " disk groups, as many as are possible; 'korel storage remove --ssd' removes one");
   }
 }
 
 void CheckCapacity(const Devices& devices, const Device& device) {
-  CheckUnclaimed(devices, device);
-  CheckNotDirect(device);
-  if (!device.IsForCapacity()) {
-    Fail("device ", Quoted(device.name), " is flash without the capacity tag, as capacity needs");
-  }
+  CheckClaimable(devices, device);
+  if (device.IsForCapacity()) return;
+  Fail("device ", Quoted(device.name), " is flash without the capacity tag, as capacity needs; ",
+       "'korel storage tag add --tag capacityFlash --disk ", device.name, "' tags it");
 }
 
 void CheckGroupSize(const Devices& devices, const Device& caching, std::ptrdiff_t added) {
@@ -96,8 +111,18 @@ void CheckGroupSize(const Devices& devices, const Device& caching, std::ptrdiff_
        " capacity devices, more than the ", std::to_string(kMaxCapacityDevices), " possible");
 }
 
+void CheckEfficiency(const Device& caching, const DevicePtrs& capacity) {
+  if (!caching.claim || caching.claim->efficiency == Efficiency::None) return;
+  for (const Device* device : capacity) {
+    if (device->isFlash) continue;
+    Fail(
+        "device ", Quoted(device->name), " is not flash, as disk group ", Quoted(caching.name),
+        " needs for deduplication and compression; 'autocli lab disk list' says which devices are");
+  }
+}
+
 void Release(Store& store, const Host& host, const Group& group, Evacuation evacuation) {
-  Evacuate(store, host, group.capacity, evacuation);
+  Evacuate(store, host, *group.devices, group.capacity, evacuation);
   Execute(store, "DELETE FROM claims WHERE cachingDevice = ?", group.caching->id);
 }
 
@@ -106,9 +131,10 @@ void Release(Store& store, const Host& host, const Devices& devices, const Devic
   const Group group = GroupOfCapacity(devices, device, "remove");
   if (group.capacity.size() == 1) {
     Fail("device ", Quoted(device.name), " is the last capacity device of disk group ",
-         Quoted(group.caching->name), "; remove the whole group");
+         Quoted(group.caching->name), "; 'korel storage remove --ssd ", group.caching->name,
+         "' removes the whole group");
   }
-  Evacuate(store, host, {&device}, evacuation);
+  Evacuate(store, host, devices, {&device}, evacuation);
   DeleteClaim(store, device);
 }
 
@@ -117,22 +143,24 @@ void SetMounted(Store& store, const Device& device, bool isMounted) {
 }
 
 /// Takes the unhealthy disks out of `disks`, those of the group that are to be worked on, and
-/// returns them. They are refused without `force`, and when the rest could do nothing.
-DevicePtrs TakeOutUnhealthy(const Group& group, DevicePtrs& disks, bool force) {
-  const auto isHealthy = [](const Device* device) { return device->isHealthy; };
+/// returns them. Refuses when the rest could do nothing, and, unless `mayLeaveOut`, when there are
+/// any; the message says `how` to go on, or how to remove the first one when that is empty.
+DevicePtrs TakeOutUnhealthy(const Group& group, DevicePtrs& disks, bool mayLeaveOut,
+                            const std::string& how) {
+  const auto isHealthy = [](const Device* device) { return device->Trouble().empty(); };
   const auto begin = std::stable_partition(disks.begin(), disks.end(), isHealthy);
   DevicePtrs unhealthy(begin, disks.end());
   disks.erase(begin, disks.end());
   if (unhealthy.empty()) return unhealthy;
   const std::string name = Quoted(group.caching->name);
-  if (!force) Fail("disk group ", name, " has unhealthy disks: ", Joined(NamesOf(unhealthy), ", "));
-  if (!group.caching->isHealthy) {
-    Fail("the caching device ", name, " is not healthy, and its disk group cannot do without it");
-  }
   if (std::none_of(group.capacity.begin(), group.capacity.end(), isHealthy)) {
-    Fail("disk group ", name, " has no healthy capacity device");
+    Fail("disk group ", name, " has no healthy capacity device; ",
+         RemovalCommand(*group.devices, *group.caching), " removes the group");
   }
-  return unhealthy;
+  if (mayLeaveOut) return unhealthy;
+  Fail("disk group ", name, " has unhealthy disks: ", Joined(NamesOf(unhealthy), ", "), "; ",
+       how.empty() ? RemovalCommand(*group.devices, *unhealthy.front()) + " takes the first out"
+                   : how);
 }
 
 void Mount(Store& store, const Group& group, bool force) {
@@ -141,7 +169,8 @@ void Mount(Store& store, const Group& group, bool force) {
     if (!device->claim->isMounted) unmounted.push_back(device);
   }
   if (unmounted.empty()) Fail("disk group ", Quoted(group.caching->name), " is mounted already");
-  TakeOutUnhealthy(group, unmounted, force);
+  CheckCachingHealthy(*group.devices, *group.caching);
+  TakeOutUnhealthy(group, unmounted, force, "");
   for (const Device* device : unmounted) SetMounted(store, *device, true);
 }
 
@@ -150,9 +179,14 @@ void Mount(Store& store, const Devices& devices, const Device& device) {
   if (device.claim->isMounted) Fail("device ", Quoted(device.name), " is mounted already");
   if (!group.caching->claim->isMounted) {
     Fail("device ", Quoted(device.name), " cannot be mounted alone: disk group ",
-         Quoted(group.caching->name), " is unmounted");
+         Quoted(group.caching->name), " is unmounted; ", MountCommand(devices, device),
+         " mounts it");
   }
-  if (!device.isHealthy) Fail("device ", Quoted(device.name), " is not healthy");
+  CheckCachingHealthy(devices, *group.caching);
+  if (const std::string trouble = device.Trouble(); !trouble.empty()) {
+    Fail("device ", Quoted(device.name), trouble, "; ", RemovalCommand(devices, device),
+         " removes it");
+  }
   SetMounted(store, device, true);
 }
 
@@ -200,8 +234,10 @@ std::vector<std::string> RebuildNow(Store& store, const Host& host, const Group&
   const Evacuation evacuation = EvacuationFrom(rebuild.evacuationMode);
   CheckTrimCode(store, rebuild.trimCode);
   DevicePtrs rebuilt = group.all;
-  const DevicePtrs skipped = TakeOutUnhealthy(group, rebuilt, rebuild.force);
-  Evacuate(store, host, rebuilt, evacuation);
+  CheckCachingHealthy(*group.devices, *group.caching);
+  const DevicePtrs skipped =
+      TakeOutUnhealthy(group, rebuilt, rebuild.force, "--force leaves them out");
+  Evacuate(store, host, *group.devices, rebuilt, evacuation);
   const std::string now = UtcNow();
   for (const Device* device : rebuilt) {
     Execute(store,
@@ -216,7 +252,7 @@ std::vector<std::string> RebuildNow(Store& store, const Host& host, const Group&
 
 void ClaimDisks(Store& store, const Host& host, const std::string& caching,
                 const std::vector<std::string>& capacity) {
-  if (IsKorelMax(store, host)) Fail("the host has the Korel Max role, which takes no disk groups");
+  CheckNoKorelMax(store, host);
   const Devices devices = DevicesOf(store, host);
   const Device& cachingDevice = FindByName(devices, caching);
   if (capacity.empty()) Fail("a disk group needs at least one capacity device");
@@ -230,6 +266,7 @@ void ClaimDisks(Store& store, const Host& host, const std::string& caching,
     CheckCapacity(devices, *claimed.back());
   }
   CheckGroupSize(devices, cachingDevice, std::ssize(capacity));
+  CheckEfficiency(cachingDevice, claimed);
   const std::string now = UtcNow();
   if (!cachingDevice.claim) InsertClaim(store, cachingDevice, cachingDevice.id, now);
   for (const Device* device : claimed) InsertClaim(store, *device, cachingDevice.id, now);
@@ -289,7 +326,7 @@ void UnmountGroupWithMode(Store& store, const Host& host, const std::string& cac
   const Devices devices = DevicesOf(store, host);
   const Group group = GroupNamed(devices, FindByName(devices, cachingDevice));
   CheckMounted(group);
-  Evacuate(store, host, group.capacity, evacuation);
+  Evacuate(store, host, devices, group.capacity, evacuation);
   Unmount(store, group);
 }
 

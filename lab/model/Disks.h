@@ -14,13 +14,26 @@ namespace lab {
 /// The on-disk format that a claim or a rebuild gives a disk.
 inline constexpr int kNewestFormatVersion = 20;
 
+/// What is on a device that Korel did not put there.
+enum class Occupant { None, Partitions, OtherHost };
+/// What a disk group, or a disk of the pool, does to its data to save room. As in KorelDiskInfo.
+enum class Efficiency { None, Deduplication, Compression };
+/// Whether the data of a disk is encrypted, and its key there.
+enum class DiskEncryption { None, KeyMissing, KeyLoaded };
+/// Which checksum of a disk is not what it should be.
+enum class WrongChecksum { None, Disk, Encryption };
+
 /// A device's place in a disk group or in the storage pool; never in both.
 struct Claim {
   std::int64_t cachingDevice = 0;  ///< id of the device that the group is named after; 0: the pool
   int formatVersion = 0;
   std::string claimedAt;  ///< UTC
   bool isMounted = false;
-  std::int64_t usedGb = 0;  ///< the data on it; none on a caching device
+  std::int64_t usedGb = 0;                   ///< the data on it; none on a caching device
+  Efficiency efficiency = Efficiency::None;  ///< the same in all of a group
+  DiskEncryption encryption =
+      DiskEncryption::None;  ///< all of a group or none; a key may lack alone
+  WrongChecksum wrongChecksum = WrongChecksum::None;
 };
 
 /// A device of a host.
@@ -32,6 +45,7 @@ struct Device {
   bool isCapacityFlash = false;
   bool isKorelDirect = false;
   bool isHealthy = true;
+  Occupant occupant = Occupant::None;
   std::int64_t sizeGb = 0;
   std::string vendor;
   std::string model;
@@ -39,6 +53,8 @@ struct Device {
 
   /// It may serve a disk group for capacity; else it may serve one for caching.
   bool IsForCapacity() const { return !isFlash || isCapacityFlash; }
+  /// Why its data can be neither read nor written, as " is not healthy"; empty when it can.
+  std::string Trouble() const;
   bool IsInPool() const { return claim && claim->cachingDevice == 0; }
   bool IsInGroup() const { return claim && claim->cachingDevice != 0; }
   bool IsCachingOfGroup() const { return claim && claim->cachingDevice == id; }
@@ -60,12 +76,21 @@ const Device& FindByUuid(const Devices& devices, const std::string& uuid);
 /// KorelCtlException when that is none of the host's, as in a lab that is not sound.
 const Device& GroupOf(const Devices& devices, const Device& device);
 
+/// For messages, in quotes: the command that takes a device out of use without moving its data,
+/// with its whole group when that cannot do without it; the one that mounts it, with its group
+/// when that is unmounted.
+std::string RemovalCommand(const Devices& devices, const Device& device);
+std::string MountCommand(const Devices& devices, const Device& device);
+
 /// Throws KorelCtlException when the device is claimed, saying for what.
 void CheckUnclaimed(const Devices& devices, const Device& device);
+/// Throws KorelCtlException when the device cannot be put into use, whatever for: it is claimed,
+/// not healthy, not empty, or tagged "korelDirect".
+void CheckClaimable(const Devices& devices, const Device& device);
 /// Throws KorelCtlException when a name is there twice.
 void CheckNamedOnce(const std::vector<std::string>& names);
-/// Formats the unclaimed device for the group of that caching device, or for the pool (0). The
-/// workload of a lab then fills a capacity device to a quarter of its size at once.
+/// Formats the unclaimed device for the group of that caching device, or for the pool (0). It is
+/// empty then.
 void InsertClaim(Store& store, const Device& device, std::int64_t cachingDevice,
                  const std::string& now);
 void DeleteClaim(Store& store, const Device& device);
@@ -104,5 +129,18 @@ void RemoveTag(Store& store, const Host& host, const std::string& device, DiskTa
 void SetHealth(Store& store, const Host& host, const std::string& device, bool isHealthy);
 /// The same, for a claimed device: as if an older version had formatted it.
 void SetFormatVersion(Store& store, const Host& host, const std::string& device, int version);
+/// The same, for a device that is not in use: what it is found to hold.
+void SetOccupant(Store& store, const Host& host, const std::string& device, Occupant occupant);
+/// The same, for a device in use, with all disks of its group; they must be flash.
+void SetEfficiency(Store& store, const Host& host, const std::string& device,
+                   Efficiency efficiency);
+/// The same, for a device in use, with all disks of its group; a key is missing on that one alone.
+void SetEncryption(Store& store, const Host& host, const std::string& device,
+                   DiskEncryption encryption);
+/// The same, for a device in use; one of its encryption metadata needs an encrypted one.
+void SetWrongChecksum(Store& store, const Host& host, const std::string& device,
+                      WrongChecksum wrong);
+/// The same, for a capacity device in use: what workloads keep on it, up to its size.
+void SetData(Store& store, const Host& host, const std::string& device, std::int64_t gb);
 
 }  // namespace lab

@@ -26,6 +26,18 @@ bool IsInMaintenance(Store& store, const Host& host) {
   return Ask(store, host, "isInMaintenance") != 0;
 }
 
+void CheckNoDisks(Store& store, const Host& host) {
+  Query used(store,
+             "SELECT cachingDevice IS NULL FROM devices d JOIN claims c ON c.device = d.id "
+             "WHERE d.host = ? LIMIT 1",
+             host.id);
+  if (!used.Next()) return;
+  const bool isPool = used.Flag(0);
+  Fail("the host has ", isPool ? "disks in its storage pool" : "disk groups",
+       "; they must be removed before it can be a Korel Max host: 'korel ",
+       isPool ? "storagepool remove --disk" : "storage remove --ssd", "'");
+}
+
 }  // namespace
 
 void Reboot(Store& store, const Host& host) {
@@ -49,13 +61,14 @@ bool IsKorelMax(Store& store, const Host& host) { return Ask(store, host, "isKor
 
 void SetKorelMax(Store& store, const Host& host, bool isEnabled) {
   if (!IsEnabled(store, host)) Fail("Korel is not enabled on this host: it is in no Korel cluster");
-  if (isEnabled && Exists(store,
-                          "SELECT 1 FROM claims c JOIN devices d ON d.id = c.device "
-                          "WHERE d.host = ? AND c.cachingDevice IS NOT NULL",
-                          host.id)) {
-    Fail("the host has disk groups; they must be removed before it can be a Korel Max host");
-  }
+  if (isEnabled) CheckNoDisks(store, host);
   Set(store, host, "isKorelMax", isEnabled);
+}
+
+void CheckNoKorelMax(Store& store, const Host& host) {
+  if (!IsKorelMax(store, host)) return;
+  Fail("the host has the Korel Max role, with which it takes no disks into use; ",
+       "'korel cluster korelmax set --enable false' takes the role off");
 }
 
 std::string MaintenanceState(Store& store, const Host& host) {

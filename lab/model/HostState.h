@@ -21,9 +21,12 @@ std::shared_ptr<Tovrin::Korel::KorelClusterInfo> ClusterInfo(Store& store, const
                                                              bool isDetailed);
 
 bool IsKorelMax(Store& store, const Host& host);
-/// Throws KorelCtlException when the host is not in a Korel cluster, or when it has disk groups and
-/// the role is to be enabled.
+/// Throws KorelCtlException when the host is not in a Korel cluster, or when it has disks in use
+/// and the role is to be enabled.
 void SetKorelMax(Store& store, const Host& host, bool isEnabled);
+
+/// Throws KorelCtlException when the host has the role, with which it takes no disks into use.
+void CheckNoKorelMax(Store& store, const Host& host);
 
 /// "OFF", or "ENTERING" while there is a maintenance operation.
 std::string MaintenanceState(Store& store, const Host& host);

@@ -29,19 +29,6 @@ std::optional<Host> FirstHost(Store& store) {
   return ReadHost(row);
 }
 
-void AddDevice(Store& store, std::int64_t host, const std::string& hostName,
-               const DeviceInventory& device) {
-  const char* kind = !device.isFlash          ? "Spinning disk"
-                     : device.isCapacityFlash ? "Capacity flash"
-                                              : "Caching flash";
-  Execute(store,
-          "INSERT INTO devices (host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, model)"
-          " VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
-          host, device.name, DerivedUuid("device " + hostName + " " + device.name), device.isFlash,
-          device.isCapacityFlash, device.sizeGb, device.vendor,
-          device.model.empty() ? std::string(kind) : device.model);
-}
-
 /// For a message: the first few.
 std::string HostNames(Store& store) {
   constexpr std::size_t kMostNames = 20;
@@ -91,6 +78,18 @@ std::vector<Host> AllHosts(Store& store) {
   return hosts;
 }
 
+void InsertDevice(Store& store, std::int64_t host, const DeviceInventory& device,
+                  const std::string& uuid) {
+  const char* kind = !device.isFlash          ? "Spinning disk"
+                     : device.isCapacityFlash ? "Capacity flash"
+                                              : "Caching flash";
+  Execute(store,
+          "INSERT INTO devices (host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, model)"
+          " VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
+          host, device.name, uuid, device.isFlash, device.isCapacityFlash, device.sizeGb,
+          device.vendor, device.model.empty() ? std::string(kind) : device.model);
+}
+
 void AddHost(Store& store, const HostInventory& inventory) {
   CheckPlainName("host", inventory.name);
   if (FindHost(store, inventory.name)) {
@@ -98,7 +97,9 @@ void AddHost(Store& store, const HostInventory& inventory) {
   }
   const auto host = Insert(store, "INSERT INTO hosts (name, nodeUuid) VALUES (?, ?)",
                            inventory.name, DerivedUuid("node " + inventory.name));
-  for (const auto& device : inventory.devices) AddDevice(store, host, inventory.name, device);
+  for (const DeviceInventory& device : inventory.devices) {
+    InsertDevice(store, host, device, DerivedUuid("device " + inventory.name + " " + device.name));
+  }
   for (std::size_t i = 0; i < inventory.interfaces.size(); ++i) {
     Execute(store, "INSERT INTO interfaces (host, name, position) VALUES (?, ?, ?)", host,
             inventory.interfaces[i], static_cast<std::int64_t>(i));

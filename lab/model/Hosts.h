@@ -29,6 +29,9 @@ std::optional<Host> FindCurrentHost(Store& store);
 Host HostNamed(Store& store, const std::string& name);
 /// In the order in which they were added.
 std::vector<Host> AllHosts(Store& store);
+/// Adds the device to the host of that id, as it is said.
+void InsertDevice(Store& store, std::int64_t host, const DeviceInventory& device,
+                  const std::string& uuid);
 /// Adds a host, with UUIDs that follow from the names of the host and its devices, and
 /// the trace daemon running. Throws KorelCtlException when the name is taken or malformed.
 void AddHost(Store& store, const HostInventory& inventory);

@@ -11,8 +11,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::int64_t kMaxSizeGb = 1'000'000;
-
 /// The value of the key; null when the object has none.
 const Json& PartOf(const Json& object, const char* key) {
   static const Json none;

@@ -7,6 +7,9 @@
 
 namespace lab {
 
+/// The size of the largest device.
+inline constexpr std::int64_t kMaxSizeGb = 1'000'000;
+
 /// What one device of a new host is.
 struct DeviceInventory {
   std::string name;

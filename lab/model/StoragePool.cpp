@@ -5,6 +5,7 @@
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Evacuation.h"
+#include "lab/model/HostState.h"
 
 namespace lab {
 namespace {
@@ -13,27 +14,26 @@ constexpr std::int64_t kBytesPerGb = 1'000'000'000;
 constexpr std::int64_t kPool = 0;
 
 void CheckMayJoin(const Devices& devices, const Device& device) {
-  CheckUnclaimed(devices, device);
-  if (!device.isFlash) {
-    Fail("device ", Quoted(device.name), " is not flash, as the storage pool needs");
-  }
-  if (device.isKorelDirect) {
-    Fail("device ", Quoted(device.name),
-         " is tagged korelDirect and cannot be in the storage pool");
-  }
+  CheckClaimable(devices, device);
+  if (device.isFlash) return;
+  Fail("device ", Quoted(device.name),
+       " is not flash, as the storage pool needs; 'autocli lab disk list' says which devices are");
 }
 
 void CheckInPool(const Devices& devices, const Device& device) {
   if (device.IsInPool()) return;
-  if (!device.claim) Fail("device ", Quoted(device.name), " is not in the storage pool");
+  if (!device.claim) {
+    Fail("device ", Quoted(device.name),
+         " is not in the storage pool; 'korel storagepool list' lists what is");
+  }
   Fail("device ", Quoted(device.name), " is in disk group ", Quoted(GroupOf(devices, device).name),
-       ", not in the storage pool");
+       ", not in the storage pool; ", RemovalCommand(devices, device), " removes it");
 }
 
 void Remove(Store& store, const Host& host, const Devices& devices, const Device& device,
             Evacuation evacuation) {
   CheckInPool(devices, device);
-  Evacuate(store, host, {&device}, evacuation);
+  Evacuate(store, host, devices, {&device}, evacuation);
   DeleteClaim(store, device);
 }
 
@@ -42,6 +42,7 @@ void Remove(Store& store, const Host& host, const Devices& devices, const Device
 void AddPoolDisks(Store& store, const Host& host, const std::vector<std::string>& devices) {
   if (devices.empty()) Fail("no device is named for the storage pool");
   CheckNamedOnce(devices);
+  CheckNoKorelMax(store, host);
   const Devices known = DevicesOf(store, host);
   const std::string now = UtcNow();
   for (const std::string& name : devices) {

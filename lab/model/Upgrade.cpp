@@ -18,15 +18,17 @@
 namespace lab {
 namespace {
 
-constexpr int kLastOldVersion = static_cast<int>(kOldMigrations.size());
-static_assert(kLastOldVersion + 1 == kSchemaVersion);
-constexpr int kFirstVersionWithFiles = 4;
+/// The last one without a memory, and with files of hosts in a folder.
+constexpr int kLastMigrated = static_cast<int>(kOldMigrations.size());
 
-/// The tables of the version before, which step by step became what they are.
-std::vector<std::string> OldTables() {
+/// The tables that the older lab has, by names of today.
+std::vector<std::string> OldTables(Store& store) {
   std::vector<std::string> tables;
   for (const auto& [name, sql] : kTables) tables.emplace_back(name);
   tables.emplace_back(kHistory.name);
+  std::erase_if(tables, [&](const std::string& table) {
+    return !Exists(store, "SELECT 1 FROM sqlite_schema WHERE name = ?", table);
+  });
   return tables;
 }
 
@@ -42,27 +44,39 @@ void MoveRowsOf(Store& store, const std::string& table) {
 
 /// Makes every table from scratch and moves the rows, so that the file holds what a new one would.
 void MoveRows(Store& store) {
+  for (const std::string& index :
+       Texts(store, "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL")) {
+    RunScript(store, "DROP INDEX " + index);
+  }
+  const std::vector<std::string> tables = OldTables(store);
   // Or other tables' references would follow.
   RunScript(store, "PRAGMA legacy_alter_table = ON");
-  for (const std::string& table : OldTables()) {
+  for (const std::string& table : tables) {
     RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
   }
   RunScript(store, "PRAGMA legacy_alter_table = OFF");
-  for (const auto& [name, sql] : kIndexes) RunScript(store, std::string("DROP INDEX ") + name);
   MakeSchema(store);
-  for (const std::string& table : OldTables()) MoveRowsOf(store, table);
+  for (const std::string& table : tables) MoveRowsOf(store, table);
 }
 
-/// What the entries of the memory changed are changes of the new tables from now on. One that is
-/// damaged stays as it is.
+/// The memory told the rows of the old tables.
 void WidenMemory(Store& store) {
-  for (const Entry& entry : EntriesAfter(store, 0)) {
-    if (!entry.changes) continue;
+  auto entries = EntriesAfter(store, 0);
+  std::int64_t grown = 0;
+  for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+    std::string changes = entry->changes.value_or("");
     try {
-      ReplaceChanges(store, entry.number, Widened(store, *entry.changes));
+      changes = Widened(store, changes);
     } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
-      continue;
+      // One that is damaged hides no other; 'lab check' names it.
     }
+    const auto more = std::ssize(changes) - std::ssize(entry->changes.value_or(""));
+    grown += more;
+    Execute(store,
+            "UPDATE history SET version = ?, size = size + ?, total = total + ?, "
+            "changes = CASE WHEN changes IS NULL THEN NULL ELSE CAST(? AS BLOB) END "
+            "WHERE number = ?",
+            kSchemaVersion, more, grown, changes, entry->number);
   }
 }
 
@@ -90,7 +104,7 @@ std::string UpgradeSchema(Store& store) {
   // Older programs marked a lab whose hosts had been replaced, and their files not yet.
   const bool hasNewHosts = noted < 0;
   const int version = hasNewHosts ? -noted : noted;
-  if (version > kLastOldVersion) {
+  if (version >= kSchemaVersion) {
     throw UnusableLab(store.GetPath(), "the lab " + Quoted(store.GetPath()) +
                                            " is of the unknown version " + std::to_string(noted));
   }
@@ -99,12 +113,15 @@ std::string UpgradeSchema(Store& store) {
     MakeSchema(store);
     return {};
   }
-  for (int from = version; from < kLastOldVersion; ++from) {
+  for (int from = version; from < kLastMigrated; ++from) {
     RunScript(store, kOldMigrations.at(static_cast<std::size_t>(from)));
   }
   MoveRows(store);
-  WidenMemory(store);
-  if (version < kFirstVersionWithFiles) TakeFiles(store, !hasNewHosts);
+  if (version <= kLastMigrated) {
+    TakeFiles(store, !hasNewHosts);
+  } else {
+    WidenMemory(store);
+  }
   return "brings the lab up to date from version " + std::to_string(version);
 }
 

@@ -46,6 +46,7 @@ Node Tree() {
         {Verb(
              "add",
              "Add a host with the standard devices and interfaces. KOREL_LAB_HOST picks the host that commands act on."),
+         Verb("remove", "Take a host that is in no cluster out of the lab, with all that it has."),
          Verb("list", "List the hosts of the lab."),
          Verb("set", "Change the fault domain of a host, or what it is to the clusters it is in."),
          Verb(
@@ -65,16 +66,23 @@ Node Tree() {
         {Verb(
             "set",
             "Set the resync workload of the host's busiest disk group. \"korel resync bandwidth get\" shows it, or the throttle when that is less.")}},
-       {"disk",
-        "Devices of the host",
-        {Verb("list", "List the devices of the host, in use or not, and what they are fit for."),
-         Verb(
-             "set",
-             "Make a device of the host unhealthy or healthy, or its on-disk format an older one, to see what mounting and rebuilding make of it.")}},
        {"interface",
         "Network interfaces of the host",
-        {Verb("list",
+        {Verb("add", "Put a network interface into the host, after those that it has."),
+         Verb("remove",
+              "Take a network interface out of the host, one that nothing is configured for."),
+         Verb("list",
               "List the network interfaces of the host, and which Korel traffic each carries.")}},
+       {"disk",
+        "Devices of the host",
+        {Verb(
+             "add",
+             "Put a device into the host. It has a UUID of its own, also under the name of one that was taken out."),
+         Verb("remove", "Take a device that is not in use out of the host."),
+         Verb("list", "List the devices of the host, in use or not, and what they are fit for."),
+         Verb(
+             "set",
+             "Make a device of the host what commands are to find: unhealthy, holding data or partitions, of an older on-disk format, encrypted, without its key, with a wrong checksum.")}},
        {"daemon",
         "Trace daemon of the host",
         {Verb("stop", "Stop the trace daemon of the host, as if Korel were not enabled on it."),

@@ -97,15 +97,6 @@ void Remember(Store& store, const Origin& origin, const Changeset* changes) {
   Forget(store, newest);
 }
 
-void ReplaceChanges(Store& store, std::int64_t number, const Changeset& changes) {
-  SQLite::Statement update(store.GetDatabase(),
-                           "UPDATE history SET version = ?, changes = ? WHERE number = ?");
-  SQLite::bind(update, kSchemaVersion);
-  update.bind(2, changes.data(), static_cast<int>(changes.size()));
-  update.bind(3, number);
-  update.exec();
-}
-
 std::vector<Entry> NewestEntries(Store& store, std::int64_t most) {
   static const auto& sql = *new std::string(std::string(kSelect) + "ORDER BY number DESC LIMIT ?");
   return ReadEntries(store, sql, most);

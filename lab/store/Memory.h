@@ -27,9 +27,6 @@ struct Entry {
 /// forgets the oldest ones.
 void Remember(Store& store, const Origin& origin, const Changeset* changes);
 
-/// Gives an entry of an older version the same changes as they are in this one.
-void ReplaceChanges(Store& store, std::int64_t number, const Changeset& changes);
-
 /// The entries, the newest first; at most `most` of them.
 std::vector<Entry> NewestEntries(Store& store, std::int64_t most);
 /// The entries with a larger number, the newest first.

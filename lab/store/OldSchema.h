@@ -1,11 +1,12 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 namespace lab {
 
-/// The schema of older labs as it grew: entry N takes one from version N to N + 1, the last one to
-/// the version before kSchemaVersion. These were released and do not change.
+/// The schema of the oldest labs as it grew: entry N takes one from version N to N + 1, the last
+/// one to version 3. All that is here was released and does not change.
 inline constexpr std::array kOldMigrations{R"sql(
 CREATE TABLE hosts (
   id INTEGER PRIMARY KEY,
@@ -146,25 +147,10 @@ CREATE TABLE traceOptions (       -- as the trace daemon was told last
   value TEXT NOT NULL,
   PRIMARY KEY (host, name)
 ) STRICT, WITHOUT ROWID;
-)sql",
-                                           R"sql(
-PRAGMA legacy_alter_table = ON;  -- or other tables' references would follow
-ALTER TABLE hosts RENAME TO old_hosts;
-ALTER TABLE interfaces RENAME TO old_interfaces;
-ALTER TABLE devices RENAME TO old_devices;
-ALTER TABLE claims RENAME TO old_claims;
-ALTER TABLE clusters RENAME TO old_clusters;
-ALTER TABLE memberships RENAME TO old_memberships;
-ALTER TABLE datastores RENAME TO old_datastores;
-ALTER TABLE mounts RENAME TO old_mounts;
-ALTER TABLE agents RENAME TO old_agents;
-ALTER TABLE networkConfigs RENAME TO old_networkConfigs;
-ALTER TABLE policies RENAME TO old_policies;
-ALTER TABLE traceOptions RENAME TO old_traceOptions;
-ALTER TABLE features RENAME TO old_features;
-ALTER TABLE faults RENAME TO old_faults;
-PRAGMA legacy_alter_table = OFF;
-CREATE TABLE hosts (
+)sql"};
+
+/// The schema of version 4 as a whole, to the letter as files keep it.
+inline constexpr const char* kVersion4 = R"sql(CREATE TABLE hosts (
   id INTEGER PRIMARY KEY,
   name TEXT NOT NULL UNIQUE,
   nodeUuid TEXT NOT NULL UNIQUE,
@@ -316,34 +302,15 @@ CREATE INDEX mountsInOrder ON mounts (cluster, name);
 CREATE INDEX mountsOfDatastore ON mounts (datastore);
 CREATE INDEX agentsOfCluster ON agents (host, cluster, type, supportsUnicast, address);
 CREATE INDEX witnessAgents ON agents (host) WHERE type = 1;
-INSERT INTO hosts SELECT *, 1, NULL, NULL FROM old_hosts;
-DROP TABLE old_hosts;
-INSERT INTO interfaces SELECT * FROM old_interfaces;
-DROP TABLE old_interfaces;
-INSERT INTO devices SELECT * FROM old_devices;
-DROP TABLE old_devices;
-INSERT INTO claims SELECT * FROM old_claims;
-DROP TABLE old_claims;
-INSERT INTO clusters SELECT * FROM old_clusters;
-DROP TABLE old_clusters;
-INSERT INTO memberships SELECT * FROM old_memberships;
-DROP TABLE old_memberships;
-INSERT INTO datastores SELECT * FROM old_datastores;
-DROP TABLE old_datastores;
-INSERT INTO mounts SELECT * FROM old_mounts;
-DROP TABLE old_mounts;
-INSERT INTO agents SELECT * FROM old_agents;
-DROP TABLE old_agents;
-INSERT INTO networkConfigs SELECT * FROM old_networkConfigs;
-DROP TABLE old_networkConfigs;
-INSERT INTO policies SELECT * FROM old_policies;
-DROP TABLE old_policies;
-INSERT INTO traceOptions SELECT * FROM old_traceOptions;
-DROP TABLE old_traceOptions;
-INSERT INTO features SELECT * FROM old_features;
-DROP TABLE old_features;
-INSERT INTO faults SELECT * FROM old_faults;
-DROP TABLE old_faults;
-)sql"};
+)sql";
+
+/// What made the tables of a lab of that version, 1 to 4.
+inline std::string OldSchemaScript(int version) {
+  const auto steps = static_cast<std::size_t>(version);
+  if (steps > kOldMigrations.size()) return kVersion4;
+  std::string script;
+  for (std::size_t from = 0; from < steps; ++from) script += kOldMigrations[from];
+  return script;
+}
 
 }  // namespace lab

@@ -16,7 +16,8 @@ struct SchemaObject {
 /// The schema: a table follows those that it refers to. A lab's file holds exactly this.
 ///
 /// Every table has a primary key, so that the memory can name its rows, and none is AUTOINCREMENT,
-/// which would keep a count that taking back does not restore.
+/// which would keep a count that taking back does not restore. A new column comes last in its table
+/// and can be left out of an INSERT: so an older lab's rows and memory can be taken over.
 inline constexpr auto kTables = std::to_array<SchemaObject>({
     {"hosts", R"sql(CREATE TABLE hosts (
   id INTEGER PRIMARY KEY,
@@ -49,6 +50,7 @@ inline constexpr auto kTables = std::to_array<SchemaObject>({
   model TEXT NOT NULL,
   isKorelDirect INTEGER NOT NULL DEFAULT 0,
   isHealthy INTEGER NOT NULL DEFAULT 1,
+  occupant INTEGER,               -- 1: partitions, 2: another host
   UNIQUE (host, name)
 ) STRICT)sql"},
     {"claims", R"sql(CREATE TABLE claims (
@@ -57,7 +59,10 @@ inline constexpr auto kTables = std::to_array<SchemaObject>({
   formatVersion INTEGER NOT NULL,
   claimedAt TEXT NOT NULL,
   isMounted INTEGER NOT NULL DEFAULT 1,
-  usedGb INTEGER NOT NULL         -- of data
+  usedGb INTEGER NOT NULL,        -- of data
+  efficiency INTEGER,             -- 1: deduplication and compression, 2: compression
+  encryption INTEGER,             -- NULL: none, 0: its key is missing, 1: its key is loaded
+  wrongChecksum INTEGER           -- 1: the disk's, 2: that of its encryption metadata
 ) STRICT)sql"},
     {"clusters", R"sql(CREATE TABLE clusters (
   id INTEGER PRIMARY KEY,

@@ -33,9 +33,7 @@ const SchemaTexts& CurrentSchema() {
 SchemaTexts SchemaOfVersion(int version) {
   // As the file keeps it after all its changes: SQLite knows best.
   SQLite::Database scratch(":memory:", SQLite::OPEN_READWRITE);
-  for (int from = 0; from < version; ++from) {
-    scratch.exec(kOldMigrations.at(static_cast<std::size_t>(from)));
-  }
+  scratch.exec(OldSchemaScript(version));
   SchemaTexts schema;
   SQLite::Statement rows(scratch, kSelect);
   while (rows.executeStep()) {

@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <algorithm>
 
 #include "tests/e2e/Program.h"
@@ -49,7 +51,6 @@ TEST_F(Lab, KeepsAFileOfAHostByteForByte) {
 TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
   Do("korel cluster new --client-mode");
   EXPECT_EQ(Ask("lab host list")["result"][0]["Node Type"], "client");
-  EXPECT_EQ(Ask("lab disk list")["result"][0]["Data"], "0 GB");
   const json cluster = Ask("lab cluster list")["result"][0];
   EXPECT_EQ(cluster["Members"], json::array({"host1"}));
   const json shown = Ask("lab cluster show -u " + cluster["UUID"].get<std::string>())["result"];
@@ -77,6 +78,64 @@ TEST_F(Lab, ListsInterfacesWithWhatTheyCarryNow) {
       Ask("lab interface list")["result"],
       (json{row("hsk0", true, true, {"korel", "witness"}), row("hsk1", false, true, json::array()),
             row("hsk2", false, false, json::array())}));
+}
+
+TEST_F(Lab, SaysTheWayOutForDisksThatAreNotHealthy) {
+  const std::string cache = "mpx.dkhba0:C0:T1:L0";
+  const std::string first = "mpx.dkhba2:C0:T1:L0";
+  const std::string second = "mpx.dkhba2:C0:T2:L0";
+  Do("korel storage add --ssd " + cache + " --disks " + first + " --disks " + second);
+  Do("korel storage add --ssd mpx.dkhba0:C0:T2:L0 --disks mpx.dkhba2:C0:T3:L0");
+  for (const std::string& disk : {first, second}) Do("lab disk set --data 100 --device " + disk);
+  Do("lab save --file " + (folder / "ready"));
+  /// Does what refusals say comes next, until the line is done; answers what is said last.
+  const auto follow = [&](const std::string& wanted) {
+    std::string line = wanted;
+    for (int steps = 0; steps < 9; ++steps) {
+      const Ended ended = Run(line);
+      const std::size_t command = ended.err.find("'korel storage ");
+      if (line == wanted && (ended.status == 0 || command == std::string::npos ||
+                             ended.err.find("'korel storage list'") != std::string::npos)) {
+        return ended.err;
+      }
+      const std::size_t end = ended.err.find('\'', command + 1);
+      line = ended.status == 0 ? wanted : ended.err.substr(command + 1, end - command - 1);
+    }
+    return "in circles: " + wanted;
+  };
+  const std::string sick = "lab disk set --healthy false --device ";
+  const std::string down = "korel storage diskgroup unmount --ssd " + cache;
+  const std::string all = " --evacuation-mode evacuateAllData --";
+  const std::vector<std::string> troubles[] = {{sick + first},
+                                               {sick + first, down},
+                                               {sick + cache},
+                                               {sick + cache, down},
+                                               {sick + first, down, sick + second},
+                                               {"korel storage diskgroup unmount --disk " + first}};
+  const std::string wishes[] = {
+      "diskgroup mount --ssd " + cache,
+      "diskgroup mount --disk " + first,
+      "remove" + all + "disk " + first,
+      "remove" + all + "ssd " + cache,
+      "diskgroup unmount --evacuation-mode EvacuateAllData --ssd " + cache,
+      "diskgroup rebuild" + all + "ssd " + cache,
+      "diskgroup rebuild --force" + all + "ssd " + cache,
+      "add --disks mpx.dkhba2:C0:T4:L0 --ssd " + cache};
+  // What is so already, was taken out of use on the way, takes another option of the line, or
+  // another device.
+  const auto isEnd = testing::AnyOf(
+      "", testing::HasSubstr("mounted already"), testing::HasSubstr("in no disk group"),
+      testing::HasSubstr("is not the caching device of a disk group"),
+      testing::HasSubstr("--force leaves them out"), testing::HasSubstr("'autocli lab disk add'"));
+  for (const auto& trouble : troubles) {
+    for (const std::string& wish : wishes) {
+      Do("lab load --file " + (folder / "ready"));
+      for (const std::string& line : trouble) Do(line);
+      EXPECT_THAT(follow("korel storage " + wish), isEnd)
+          << trouble.front() << ", " << trouble.back();
+      EXPECT_EQ(Run("lab check").err, "");
+    }
+  }
 }
 
 TEST_F(Lab, IsNotChangedByCompletion) {

@@ -60,14 +60,16 @@ TEST_F(CallTest, EachOperationIsOneLineAndConversionsAreNone) {
   EXPECT_EQ(nlohmann::json::parse(lines.back())["arguments"][0],
             "a\n\x1b[2J\xef\xbf\xbd\"\\ \xc3\xa9");
   lines.pop_back();
-  EXPECT_THAT(lines,
-              ElementsAre(R"({"host":"host1","operation":"GetKorelInfo","arguments":[]})",
-                          R"({"host":"host1","operation":"CreateCluster","arguments":[")" +
-                              kClusterA + R"(",true,false]})",
-                          R"({"host":"host1","operation":"AddDisks","arguments":["a",["b","c"]],)"
-                          R"("error":"the host has no device 'a'"})",
-                          R"({"host":"host1","line":7,"operation":)"
-                          R"("IsFeatureEnabled","arguments":[373]})"));
+  EXPECT_THAT(
+      lines,
+      ElementsAre(
+          R"({"host":"host1","operation":"GetKorelInfo","arguments":[]})",
+          R"({"host":"host1","operation":"CreateCluster","arguments":[")" + kClusterA +
+              R"(",true,false]})",
+          R"({"host":"host1","operation":"AddDisks","arguments":["a",["b","c"]],)"
+          R"("error":"the host has no device 'a'; 'autocli lab disk list' lists those that it has"})",
+          R"({"host":"host1","line":7,"operation":)"
+          R"("IsFeatureEnabled","arguments":[373]})"));
 }
 
 TEST_F(CallTest, LogThatCannotBeWrittenIsRefusedBeforeAnythingChanges) {

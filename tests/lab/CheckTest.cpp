@@ -26,7 +26,7 @@ UPDATE hosts SET name = 'a' || char(0) || 'b' -> is not a host name
 UPDATE hosts SET faultDomain = ''           -> host 'host1': a fault domain name has 1 to 256
 UPDATE hosts SET nodeUuid = 'x'             -> 'host1': 'x' is not a UUID
 UPDATE hosts SET nodeUuid = upper(nodeUuid) -> is not in lower case
-UPDATE hosts SET isKorelMax = 1             -> host 'host1' is a Korel Max host with disk groups
+UPDATE hosts SET isKorelMax = 1             -> host 'host1' is a Korel Max host with disks in use
 UPDATE hosts SET isKorelMax = 1; DELETE FROM memberships -> is a Korel Max host without a cluster
 DELETE FROM memberships                     -> ' has no member
 UPDATE clusters SET rekeyMinutes = 29 / UPDATE clusters SET rekeyMinutes = 10081 -> ' has a value
@@ -39,14 +39,19 @@ UPDATE memberships SET nodeType = 3         -> the membership of host 'host1' ha
 UPDATE devices SET isCapacityFlash = 1 WHERE NOT isFlash -> is tagged capacityFlash and is not flash
 UPDATE devices SET isKorelDirect = 1        -> is tagged korelDirect and claimed
 UPDATE devices SET sizeGb = 0 WHERE id = 9  -> has a value out of its range
-UPDATE claims SET usedGb = 5000 WHERE usedGb > 0 -> has a value out of its range
+UPDATE claims SET usedGb = 5000 WHERE device > 1 -> has a value out of its range
 UPDATE claims SET formatVersion = 21        -> has a value out of its range
+UPDATE devices SET occupant = 3 / UPDATE claims SET efficiency = 0 / UPDATE claims SET encryption = 2 / UPDATE claims SET wrongChecksum = 0 -> has a value out of its range
+UPDATE devices SET occupant = 2             -> is claimed, and has partitions or is in use by
+UPDATE claims SET efficiency = 2 WHERE device = cachingDevice / UPDATE claims SET encryption = 0 WHERE device > 1 -> 'mpx.dkhba2:C0:T1:L0' is not deduplicated, compressed or encrypted as
+UPDATE claims SET efficiency = 1            -> 'mpx.dkhba2:C0:T1:L0' is deduplicated or compressed and is not flash
+UPDATE claims SET wrongChecksum = 2         -> has encryption metadata and is not encrypted
 UPDATE devices SET isFlash = 1              -> serves a disk group for capacity and is not for that
 UPDATE claims SET cachingDevice = device    -> 'mpx.dkhba2:C0:T1:L0' cannot serve a disk group for caching
 UPDATE claims SET cachingDevice = NULL WHERE device = cachingDevice -> is in a disk group that is none
 UPDATE claims SET cachingDevice = NULL      -> is in the storage pool and is not flash
-INSERT INTO claims SELECT id, 1, 20, '', 1, 0 FROM devices WHERE id BETWEEN 3 AND 4 OR id > 5 -> disk group 'mpx.dkhba0:C0:T1:L0' has more than 6
-INSERT INTO claims SELECT id, id, 20, '', 1, 0 FROM devices WHERE id IN (2, 3, 4, 6) -> host 'host1' has more than 4 disk groups
+INSERT INTO claims SELECT id, 1, 20, '', 1, 0, NULL, NULL, NULL FROM devices WHERE id BETWEEN 3 AND 4 OR id > 5 -> disk group 'mpx.dkhba0:C0:T1:L0' has more than 6
+INSERT INTO claims SELECT id, id, 20, '', 1, 0, NULL, NULL, NULL FROM devices WHERE id IN (2, 3, 4, 6) -> host 'host1' has more than 4 disk groups
 INSERT INTO mounts SELECT cluster, id, 'm' FROM datastores -> 'm' is one of the cluster itself
 INSERT INTO mounts SELECT cluster, id, 'ds' FROM datastores -> name 'ds' is there twice in a cluster
 UPDATE networkConfigs SET ttl = 0           -> the configuration of interface 'hsk0' has a value

@@ -258,15 +258,16 @@ TEST_F(HostStateTest, PoliciesAreEachHostsOwnSetPerClassAndClearedTogether) {
 )");
 }
 
-TEST_F(HostStateTest, KorelMaxAndDiskGroupsExcludeEachOther) {
+TEST_F(HostStateTest, KorelMaxAndDisksInUseExcludeEachOther) {
   MakeHosts("c1 s1 c2 / c1 s1");
   ASSERT_EQ(Play("1 create A; 2 join A"), "");
   ExpectRefusals(R"(
-1 claim c1 s1; 1 max on -> the host has disk groups; they must be removed before...
-1 max on; 1 claim c1 s1 -> the host has the Korel Max role, which takes no disk groups
+1 claim c1 s1; 1 max on -> the host has disk groups; they must be removed before...: 'korel storage remove --ssd'
+1 pool c2; 1 max on     -> the host has disks in its storage pool; they must be removed...: 'korel storagepool remove --disk'
+1 max on; 1 claim c1 s1 / 1 max on; 1 pool c2 -> the host has the Korel Max role, with which it takes no disks into use; 'korel cluster korelmax set...
 )");
   Expect([] { return ""; }, R"(
-2 claim c1 s1; 1 max on; 1 pool c2 / 1 pool c2; 1 max on; 2 claim c1 s1 ->
+2 claim c1 s1; 1 max on; 1 max on ->
 1 max on; 1 max off; 1 claim c1 s1; 1 max off; 1 ungroup c1; 1 max on ->
 )");
 }

@@ -117,7 +117,7 @@ TEST_F(MemoryTest, NothingIsTakenBackThatWouldBreakARule) {
   Sql("UPDATE history SET command = 4 WHERE number IN (4, 6)");
   ExpectRefused(lab::UndoLastCommand,
                 "entry 4 cannot be taken back: then host 'host1' is a Korel "
-                "Max host with disk groups");
+                "Max host with disks in use");
 }
 
 TEST_F(MemoryTest, EntriesSayWhoDidWhatAndWhatItIsCalledThen) {

@@ -8,6 +8,7 @@
 
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
+#include "lab/model/Hardware.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/HostState.h"
 #include "lab/model/Inventory.h"
@@ -94,6 +95,11 @@ struct Act {
     return (*this)[i] == "so" ? std::nullopt : std::optional(static_cast<int>(Number(i)));
   }
   Tovrin::Korel::Uuid Uuid() const { return KorelUtil::StringToKorelUuid(words.at(0)); }
+  /// The second word by its first letter, of those of the values.
+  template <typename Enum>
+  Enum OneOf(const char* letters) const {
+    return static_cast<Enum>(std::string(letters).find(words.at(1)[0]));
+  }
   /// The first word is a UUID, and so no name of a device.
   bool IsUuid() const { return (*this)[0].size() == kZeros.size(); }
   /// Normal hosts, nodes, witnesses, metadata nodes and remote ones by their first letters.
@@ -155,6 +161,21 @@ const std::map<std::string, void (*)(A)> kVerbs = {
      [](A a) {
        lab::ChangeLab([&](lab::Store& store) { lab::AddHost(store, lab::StandardHost(a[0])); });
      }},
+    {"removehost",
+     [](A a) {
+       lab::ChangeLab(
+           [&](lab::Store& store) { lab::RemoveHost(store, lab::HostNamed(store, a[0])); });
+     }},
+    {"plug",
+     [](A a) {
+       Own(lab::AddDevice, lab::DeviceInventory{.name = a[0],
+                                                .isFlash = a.Has("flash"),
+                                                .isCapacityFlash = a.Has("tagged"),
+                                                .sizeGb = a.Number(1)});
+     }},
+    {"unplug", [](A a) { Own(lab::RemoveDevice, a[0]); }},
+    {"wire", [](A a) { Own(lab::AddInterface, a[0]); }},
+    {"unwire", [](A a) { Own(lab::RemoveInterface, a[0]); }},
     {"option",
      [](A a) {
        KorelUtil::SetTracedLogOptions({{a[0], a[1]}, {"urgent_num_of_files", "3"}});
@@ -223,6 +244,11 @@ const std::map<std::string, void (*)(A)> kVerbs = {
     {"undirect", [](A a) { a->RemoveKorelDirectTag(a[0]); }},
     {"sick", [](A a) { Own(lab::SetHealth, a[0], false); }},
     {"well", [](A a) { Own(lab::SetHealth, a[0], true); }},
+    {"occupied", [](A a) { Own(lab::SetOccupant, a[0], a.OneOf<lab::Occupant>("npo")); }},
+    {"saving", [](A a) { Own(lab::SetEfficiency, a[0], a.OneOf<lab::Efficiency>("ndc")); }},
+    {"encrypted", [](A a) { Own(lab::SetEncryption, a[0], a.OneOf<lab::DiskEncryption>("nml")); }},
+    {"wrong", [](A a) { Own(lab::SetWrongChecksum, a[0], a.OneOf<lab::WrongChecksum>("nde")); }},
+    {"data", [](A a) { Own(lab::SetData, a[0], a.Number(1)); }},
     {"format", [](A a) { Own(lab::SetFormatVersion, a[0], static_cast<int>(a.Number(1))); }},
 };
 
@@ -241,7 +267,8 @@ const std::pair<const char*, std::string> kShort[] = {
     {"all", "EvacuateAllData"},
     {"half", "EnsureObjectAccessibility"},
     {"@conf", lab::kTraceConfigFile},
-    {"in-the", "on other mounted capacity disks of the"}};
+    {"in-groups", "on other mounted disks of the disk groups"},
+    {"in-pool", "on other mounted disks of the storage pool"}};
 
 /// Of the host that is stood on.
 std::string UuidOfDevice(const std::string& name) {
@@ -408,7 +435,9 @@ ClustersTest::ClustersTest() {
 
 DisksTest::DisksTest() {
   MakeHosts("c1 c2 c3 s1 s2 s3 s4 f1=40 f2=40");
-  EXPECT_EQ(Play("1 claim c1 s1 s2; 1 claim c2 s3; 1 pool f1"), "");
+  EXPECT_EQ(Play("1 claim c1 s1 s2; 1 claim c2 s3; 1 pool f1; 1 data s1 100; 1 data s2 100; "
+                 "1 data s3 100; 1 data f1 10"),
+            "");
 }
 
 }  // namespace lab_test

@@ -125,7 +125,8 @@ void MakeHosts(const std::string& hosts);
 /// capacity disk, and a minus at what is not mounted: "c1(s1:100 s2:0-) c2-(s3:100-) pool(f1:10)".
 std::string Groups();
 
-/// A host with groups c1 of s1 and s2 and c2 of s3, a pool of f1, and c3, s4 and f2 to spare.
+/// A host with groups c1 of s1 and s2 and c2 of s3, with 100 GB of data on each of these, a pool of
+/// f1, with 10, and c3, s4 and f2 to spare.
 class DisksTest : public RowsTest {
  protected:
   DisksTest();

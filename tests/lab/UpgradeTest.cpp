@@ -4,9 +4,12 @@
 #include "lab/model/Check.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/TraceDaemon.h"
+#include "lab/store/Changeset.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/Memory.h"
 #include "lab/store/OldSchema.h"
+#include "lab/store/Query.h"
+#include "lab/store/Schema.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -19,11 +22,7 @@ class UpgradeTest : public LabTest {
  protected:
   /// Makes a lab of that older version with two hosts, the second of an impossible name.
   static void MakeOld(int version, const std::string& rows = "") {
-    std::string sql;
-    for (int from = 0; from < version; ++from) {
-      sql += lab::kOldMigrations.at(static_cast<std::size_t>(from));
-    }
-    Sql(sql + "PRAGMA user_version = " + std::to_string(version) +
+    Sql(lab::OldSchemaScript(version) + "PRAGMA user_version = " + std::to_string(version) +
         "; PRAGMA application_id = " + std::to_string(lab::kApplicationId) +
         "; INSERT INTO hosts (id, name, nodeUuid) VALUES"
         " (1, 'host1', '11111111-0000-4000-8000-000000000001'),"
@@ -60,8 +59,11 @@ TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {
             "INSERT INTO claims VALUES (2, 2, 15, " +
                 claim + ", (1, 2, 15, " + claim + ";");
     EXPECT_EQ(Groups(), "c-(s:100-) pool()");
-    EXPECT_THAT(State(), testing::HasSubstr("|1|2|15|2025-01-01T00:00:00Z|0|100\n"));
-    EXPECT_EQ(DaemonStatus(), 0) << "without a folder a host is as a fresh one";
+    EXPECT_THAT(State(), testing::HasSubstr("|1|2|15|2025-01-01T00:00:00Z|0|100|||\n"));
+    // Without a folder a host is as a fresh one; version 4 has no folder, and no daemon's file
+    // here.
+    EXPECT_EQ(DaemonStatus(), 0);
+    EXPECT_EQ(Files().size(), version < 4 ? 1U : 0U);
   }
 }
 
@@ -97,6 +99,50 @@ TEST_F(UpgradeTest, TheMemoryTellsWhatItToldBefore) {
   EXPECT_THAT(lab::ReadLab(lab::Problems), testing::IsEmpty());
   EXPECT_EQ(Failure([] { HostControl()->AddDisks("a", {}); }), "x");
   EXPECT_NE(Failure([] { HostControl()->AddDisks("a", {}); }), "x") << "one call was left";
+}
+
+TEST_F(UpgradeTest, TheMemoryIsKeptAndFitsTheNewTables) {
+  const std::string claim =
+      "0000000000000004050100000000000000140314323032362D31312D32325430383A35333A33355A"
+      "010000000000000001010000000000000000";
+  const auto entry = [](int number, const std::string& changes, int total) {
+    const std::string text = std::to_string(number);
+    return "INSERT INTO history VALUES (" + text + ", " + text + ", 7, 'host1', '', '', 4, " +
+           std::to_string(changes.size() / 2) + ", " + std::to_string(total) + ", x'" + changes +
+           "');";
+  };
+  // The device is put into the pool and taken out, the host gets its fault domain.
+  MakeOld(4,
+          "UPDATE hosts SET faultDomain = 'east' WHERE id = 1;"
+          "INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, "
+          "model) VALUES (4, 1, 'f', '22222222-0000-4000-8000-000000000001', 1, 1, 400, '', '');" +
+              entry(1, "5406010000000000636C61696D7300120001" + claim, 76) +
+              entry(2, "5406010000000000636C61696D7300090001" + claim, 152) +
+              entry(3,
+                    "540B0100000000000000000000686F737473001700010000000000000001000005000000000000"
+                    "0000000003046561737400000000000000",
+                    208) +
+              entry(4, "5401", 210));
+  lab::ChangeLab([](lab::Store& store) {
+    EXPECT_TRUE(lab::Texts(store,
+                           "SELECT number FROM history h WHERE size <> length(changes) OR total <> "
+                           "(SELECT sum(size) FROM history WHERE number <= h.number)")
+                    .empty());
+    const auto entries = lab::EntriesAfter(store, 0);
+    ASSERT_EQ(entries.size(), 5U) << "and the one that brought the lab up to date";
+    const auto takeBack = [&](std::size_t i) {
+      EXPECT_EQ(entries[i].version, lab::kSchemaVersion);
+      return lab::Apply(store, lab::Inverted(store, *entries[i].changes));
+    };
+    EXPECT_TRUE(takeBack(2));
+    EXPECT_EQ(lab::AllHosts(store).front().faultDomain, "host1");
+    EXPECT_TRUE(takeBack(3));
+    EXPECT_THAT(lab::Texts(store, "SELECT device || claimedAt FROM claims"),
+                ElementsAre("42026-11-22T08:53:35Z"));
+    EXPECT_TRUE(takeBack(4));
+    EXPECT_THAT(lab::Texts(store, "SELECT device FROM claims"), testing::IsEmpty());
+    EXPECT_EQ(entries[1].changes->size(), 2U) << "one that is damaged stays as it is";
+  });
 }
 
 TEST_F(UpgradeTest, HostFilesAreReadInOnceAndNothingIsFollowed) {

@@ -23,18 +23,22 @@ TEST(StoragePool, ListsItsOwnDisks) {
                   {"y", "bbbbbbbb-0000-0000-0000-000000000002"},
                   {"z", "cccccccc-0000-0000-0000-000000000003"}};
     host.poolDisks = {"x", "y"};
+    host.usedPoolDisk = "x";
   };
   const Names names = {
       {"$pool", "KorelStoragePoolList{Device="},
       {"$rest",
-       "Is SSD=true, Used by this host=false, In HXDS=false, On-disk format version=0, "
-       "Capacity=7, Is Mounted=false, Creation Time=}"},
+       "Is SSD=true, Used by this host=false, In HXDS=-, On-disk format version=-, "
+       "Capacity=7, Is Mounted=-, Creation Time=-}"},
+      {"$used",
+       "Is SSD=true, Used by this host=true, In HXDS=false, On-disk format version=20, "
+       "Capacity=7, Is Mounted=false, Creation Time=now}"},
       {"$x", "IsStoragePoolDisk x | GetKorelStoragePoolDiskInfo $A true"},
       {"$y", "IsStoragePoolDisk y | GetKorelStoragePoolDiskInfo $B true"}};
   Check({{"two", two}}, names, R"(
 storagepool list -> [] <- GetKorelDisks 0
 ! error: Unable to list storage pool disks: no luck | none
-[two] storagepool list -> [$poolx, KOREL UUID=$A, $rest, $pooly, KOREL UUID=$B, $rest]
+[two] storagepool list -> [$poolx, KOREL UUID=$A, $used, $pooly, KOREL UUID=$B, $rest]
   <- GetKorelDisks 0 | $x | $y | IsStoragePoolDisk z
 [two] storagepool list -u $B -> [$pooly, KOREL UUID=$B, $rest] <- GetKorelDisks 0 | $y
 [two] storagepool list -d z -> error: Unable to find storage pool disk with name: z | none

@@ -227,6 +227,10 @@ void KorelUtil::GetKorelStoragePoolDiskInfo(const Uuid& disk, const KorelDiskLis
   info.korelUuid = KorelUuidToString(disk);
   info.isSsd = true;
   info.capacityBytes = 7;
+  if (info.deviceName != current->usedPoolDisk) return;
+  info.isUsedByThisHost = true;
+  info.onDiskFormatVersion = 20;
+  info.creationTime = "now";
 }
 
 bool KorelUtil::IsStoragePoolDisk(const std::string& device) {

@@ -55,6 +55,7 @@ struct RecordingHost {
   std::int64_t number = 0;           ///< throttle, bandwidth, rekey interval
 
   std::set<std::string> poolDisks;  ///< names
+  std::string usedPoolDisk;         ///< the one of them that the host uses
   std::vector<std::string> skippedDisks;
   std::string root;               ///< where host paths are found
   int status = 0, restarted = 0;  ///< exit statuses of the trace daemon's script
