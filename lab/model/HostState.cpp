@@ -48,12 +48,12 @@ std::shared_ptr<Tovrin::Korel::KorelClusterInfo> ClusterInfo(Store& store, const
 bool IsKorelMax(Store& store, const Host& host) { return Ask(store, host, "isKorelMax") != 0; }
 
 void SetKorelMax(Store& store, const Host& host, bool isEnabled) {
-  if (!IsEnabled(store, host)) Fail("Korel is not enabled on this host: it is in no Korel cluster");
+  RequireEnabled(store, host);
   if (isEnabled && Exists(store,
                           "SELECT 1 FROM claims c JOIN devices d ON d.id = c.device "
                           "WHERE d.host = ? AND c.cachingDevice IS NOT NULL",
                           host.id)) {
-    Fail("the host has disk groups; they must be removed before it can be a Korel Max host");
+    Fail("the host has disk groups; 'korel storage remove' removes them first");
   }
   Set(store, host, "isKorelMax", isEnabled);
 }

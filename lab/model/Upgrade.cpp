@@ -4,6 +4,9 @@
 #include <string_view>
 
 #include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
+#include "lab/model/Agents.h"
+#include "lab/model/Clusters.h"
 #include "lab/model/OldFiles.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
@@ -15,26 +18,89 @@
 namespace lab {
 namespace {
 
-constexpr int kLastOldVersion = static_cast<int>(kOldMigrations.size());
-static_assert(kLastOldVersion + 1 == kSchemaVersion);
+constexpr int kLastOldVersion = kSchemaVersion - 1;
+/// Up to this one hosts' files lay in a folder, and there was no memory.
+constexpr int kLastWithFolder = static_cast<int>(kOldMigrations.size());
+
+bool HasTable(Store& store, const std::string& name) {
+  return Exists(store, "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?", name);
+}
+
+/// What the older table lacks gets its default.
+void TakeOver(Store& store, const std::string& table) {
+  const std::string old = "old_" + table;
+  if (!HasTable(store, old)) return;
+  const std::string columns =
+      Joined(Texts(store, "SELECT name FROM pragma_table_info(?) ORDER BY cid", old), ", ");
+  RunScript(store,
+            "INSERT INTO " + table + " (" + columns + ") SELECT " + columns + " FROM " + old);
+  RunScript(store, "DROP TABLE " + old);
+}
 
 /// Makes every table from scratch and moves the rows, so that the file holds what a new one would.
 void MoveRows(Store& store) {
-  const auto isNew = [](std::string_view table) { return table == "files"; };
+  std::vector<std::string> tables;
+  for (const SchemaObject& table : kTables) tables.emplace_back(table.name);
+  tables.emplace_back(kHistory.name);
+  for (const std::string& index :
+       Texts(store, "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL"))
+    RunScript(store, "DROP INDEX " + index);
   // Or other tables' references would follow.
   RunScript(store, "PRAGMA legacy_alter_table = ON");
-  for (const auto& [name, sql] : kTables) {
-    const std::string table = name;
-    if (!isNew(table)) RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
+  for (const std::string& table : tables) {
+    if (HasTable(store, table))
+      RunScript(store, "ALTER TABLE " + table + " RENAME TO old_" + table);
   }
   RunScript(store, "PRAGMA legacy_alter_table = OFF");
   MakeSchema(store);
-  for (const auto& [name, sql] : kTables) {
-    const std::string table = name;
-    if (isNew(table)) continue;
-    const std::string added = table == "hosts" ? ", 1, NULL, NULL" : "";
-    RunScript(store, "INSERT INTO " + table + " SELECT *" + added + " FROM old_" + table);
-    RunScript(store, "DROP TABLE old_" + table);
+  for (const std::string& table : tables) TakeOver(store, table);
+}
+
+void Note(const Store& store, const std::string& what) {
+  std::fprintf(stderr, "note: the lab %s is brought up to date without %s\n",
+               store.GetPath().c_str(), what.c_str());
+}
+
+bool IsFaultDomainName(const std::string& name) {
+  try {
+    CheckFaultDomainName(name);
+    return true;
+  } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
+    return false;
+  }
+}
+
+bool IsPossible(const Agent& agent) {
+  try {
+    CheckedAgent(agent);
+    return true;
+  } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
+    return false;
+  }
+}
+
+/// Takes away what older versions let in and this one calls impossible: a second witness, agents
+/// that stand for no other host, names that cannot be read.
+void DropImpossible(Store& store) {
+  for (const Host& host : AllHosts(store)) {
+    for (const std::string& uuid :
+         Texts(store,
+               "SELECT c.uuid FROM memberships m JOIN clusters c ON c.id = m.cluster "
+               "WHERE m.host = ? AND m.nodeType = 1 AND EXISTS (SELECT 1 FROM memberships o "
+               "WHERE o.cluster = m.cluster AND o.nodeType = 1 AND o.id < m.id)",
+               host.id)) {
+      Note(store, "the further witness " + Quoted(host.name) + " of cluster " + uuid);
+      LeaveCluster(store, host, CheckedUuid(uuid));
+    }
+    for (const Agent& agent : AgentsOf(store, host, true, "")) {
+      if (IsPossible(agent) && agent.nodeUuid != host.nodeUuid) continue;
+      Note(store, "the agent " + Quoted(agent.address) + " of host " + Quoted(host.name));
+      Execute(store, "DELETE FROM agents WHERE host = ? AND address = ? AND uuid = ?", host.id,
+              agent.address, agent.nodeUuid);
+    }
+    if (IsFaultDomainName(host.faultDomain)) continue;
+    Note(store, "the name of the fault domain of host " + Quoted(host.name));
+    ResetFaultDomain(store, host);
   }
 }
 
@@ -62,7 +128,7 @@ std::string UpgradeSchema(Store& store) {
   // Older programs marked a lab whose hosts had been replaced, and their files not yet.
   const bool hasNewHosts = noted < 0;
   const int version = hasNewHosts ? -noted : noted;
-  if (version > kLastOldVersion) {
+  if (version > kLastOldVersion || (hasNewHosts && version > kLastWithFolder)) {
     throw UnusableLab(store.GetPath(), "the lab " + Quoted(store.GetPath()) +
                                            " is of the unknown version " + std::to_string(noted));
   }
@@ -71,11 +137,12 @@ std::string UpgradeSchema(Store& store) {
     MakeSchema(store);
     return {};
   }
-  for (int from = version; from < kLastOldVersion; ++from) {
+  for (int from = version; from < kLastWithFolder; ++from) {
     RunScript(store, kOldMigrations.at(static_cast<std::size_t>(from)));
   }
   MoveRows(store);
-  TakeFiles(store, !hasNewHosts);
+  if (version <= kLastWithFolder) TakeFiles(store, !hasNewHosts);
+  DropImpossible(store);
   return "brings the lab up to date from version " + std::to_string(version);
 }
 

@@ -2,10 +2,12 @@
 
 #include <array>
 
+#include "lab/store/Schema.h"
+
 namespace lab {
 
-/// The schema of older labs as it grew: entry N takes one from version N to N + 1, the last one to
-/// the version before kSchemaVersion. These were released and do not change.
+/// The schema of older labs as it grew: entry N takes one from version N to N + 1. These were
+/// released and do not change. Later versions are known by their differences from the present one.
 inline constexpr std::array kOldMigrations{R"sql(
 CREATE TABLE hosts (
   id INTEGER PRIMARY KEY,
@@ -147,5 +149,17 @@ CREATE TABLE traceOptions (       -- as the trace daemon was told last
   PRIMARY KEY (host, name)
 ) STRICT, WITHOUT ROWID;
 )sql"};
+
+/// Tables and indexes that version 4 had otherwise, as it had them; null for what it lacked.
+inline constexpr auto kOtherInVersion4 = std::to_array<SchemaObject>({
+    {"datastores", R"sql(CREATE TABLE datastores (
+  id INTEGER PRIMARY KEY,
+  uuid TEXT NOT NULL UNIQUE,
+  cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
+  name TEXT NOT NULL,
+  isDefault INTEGER NOT NULL,
+  UNIQUE (cluster, name)
+) STRICT)sql"},
+});
 
 }  // namespace lab

@@ -5,7 +5,7 @@
 namespace lab {
 
 /// The version of the schema below, noted in the file.
-inline constexpr int kSchemaVersion = 4;
+inline constexpr int kSchemaVersion = 5;
 
 /// A table or an index of a lab.
 struct SchemaObject {
@@ -80,10 +80,11 @@ inline constexpr auto kTables = std::to_array<SchemaObject>({
 ) STRICT)sql"},
     {"datastores", R"sql(CREATE TABLE datastores (
   id INTEGER PRIMARY KEY,
-  uuid TEXT NOT NULL UNIQUE,
+  uuid TEXT NOT NULL,             -- known to no cluster twice
   cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
   name TEXT NOT NULL,
   isDefault INTEGER NOT NULL,
+  UNIQUE (cluster, uuid),
   UNIQUE (cluster, name)
 ) STRICT)sql"},
     {"mounts", R"sql(CREATE TABLE mounts (

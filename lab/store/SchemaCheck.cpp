@@ -3,6 +3,9 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include "lab/base/Text.h"
 #include "lab/store/LabFile.h"
 #include "lab/store/OldSchema.h"
@@ -33,15 +36,34 @@ const SchemaTexts& CurrentSchema() {
 SchemaTexts SchemaOfVersion(int version) {
   // As the file keeps it after all its changes: SQLite knows best.
   SQLite::Database scratch(":memory:", SQLite::OPEN_READWRITE);
-  for (int from = 0; from < version; ++from) {
-    scratch.exec(kOldMigrations.at(static_cast<std::size_t>(from)));
-  }
+  scratch.exec(ScriptOfVersion(version));
   SchemaTexts schema;
   SQLite::Statement rows(scratch, kSelect);
   while (rows.executeStep()) {
     schema.emplace(rows.getColumn(1).getString(), rows.getColumn(2).getString());
   }
   return schema;
+}
+
+std::string ScriptOfVersion(int version) {
+  std::string script;
+  if (version <= static_cast<int>(kOldMigrations.size())) {
+    for (int from = 0; from < version; ++from) {
+      script += kOldMigrations.at(static_cast<std::size_t>(from));
+    }
+    return script;
+  }
+  const auto add = [&](const SchemaObject& object) {
+    const auto* other = std::find_if(
+        kOtherInVersion4.begin(), kOtherInVersion4.end(),
+        [&](const SchemaObject& each) { return std::string_view(each.name) == object.name; });
+    const char* sql = other == kOtherInVersion4.end() ? object.sql : other->sql;
+    if (sql != nullptr) script += std::string(sql) + ";";
+  };
+  for (const SchemaObject& table : kTables) add(table);
+  add(kHistory);
+  for (const SchemaObject& index : kIndexes) add(index);
+  return script;
 }
 
 void CheckSchema(Store& store, const SchemaTexts& schema) {

@@ -14,6 +14,8 @@ using SchemaTexts = std::map<std::string, std::string>;
 const SchemaTexts& CurrentSchema();
 /// What a lab of that older version holds.
 SchemaTexts SchemaOfVersion(int version);
+/// The statements that make it.
+std::string ScriptOfVersion(int version);
 
 /// Within a transaction: throws UnusableLab, naming it, when the file holds anything that the
 /// schema does not, or lacks or has otherwise what it does.

@@ -6,6 +6,7 @@
 #include <map>
 #include <sstream>
 
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
 #include "lab/model/HostFiles.h"
@@ -286,6 +287,7 @@ std::string Long(const std::string& word) {
   for (const auto& [name, whole] : kShort) {
     if (word == name) return whole;
   }
+  if (word.starts_with("#host")) return lab::DerivedUuid("node " + word.substr(1));
   if (word[0] == '#') return UuidOfDevice(word.substr(1));
   return word == "-" ? "" : Unfolded(word);
 }
