@@ -109,7 +109,7 @@ void CheckPreferredFaultDomain(Store& store, std::int64_t clusterId, const std::
   CheckFaultDomainName(name);
   const auto domains = DataFaultDomains(store, clusterId);
   if (domains.empty() || std::find(domains.begin(), domains.end(), name) != domains.end()) return;
-  Fail(Quoted(name), " is no fault domain of the cluster's data hosts; theirs to name: ",
+  Fail("no data host of the cluster lies in fault domain ", Quoted(name), "; they lie in ",
        Joined(AllQuoted(domains), ", "));
 }
 

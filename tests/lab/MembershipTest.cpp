@@ -280,16 +280,20 @@ TEST_F(HostStateTest, PoliciesAreEachHostsOwnSetPerClassAndClearedTogether) {
                                                       -> + + + % %
 2 policy vdisk copies=1                               -> + + + % %
 1 policy vmswap copies=1; 1 policy vmnamespace copies=1; 1 unpolicy -> + + + % %
-1 policy vdisk reserved-percent=100,checksum=off; 2 unpolicy -> + reserved-percent=100,checksum=off + % %
-1 policy vmem checksum=on,reserved-percent=0          -> + + + % checksum=on,reserved-percent=0
-1 policy vmnamespace copies=4,stripes=12              -> + + copies=4,stripes=12 % %
-1 policy cluster copies=1; 1 policy cluster stripes=1 -> stripes=1 + + % %
+1 policy vmswap copies=1; 1 policy vdisk copies=2; 1 unpolicy vmswap -> + + + % %
+1 policy vmswap copies=1; 2 unpolicy vmswap; 1 unpolicy vdisk -> + + + copies=1,stripes=1,reserved-percent=100,checksum=on %
+1 policy vdisk reserved-percent=100,checksum=off; 2 unpolicy -> + copies=2,stripes=1,reserved-percent=100,checksum=off + % %
+1 policy vmem checksum=on,reserved-percent=0          -> + + + % +
+1 policy vmnamespace copies=4,stripes=12              -> + + copies=4,stripes=12,reserved-percent=0,checksum=on % %
+1 policy vmem checksum=off,copies=1                   -> + + + % copies=1,stripes=1,reserved-percent=100,checksum=off
+1 policy cluster copies=1; 1 policy cluster stripes=3 -> copies=2,stripes=3,reserved-percent=0,checksum=on + + % %
 )");
   ExpectRefusals(R"(
-1 policy vmem -                 -> a policy has at least one pair, such as copies=2
-1 policy vmem copies=2,copies / 1 policy vmem copies=2, -> ... it is not of the form key=value
-1 policy vmem copies=2,Stripes=1 -> ... did you mean 'stripes'?
+1 policy vmem -                 -> a policy has at least one pair, such as copies=2; the keys are copies (1 to 4), stripes (1 to 12), reserved-percent (0 to 100), checksum (on or off)
+1 policy vmem copies=2,copies / 1 policy vmem copies=2, -> ... it is not of the form key=value; the keys are copies...
+1 policy vmem copies=2,Stripes=1 -> ... there is no key 'Stripes'; the keys are copies (1 to 4)..., did you mean 'stripes'?
 1 policy vmem copies=2,%20stripes=1 -> ... did you mean 'stripes'?
+1 policy vmem mirrors=2         -> ... there is no key 'mirrors'; the keys are copies (1 to 4)...
 1 policy vmem copies=2,copies=2 -> the policy pair 'copies=2' is not possible: copies is there twice
 1 policy vmem checksum=true / 1 policy vmem checksum= -> ... checksum is on or off
 1 policy vmem copies=0 / 1 policy vmem stripes=1,copies=5 -> ... copies is a number from 1 to 4

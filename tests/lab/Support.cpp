@@ -166,7 +166,11 @@ const std::map<std::string, void (*)(A)> kVerbs = {
     {"cancel", [](A) { KorelUtil::DecomCancel(); }},
     {"policy",
      [](A a) { SetDefaultPolicy(a.host, KorelUtil::StringToKorelPolicyClass(a[0]), a[1]); }},
-    {"unpolicy", [](A a) { a->ClearDefaultPolicies(); }},
+    {"unpolicy",
+     [](A a) {
+       if (a.words.empty()) return a->ClearDefaultPolicies();
+       ClearDefaultPolicy(a.host, KorelUtil::StringToKorelPolicyClass(a[0]));
+     }},
     {"add", [](A a) { a->AddDatastore(Datastore(a[0], a[1], a[2], a.Has("default"))); }},
     {"rename", [](A a) { a->SetDatastoreName(a[0], a[1]); }},
     {"remove", [](A a) { a->RemoveDatastore(a[0]); }},
