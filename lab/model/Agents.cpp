@@ -42,7 +42,8 @@ void CheckUnknown(Store& store, const Host& host, const Agent& agent) {
              "AND port = ? AND cluster = ?",
              host.id, agent.nodeUuid, static_cast<int>(agent.isWitness), agent.address, agent.port,
              agent.subClusterUuid)) {
-    Fail("there is a ", Describe(agent), " already");
+    Fail("there is a ", Describe(agent),
+         " already; 'korel cluster unicastagent remove' takes it away");
   }
 }
 

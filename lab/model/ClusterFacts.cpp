@@ -63,6 +63,16 @@ std::string HealthOf(Store& store, const Host& host, const std::vector<ClusterMe
   return causes.empty() ? "HEALTHY" : Joined(causes, ", ");
 }
 
+/// Which host is the cluster's witness, or how one becomes it.
+std::string WitnessText(Store& store, std::int64_t clusterId) {
+  const auto names = Texts(store,
+                           "SELECT h.name FROM memberships m JOIN hosts h ON h.id = m.host "
+                           "WHERE m.cluster = ? AND m.nodeType = 1",
+                           clusterId);
+  if (!names.empty()) return ", host " + Quoted(names.front());
+  return "; 'korel cluster join --witness-node' on another host makes it that";
+}
+
 std::vector<std::string> AllQuoted(const std::vector<std::string>& names) {
   constexpr std::size_t kMostNames = 20;
   std::vector<std::string> quoted;
@@ -131,8 +141,8 @@ void SetPreferredFaultDomain(Store& store, const Host& host, const std::string& 
                              const std::string& clusterUuid) {
   const Membership own = RequireMember(store, host, clusterUuid);
   if (own.nodeType != KorelNodeType::Witness) {
-    Fail("the preferred fault domain of cluster ", own.clusterUuid,
-         " is set on its witness; 'korel cluster join --witness-node' makes a host that");
+    Fail("the preferred fault domain of cluster ", own.clusterUuid, " is set on its witness",
+         WitnessText(store, own.clusterId));
   }
   CheckPreferredFaultDomain(store, own.clusterId, name);
   SetFact(store, own.clusterId, "preferredFaultDomain", name);

@@ -12,7 +12,7 @@ namespace {
 
 using Tovrin::Korel::KorelNodeType;
 
-constexpr const char* kRestore = "'korel cluster restore' restores that";
+constexpr const char* kRestore = "'korel cluster restore' restores its membership";
 
 struct ClusterRow {
   std::int64_t id;
@@ -315,7 +315,7 @@ const char* NodeTypeName(KorelNodeType nodeType) {
 
 void SetNodeType(Store& store, const Host& host, KorelNodeType nodeType) {
   const auto memberships = ActiveMemberships(store, host);
-  const std::string there = " with KOREL_LAB_HOST=" + host.name;
+  const std::string there = " (with KOREL_LAB_HOST=" + host.name + ")";
   if (memberships.empty()) {
     Fail("host ", Quoted(host.name), " is in no cluster",
          WayIn(store, host, std::string(kZeroUuid)), there);

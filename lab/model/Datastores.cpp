@@ -135,14 +135,16 @@ void AddLocal(Store& store, const Host& host, const std::string& uuid, const std
 std::int64_t FindExported(Store& store, const KorelDatastore& wanted) {
   const std::string exporter = CanonicalUuid(wanted.GetClusterUuid());
   if (!Exists(store, "SELECT 1 FROM clusters WHERE uuid = ?", exporter)) {
-    Fail("there is no cluster ", wanted.GetClusterUuid());
+    Fail("there is no cluster ", wanted.GetClusterUuid(),
+         "; 'autocli lab cluster list' shows those there are");
   }
   Query row(store,
             "SELECT d.id FROM datastores d JOIN clusters c "
             "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
             CanonicalUuid(wanted.GetUuid()), exporter);
   if (!row.Next()) {
-    Fail("cluster ", wanted.GetClusterUuid(), " exports no datastore ", wanted.GetUuid());
+    Fail("cluster ", wanted.GetClusterUuid(), " exports no datastore ", wanted.GetUuid(),
+         "; 'korel datastore list' on one of its hosts shows those it does");
   }
   return row.Number(0);
 }
@@ -246,7 +248,7 @@ void RenameDatastore(Store& store, const Host& host, const std::string& uuid,
   const Known datastore = Find(store, host, uuid);
   if (datastore.isRemote) {
     Fail("datastore ", Quoted(datastore.name), " belongs to cluster ", datastore.clusterUuid,
-         " and is renamed there");
+         " and is renamed there, by 'korel datastore name set'");
   }
   if (name == datastore.name) return;
   CheckNameIsFree(store, host, name, datastore.id);

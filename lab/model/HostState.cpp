@@ -63,12 +63,18 @@ std::string MaintenanceState(Store& store, const Host& host) {
 }
 
 void StartMaintenance(Store& store, const Host& host) {
-  if (IsInMaintenance(store, host)) Fail("a maintenance mode operation is in progress already");
+  if (IsInMaintenance(store, host)) {
+    Fail(
+        "a maintenance mode operation is in progress already; 'korel maintenancemode cancel' ends it");
+  }
   Set(store, host, "isInMaintenance", 1);
 }
 
 void CancelMaintenance(Store& store, const Host& host) {
-  if (!IsInMaintenance(store, host)) Fail("no maintenance mode operation is in progress");
+  if (!IsInMaintenance(store, host)) {
+    Fail(
+        "no maintenance mode operation is in progress; 'autocli lab maintenance start' starts one");
+  }
   Set(store, host, "isInMaintenance", 0);
 }
 

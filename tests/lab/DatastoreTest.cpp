@@ -71,11 +71,11 @@ TEST_F(DatastoreTest, Refusals) {
 6 join B witness host3; 6 add d1 new -> datastore UUID d1 is taken
 6 join B witness host3; 6 add n1 export -> datastore name 'export' is taken by datastore d1
 1 add d1 far B; 2 add d1 again B -> datastore d1 is mounted already, as 'far'
-1 add d2 new B  -> cluster B exports no datastore d2
+1 add d2 new B  -> cluster B exports no datastore d2; 'korel datastore list' on one of its hosts shows those it does
 1 add d2 new A  -> cluster A is the host's own; its datastores are not mounted as remote ones
-1 add d2 new D  -> there is no cluster D
-1 add d2 new DDDDDDDD-0000-4000-8000-000000000004 -> there is no cluster DDDDDDDD-0000-4000-8000-000000000004
-1 add D0000000-0000-4000-8000-000000000002 new B -> cluster B exports no datastore D0000000-0000-4000-8000-000000000002
+1 add d2 new D  -> there is no cluster D; 'autocli lab cluster list' shows those there are
+1 add d2 new DDDDDDDD-0000-4000-8000-000000000004 -> there is no cluster DDDDDDDD-0000-4000-8000-000000000004; ...
+1 add D0000000-0000-4000-8000-000000000002 new B -> cluster B exports no datastore D0000000-0000-4000-8000-000000000002; ...
 1 add d2 new x  -> 'x' is not a UUID of the form...
 1 add n1 new - default -> a default datastore is made with its cluster, never added
 1 add zeros new -> the UUID of all zeros stands for none and cannot be used
@@ -83,13 +83,13 @@ TEST_F(DatastoreTest, Refusals) {
 1 remove d1 / 1 rename d1 new -> the host knows no datastore d1; 'korel datastore list' shows...
 1 remove DDDDDDDD-0000-4000-8000-000000000004 -> the host knows no datastore DDDDDDDD-0000-4000-8000-000000000004; ...
 1 remove -      -> '' is not a UUID of the form...
-1 add d1 far B; 1 rename d1 new -> datastore 'far' belongs to cluster B and is renamed there
+1 add d1 far B; 1 rename d1 new -> datastore 'far' belongs to cluster B and is renamed there, by 'korel datastore name set'
 4 add d2 far A; 1 remove d2 -> datastore 'ds' is mounted by client cluster C; that ends by 'korel cluster leave'...
 1 add n1 aa; 4 add d2 x A; 3 add d2 x A; 1 clear -> datastore 'ds' is mounted by cluster B, client cluster C; ...
 4 add n1 new / 4 add d2 far A; 4 remove d2 / 4 clear -> Korel is not enabled on this host: it is in client cluster C, which it leaves by 'korel cluster leave --cluster-uuid C'
 4 rename - new  -> a client cluster has no default datastore; --uuid names another one
 5 add n1 new / 5 add d1 far B / 5 clear -> Korel is not enabled on this host: it is in no cluster; 'korel cluster...
-1 reboot; 1 remove d2 -> Korel is not enabled on this host: it is in no cluster now; 'korel cluster restore' restores that
+1 reboot; 1 remove d2 -> Korel is not enabled on this host: it is in no cluster now; 'korel cluster restore' restores its membership
 )");
 }
 
