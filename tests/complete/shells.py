@@ -38,6 +38,10 @@ CASES = [
     ("korel storage add -d 'mpx.dkhba1:C0:T2:L0' -d mpx.dkhba1:\t", "mpx.dkhba1:C0:T1:L0"),
     ('korel datastore list --fields "Default,User F\t', "Default,User Friendly Name"),
     ("korel datastore list --fields=Default,Clu\t", "--fields=Default,Cluster UUID"),
+    ("korel policy setdefault --policy copies=2,stripes=1,reserved-percent=1\t",
+     "copies=2,stripes=1,reserved-percent=100,checksum=on"),
+    ("korel policy setdefault --policy=copies=2,stripes=1,reserved-percent=1\t",
+     "--policy=copies=2,stripes=1,reserved-percent=100,checksum=on"),
 ]
 
 

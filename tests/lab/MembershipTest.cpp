@@ -3,6 +3,7 @@
 #include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/HostState.h"
+#include "platform/hostctl/Optional.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -45,7 +46,7 @@ std::string Generations() {
   });
 }
 
-/// What host N says of its own part: "korel witness A B".
+/// What host N says of its own part: "korel witness A B", with what a restore would add: "(C)".
 std::string PartOf(const std::string& number) {
   const auto host = At("host" + number);
   const auto joined = host->GetJoinedClusterUuids();
@@ -56,6 +57,7 @@ std::string PartOf(const std::string& number) {
   part += std::array{" normal", " witness", " metadata"}.at(
       static_cast<std::size_t>(KorelUtil::GetNodeType()));
   for (const std::string& uuid : joined) part += " " + Short(uuid);
+  for (const std::string& uuid : GetInactiveClusterUuids(*host)) part += " (" + Short(uuid) + ")";
   return part;
 }
 
@@ -67,7 +69,7 @@ std::string HeldBy(const std::string& number) {
   host->GetUnicastAgents(agents, true, "");
   for (const auto& agent : agents) held += " " + agent.address.substr(agent.address.rfind('.'));
   for (const auto& config : host->GetHsknicConfigs()) held += " " + config->GetHsknicName();
-  return held + " " + host->GetFaultDomainName() + (Own(lab::IsKorelMax) ? " max " : " ") +
+  return held + " " + host->GetFaultDomainName() + (IsKorelMaxEnabled(*host) ? " max " : " ") +
          host->GetDefaultPolicy(KorelPolicyClass::VmSwap).substr(0, 8) + " " +
          std::to_string(host->GetResyncThrottle()) + " " +
          std::to_string(host->GetResyncBandwidth()) + " " +
@@ -104,7 +106,8 @@ TEST_F(MembershipTest, EachMemberSaysWhatItIs) {
          R"(
 5 join A metadata -> korel normal A, client normal C, korel metadata A, korel witness A
 6 join B witness host3; 6 leave A; 5 client D -> korel normal A, client normal C, client normal D, korel witness B
-6 join B witness host3; 1 leave A; 4 reboot -> none normal, none normal, none normal, korel witness A B
+6 join B witness host3; 6 reboot -> korel normal A, client normal C, none normal, none normal (A) (B)
+6 join B witness host3; 1 leave A; 4 reboot -> none normal, none normal (C), none normal, korel witness A B
 )");
 }
 
@@ -138,12 +141,12 @@ TEST_F(MembershipTest, WhatARebootARestoreAndLeavingTakeBack) {
   Expect([] { return HeldBy("1"); }, R"(
                                -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 ENTERING
 2 reboot; 2 clearnet; 2 leave A; 1 restore -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 ENTERING
-1 reboot                       -> none normal; .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 reboot; 2 restore; 2 restorenet -> none normal; .2 .3 .4 east max copies=4 7 5 OFF
+1 reboot                       -> none normal (A); .2 .3 .4 east max copies=4 7 5 OFF
+1 reboot; 1 reboot; 2 restore; 2 restorenet -> none normal (A); .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 restore / 1 reboot; 1 restore boot -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 restore postboot   -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 restore boot; 1 restore postboot -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 restorenet         -> none normal; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 OFF
+1 reboot; 1 restorenet         -> none normal (A); .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 OFF
 1 reboot; 1 leave A; 1 restore -> none normal; .3 .4 east copies=4 7 5 OFF
 1 clearnet; 2 restorenet       -> korel normal A; .2 .3 .4 east max copies=4 7 5 ENTERING
 1 clearnet; 1 restorenet; 1 cancel -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 OFF
@@ -155,7 +158,7 @@ TEST_F(MembershipTest, WhatARebootARestoreAndLeavingTakeBack) {
 5 rate 1000000; 5 throttle 512                         -> none normal; host5 copies=2 512 512 OFF
 5 rate 700; 5 throttle 512; 5 throttle 0; 1 throttle 1 -> none normal; host5 copies=2 0 700 OFF
 1 restore; 1 restorenet                                -> none normal; host5 copies=2 0 0 OFF
-5 join A; 5 reboot; 1 restore; 1 restorenet            -> none normal; host5 copies=2 0 0 OFF
+5 join A; 5 reboot; 1 restore; 1 restorenet            -> none normal (A); host5 copies=2 0 0 OFF
 5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 reboot -> none normal; host5 copies=2 0 0 OFF
 5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 restore -> none normal; host5 copies=2 0 0 OFF
 )");
