@@ -1,7 +1,7 @@
 #include "lab/model/Upgrade.h"
 
 #include <cstdio>
-#include <string_view>
+#include <functional>
 
 #include "lab/base/Text.h"
 #include "lab/conversions/Uuids.h"
@@ -56,23 +56,14 @@ void MoveRows(Store& store) {
   for (const std::string& table : tables) TakeOver(store, table);
 }
 
-void Note(const Store& store, const std::string& what) {
-  std::fprintf(stderr, "note: the lab %s is brought up to date without %s\n",
-               store.GetPath().c_str(), what.c_str());
+void Note(const std::string& what) {
+  std::fprintf(stderr, "note: the lab is brought up to date without %s\n", what.c_str());
 }
 
-bool IsFaultDomainName(const std::string& name) {
+/// The model does not refuse it.
+bool IsDone(const std::function<void()>& work) {
   try {
-    CheckFaultDomainName(name);
-    return true;
-  } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
-    return false;
-  }
-}
-
-bool IsPossible(const Agent& agent) {
-  try {
-    CheckedAgent(agent);
+    work();
     return true;
   } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
     return false;
@@ -89,17 +80,18 @@ void DropImpossible(Store& store) {
                "WHERE m.host = ? AND m.nodeType = 1 AND EXISTS (SELECT 1 FROM memberships o "
                "WHERE o.cluster = m.cluster AND o.nodeType = 1 AND o.id < m.id)",
                host.id)) {
-      Note(store, "the further witness " + Quoted(host.name) + " of cluster " + uuid);
-      LeaveCluster(store, host, CheckedUuid(uuid));
+      if (!IsDone([&] { LeaveCluster(store, host, CheckedUuid(uuid)); })) continue;
+      Note("the further witness " + Quoted(host.name) + " of cluster " + uuid);
     }
     for (const Agent& agent : AgentsOf(store, host, true, "")) {
-      if (IsPossible(agent) && agent.nodeUuid != host.nodeUuid) continue;
-      Note(store, "the agent " + Quoted(agent.address) + " of host " + Quoted(host.name));
+      const bool isPossible = IsDone([&] { CheckedAgent(agent); });
+      if (isPossible && agent.nodeUuid != host.nodeUuid) continue;
+      Note("the agent " + Quoted(agent.address) + " of host " + Quoted(host.name));
       Execute(store, "DELETE FROM agents WHERE host = ? AND address = ? AND uuid = ?", host.id,
               agent.address, agent.nodeUuid);
     }
-    if (IsFaultDomainName(host.faultDomain)) continue;
-    Note(store, "the name of the fault domain of host " + Quoted(host.name));
+    if (IsDone([&] { CheckFaultDomainName(host.faultDomain); })) continue;
+    Note("the name of the fault domain of host " + Quoted(host.name));
     ResetFaultDomain(store, host);
   }
 }
@@ -115,8 +107,7 @@ void TakeFiles(Store& store, bool isOfThese) {
     SetTraceDaemonRunning(store, host, old.isDaemonRunning);
     for (const HostFile& file : old.files) PutFile(store, host, file);
     for (const std::string& path : old.left) {
-      std::fprintf(stderr, "note: the lab is brought up to date without %s.root/%s%s\n",
-                   store.GetPath().c_str(), host.name.c_str(), path.c_str());
+      Note(store.GetPath() + ".root/" + host.name + path);
     }
   }
 }

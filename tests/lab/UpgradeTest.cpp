@@ -85,7 +85,7 @@ TEST_F(UpgradeTest, MemoryIsKeptAndWhatIsImpossibleNowGoes) {
   testing::internal::CaptureStderr();
   EXPECT_THAT(lab::ReadLab(lab::Problems), testing::IsEmpty());
   const std::string notes = testing::internal::GetCapturedStderr();
-  const std::string note = "note: the lab " + LabFile() + " is brought up to date without ";
+  const std::string note = "note: the lab is brought up to date without ";
   EXPECT_EQ(notes, note + "the further witness 'host1' of cluster " + kClusterA + "\n" + note +
                        "the name of the fault domain of host 'host1'\n" + note +
                        "the agent '10.0.0.2' of host 'host2'\n" + note +
