@@ -11,8 +11,8 @@
 
 #include "fuzz/Support.h"
 #include "lab/store/LabFile.h"
-#include "lab/store/OldSchema.h"
 #include "lab/store/Schema.h"
+#include "lab/store/SchemaCheck.h"
 
 namespace fuzz {
 namespace {
@@ -227,7 +227,8 @@ std::string OldLab(int version, const std::string& path) {
     database.exec(
         "INSERT INTO hosts (id, name, nodeUuid)"
         " VALUES (1, 'host1', '11111111-0000-4000-8000-000000000001');"
-        "INSERT INTO interfaces (host, name) VALUES (1, 'hsk0');"
+        "INSERT INTO interfaces (host, name" +
+        std::string(version > 1 ? ", position) VALUES (1, 'hsk0', 0);" : ") VALUES (1, 'hsk0');") +
         "INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, "
         "model) VALUES (1, 1, 's', '22222222-0000-4000-8000-000000000001', 0, 0, 400, '', ''),"
         " (2, 1, 'c', '22222222-0000-4000-8000-000000000002', 1, 0, 100, '', '')");

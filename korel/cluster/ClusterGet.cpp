@@ -19,10 +19,10 @@ std::shared_ptr<OutputSpec> ClusterGet::GetOutputSpecInternal() {
 void ClusterGet::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, "Unable to get cluster information: ", [&] {
     const HostControl host;
-    const bool enabled = host->GetClusterInfo(true)->enabled;
+    const auto uuids = host->GetJoinedClusterUuids();
     const auto answer = GetOutputStructure();
-    FillHost(*answer, enabled);
-    if (enabled) FillCluster(*answer, host, host->GetClusterUuid());
+    FillHost(*answer, host, uuids.size());
+    if (!uuids.empty()) FillCluster(*answer, host, uuids.front());
     output->SetRootObject(answer);
   });
 }

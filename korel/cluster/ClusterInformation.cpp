@@ -1,5 +1,7 @@
 #include "korel/cluster/ClusterInformation.h"
 
+#include "platform/hostctl/Optional.h"
+
 namespace OstrelCli::KorelNamespace {
 namespace {
 
@@ -13,6 +15,12 @@ const char* NodeTypeName(KorelNodeType type) {
       return "METADATA";
   }
   return "UNKNOWN";
+}
+
+std::shared_ptr<MetaList> ListOfTexts(const std::vector<std::string>& texts) {
+  auto list = MetaList::New(MetaType::String);
+  for (const std::string& text : texts) list->Add(text);
+  return list;
 }
 
 }  // namespace
@@ -32,32 +40,44 @@ std::shared_ptr<MetaStruct> ClusterInformation(const char* typeName) {
                               {"Unicast Mode", MetaType::Bool},
                               {"Data-in-Transit Encryption", MetaType::Bool},
                               {"Configuration Generation", MetaType::Int},
-                              {"Configuration Time", MetaType::String}});
+                              {"Configuration Time", MetaType::String},
+                              {"Client Mode", MetaType::Bool},
+                              {"Korel Max", MetaType::Bool},
+                              {"Sub-Cluster Count", MetaType::Int},
+                              {"Inactive Sub-Cluster UUIDs", MetaType::List},
+                              {"Restored By", MetaType::String}});
 }
 
-void FillHost(MetaStruct& information, bool enabled) {
-  information.SetField("Enabled", enabled);
+void FillHost(MetaStruct& information, const HostControl& host, std::size_t count) {
+  const auto state = host->GetClusterInfo(true);
+  information.SetField("Enabled", state->enabled);
   information.SetField("Current Local Time", KorelUtil::GetFormattedSystemDateTime());
+  information.SetField("Node UUID", state->nodeUuid);
+  information.SetField("Fault Domain", host->GetFaultDomainName());
+  information.SetField("Maintenance Mode", state->maintenanceState);
+  information.SetField("Client Mode", host->IsClientModeEnabled());
+  information.SetField("Sub-Cluster Count", static_cast<std::int64_t>(count));
+  if (Tovrin::Korel::IsKorelMaxEnabled != nullptr) {
+    information.SetField("Korel Max", Tovrin::Korel::IsKorelMaxEnabled(*host));
+  }
+  if (Tovrin::Korel::GetInactiveClusterUuids == nullptr) return;
+  const auto inactive = Tovrin::Korel::GetInactiveClusterUuids(*host);
+  information.SetField("Inactive Sub-Cluster UUIDs", ListOfTexts(inactive));
+  if (!inactive.empty()) information.SetField("Restored By", "korel cluster restore");
 }
 
 void FillCluster(MetaStruct& information, const HostControl& host, const std::string& clusterUuid) {
-  const auto state = host->GetClusterInfo(true);
   Tovrin::Korel::KorelClusterInfoDetailed cluster;
   KorelUtil::GetInfoFromHXDS(clusterUuid, cluster);
   bool isUnicast = false;
   KorelUtil::GetUnicastModeForCluster(isUnicast, clusterUuid);
-  const auto members = MetaList::New(MetaType::String);
-  for (const std::string& member : cluster.memberUuids) members->Add(member);
 
-  information.SetField("Node UUID", state->nodeUuid);
   information.SetField("Node Type", NodeTypeName(KorelUtil::GetNodeType()));
   information.SetField("Node Role", cluster.nodeRole);
   information.SetField("Node Health", cluster.nodeHealth);
-  information.SetField("Fault Domain", host->GetFaultDomainName());
-  information.SetField("Maintenance Mode", state->maintenanceState);
   information.SetField("Sub-Cluster UUID", clusterUuid);
   information.SetField("Member Count", static_cast<std::int64_t>(cluster.memberUuids.size()));
-  information.SetField("Member UUIDs", members);
+  information.SetField("Member UUIDs", ListOfTexts(cluster.memberUuids));
   information.SetField("Unicast Mode", isUnicast);
   information.SetField("Data-in-Transit Encryption",
                        host->IsDataInTransitEncryptionEnabled(clusterUuid, true));

@@ -19,11 +19,11 @@ std::shared_ptr<OutputSpec> ClusterList::GetOutputSpecInternal() {
 void ClusterList::ExecuteInternal(const InputPtr&, const OutputPtr& output) {
   Attempt(output, "Unable to list cluster information: ", [&] {
     const HostControl host;
-    const bool enabled = host->GetClusterInfo(true)->enabled;
+    const auto uuids = host->GetJoinedClusterUuids();
     const auto list = ListOf(GetOutputStructure());
-    for (const std::string& uuid : host->GetJoinedClusterUuids()) {
+    for (const std::string& uuid : uuids) {
       const auto row = GetOutputStructure();
-      FillHost(*row, enabled);
+      FillHost(*row, host, uuids.size());
       FillCluster(*row, host, uuid);
       list->Add(row);
     }

@@ -25,10 +25,11 @@ class PolicySetDefault : public VirtualCommand<PolicySetDefault> {
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 
-/// Resets all default policies.
+/// Resets all default policies, or that of one class.
 class PolicyClearDefault : public VirtualCommand<PolicyClearDefault> {
   friend VirtualCommand;
   PolicyClearDefault();
+  std::shared_ptr<InputSpec> GetInputSpecInternal() override;
   void ExecuteInternal(const InputPtr& input, const OutputPtr& output) override;
 };
 

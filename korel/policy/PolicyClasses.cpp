@@ -1,6 +1,7 @@
 #include "korel/policy/PolicyClasses.h"
 
 #include "korel/frame/Frame.h"
+#include "platform/hostctl/Optional.h"
 
 namespace OstrelCli::KorelNamespace {
 
@@ -14,6 +15,15 @@ std::shared_ptr<Corvex::CallSpec::ParameterConstraint> PolicyClasses() {
     }
   });
   return failure || constraint->GetValues().empty() ? nullptr : constraint;
+}
+
+std::string PolicyKeys() {
+  if (Tovrin::Korel::DescribePolicyKeys == nullptr) return "";
+  std::string keys;
+  for (const std::string& key : Tovrin::Korel::DescribePolicyKeys()) {
+    keys += (keys.empty() ? "" : ", ") + key;
+  }
+  return ": KEY=VALUE, several with commas between them. Keys are: " + keys;
 }
 
 }  // namespace OstrelCli::KorelNamespace

@@ -21,7 +21,8 @@ std::shared_ptr<InputSpec> PolicySetDefault::GetInputSpecInternal() {
        {.name = "policy",
         .shortName = "p",
         .required = true,
-        .description = "New default policy value, for objects that are made from now on."}});
+        .description = StrCat("New default policy value, for objects that are made from now on",
+                              PolicyKeys(), ".")}});
 }
 
 void PolicySetDefault::ExecuteInternal(const InputPtr& input, const OutputPtr& output) {

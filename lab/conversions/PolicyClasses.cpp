@@ -4,6 +4,9 @@
 #include <utility>
 
 #include "lab/base/Text.h"
+#include "lab/conversions/PolicyKeys.h"
+#include "platform/hostctl/KorelUtil.h"
+#include "platform/hostctl/Optional.h"
 
 namespace lab {
 namespace {
@@ -41,3 +44,15 @@ std::string KorelUtil::KorelPolicyClassToString(KorelPolicyClass policyClass) {
 }
 
 }  // namespace HskCtl::Korel
+
+std::vector<std::string> lab::PolicyKeyTexts() {
+  std::vector<std::string> texts;
+  for (const PolicyKey& key : kPolicyKeys) {
+    texts.push_back(key.IsSwitch() ? Tovrin::Misc::StrCat(key.name, " (on or off)")
+                                   : Tovrin::Misc::StrCat(key.name, " (", std::to_string(key.min),
+                                                          " to ", std::to_string(key.max), ")"));
+  }
+  return texts;
+}
+
+std::vector<std::string> Tovrin::Korel::DescribePolicyKeys() { return lab::PolicyKeyTexts(); }

@@ -28,6 +28,16 @@ void SetDefaultPolicy(KorelInfo& info, KorelPolicyClass policyClass, const std::
   Forward(&SetDefaultPolicy, info, policyClass, value);
 }
 
+void ClearDefaultPolicy(KorelInfo& info, KorelPolicyClass policyClass) {
+  Forward(&ClearDefaultPolicy, info, policyClass);
+}
+
+std::vector<std::string> GetInactiveClusterUuids(KorelInfo& info) {
+  return Forward(&GetInactiveClusterUuids, info);
+}
+
+bool IsKorelMaxEnabled(KorelInfo& info) { return Forward(&IsKorelMaxEnabled, info); }
+
 void AddStoragePoolDisks(KorelInfo& info, const std::vector<std::string>& devices) {
   Forward(&AddStoragePoolDisks, info, devices);
 }

@@ -25,8 +25,7 @@ void LabKorelInfo::SetDataInTransitEncryption(const std::string& clusterUuid, bo
 }
 
 std::int64_t LabKorelInfo::GetRekeyInterval(const std::string& clusterUuid, bool fromCluster) {
-  return Call("GetRekeyInterval", Arguments(clusterUuid, fromCluster), EncryptionOf, clusterUuid)
-      .rekeyMinutes;
+  return Call("GetRekeyInterval", Arguments(clusterUuid, fromCluster), RekeyInterval, clusterUuid);
 }
 
 void LabKorelInfo::SetRekeyInterval(const std::string& clusterUuid, std::int64_t minutes) {

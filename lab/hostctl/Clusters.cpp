@@ -3,6 +3,7 @@
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/LabKorelInfo.h"
 #include "platform/hostctl/KorelUtil.h"
+#include "platform/hostctl/Optional.h"
 
 namespace lab {
 
@@ -42,6 +43,10 @@ std::string LabKorelInfo::GetClusterUuid() { return Call("GetClusterUuid", First
 bool LabKorelInfo::IsClientModeEnabled() { return Call("IsClientModeEnabled", IsClientMode); }
 
 }  // namespace lab
+
+std::vector<std::string> Tovrin::Korel::GetInactiveClusterUuids(KorelInfo&) {
+  return lab::Call("GetInactiveClusterUuids", lab::InactiveClusterUuids);
+}
 
 Tovrin::Korel::KorelNodeType HskCtl::Korel::KorelUtil::GetNodeType() {
   return lab::Call("GetNodeType", lab::NodeTypeOf);

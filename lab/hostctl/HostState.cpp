@@ -3,6 +3,7 @@
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/LabKorelInfo.h"
 #include "platform/hostctl/KorelUtil.h"
+#include "platform/hostctl/Optional.h"
 
 namespace lab {
 
@@ -25,5 +26,9 @@ std::int64_t LabKorelInfo::GetResyncBandwidth() {
 }
 
 }  // namespace lab
+
+bool Tovrin::Korel::IsKorelMaxEnabled(KorelInfo&) {
+  return lab::Call("IsKorelMaxEnabled", lab::IsKorelMax);
+}
 
 void HskCtl::Korel::KorelUtil::DecomCancel() { lab::Call("DecomCancel", lab::CancelMaintenance); }

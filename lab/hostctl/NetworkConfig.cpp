@@ -1,5 +1,7 @@
 #include "lab/model/NetworkConfig.h"
 
+#include <cstdio>
+
 #include "lab/hostctl/Call.h"
 #include "lab/hostctl/LabKorelInfo.h"
 
@@ -8,7 +10,9 @@ namespace lab {
 using Tovrin::Korel::KorelHskNicConfig2;
 
 void LabKorelInfo::SetHsknicConfig(const KorelHskNicConfig2& config) {
-  Call("SetHsknicConfig", SetInterfaceConfig, config);
+  if (!Call("SetHsknicConfig", SetInterfaceConfig, config)) return;
+  std::fprintf(stderr, "note: this replaces the persisted configuration of interface %s\n",
+               config.GetHsknicName().c_str());
 }
 
 std::vector<std::unique_ptr<KorelHskNicConfig2>> LabKorelInfo::GetHsknicConfigs() {

@@ -22,3 +22,7 @@ void Tovrin::Korel::SetDefaultPolicy(KorelInfo&, KorelPolicyClass policyClass,
                                      const std::string& value) {
   lab::Call("SetDefaultPolicy", lab::SetDefaultPolicy, policyClass, value);
 }
+
+void Tovrin::Korel::ClearDefaultPolicy(KorelInfo&, KorelPolicyClass policyClass) {
+  lab::Call("ClearDefaultPolicy", lab::ClearDefaultPolicy, policyClass);
+}

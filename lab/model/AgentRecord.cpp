@@ -12,9 +12,29 @@ using Tovrin::Korel::KorelUnicastAgentType;
 using Tovrin::Network::Ipv4Address;
 using Tovrin::Network::Ipv6Address;
 
+bool IsOfAHost(const Ipv4Address& address) {
+  const std::string text = address.GetStringAddress();
+  return !address.IsMulticast() && text != "0.0.0.0" && text != "255.255.255.255";
+}
+
+bool IsOfAHost(const Ipv6Address& address) {
+  constexpr std::string_view kMapped = "::ffff:";
+  const std::string text = address.GetStringAddress();
+  const std::string mapped = text.starts_with(kMapped) ? text.substr(kMapped.size()) : "";
+  if (Ipv4Address::IsValidAddress(mapped)) return IsOfAHost(Ipv4Address(mapped));
+  return !address.IsMulticast() && text != "::";
+}
+
+template <typename Address>
+std::string TextOf(const Address& address) {
+  if (IsOfAHost(address)) return address.GetStringAddress();
+  Fail("no host has the address ", address.GetStringAddress(),
+       ": it is unspecified, multicast or broadcast");
+}
+
 std::string CanonicalAddress(const std::string& text) {
-  if (Ipv4Address::IsValidAddress(text)) return Ipv4Address(text).GetStringAddress();
-  if (Ipv6Address::IsValidAddress(text)) return Ipv6Address(text).GetStringAddress();
+  if (Ipv4Address::IsValidAddress(text)) return TextOf(Ipv4Address(text));
+  if (Ipv6Address::IsValidAddress(text)) return TextOf(Ipv6Address(text));
   Fail(Quoted(text), " is neither an IPv4 nor an IPv6 address");
 }
 

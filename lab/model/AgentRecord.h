@@ -13,7 +13,8 @@ std::string AgentTypeName(Tovrin::Korel::KorelUnicastAgentType type);
 
 /// The agent with its UUIDs in lower case, its address in the one form of its family, and all zeros
 /// for an empty cluster UUID. Throws KorelCtlException unless its UUIDs, type, address, port and
-/// thumbprint are well-formed. A thumbprint is 20 bytes of two hexadecimal digits, joined by
+/// thumbprint are well-formed, and the address is one that a host can have: not unspecified, of a
+/// group or for all. A thumbprint is 20 bytes of two hexadecimal digits, joined by
 /// colons, or empty.
 Agent CheckedAgent(Agent agent);
 

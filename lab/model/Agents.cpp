@@ -2,6 +2,7 @@
 
 #include "lab/base/Text.h"
 #include "lab/conversions/Uuids.h"
+#include "lab/model/ClusterFacts.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/NetworkConfig.h"
 #include "lab/store/Query.h"
@@ -21,10 +22,14 @@ std::string Describe(const Agent& agent) {
 void CheckWhoAndWhere(Store& store, const Host& host, const Agent& agent) {
   const bool namesCluster = agent.subClusterUuid != kZeroUuid;
   if (agent.isWitness != KorelUnicastAgentType::Witness && agent.nodeUuid == kZeroUuid) {
-    Fail("a ", AgentTypeName(agent.isWitness), " agent must have a UUID");
+    Fail("a ", AgentTypeName(agent.isWitness), " agent must have a UUID, by --uuid");
+  }
+  if (agent.nodeUuid == host.nodeUuid) {
+    Fail("agent UUID ", agent.nodeUuid,
+         " is this host's own; 'korel cluster get' on another host shows that one's");
   }
   if (agent.isWitness == KorelUnicastAgentType::Remote) {
-    if (!namesCluster) Fail("a remote agent must name its cluster");
+    if (!namesCluster) Fail("a remote agent must name its cluster, by --cluster-uuid");
   } else if (namesCluster) {
     RequireMember(store, host, agent.subClusterUuid);
   }
@@ -37,15 +42,48 @@ void CheckUnknown(Store& store, const Host& host, const Agent& agent) {
              "AND port = ? AND cluster = ?",
              host.id, agent.nodeUuid, static_cast<int>(agent.isWitness), agent.address, agent.port,
              agent.subClusterUuid)) {
-    Fail("there is a ", Describe(agent), " already");
+    Fail("there is a ", Describe(agent),
+         " already; 'korel cluster unicastagent remove' takes it away");
   }
 }
 
+/// `type` is the text of the option's value.
+std::string RemovedBy(const std::string& type, const Row& addressAndPort) {
+  return Tovrin::Misc::StrCat("; 'korel cluster unicastagent remove --type ", type, " --addr ",
+                              addressAndPort.Text(0), " --port ",
+                              std::to_string(addressAndPort.Number(1)), "' removes it");
+}
+
 void CheckOnlyWitness(Store& store, const Host& host, const Agent& agent) {
-  const auto addresses = Texts(
-      store, "SELECT address FROM agents WHERE host = ? AND cluster = ? AND type = ? ORDER BY id",
-      host.id, agent.subClusterUuid, static_cast<int>(KorelUnicastAgentType::Witness));
-  if (!addresses.empty()) Fail("there is a unicast witness already, ", addresses.front());
+  Query row(store,
+            "SELECT address, port FROM agents WHERE host = ? AND cluster = ? AND type = ? "
+            "ORDER BY id",
+            host.id, agent.subClusterUuid, static_cast<int>(KorelUnicastAgentType::Witness));
+  if (!row.Next()) return;
+  Fail("there is a unicast witness already, ", row.Text(0), RemovedBy("witness", row));
+}
+
+/// What enabling encryption asks of all agents.
+void CheckMayLackThumbprint(Store& store, const Host& host, const std::string& named) {
+  std::vector<std::string> clusters = JoinedClusterUuids(store, host);
+  clusters.push_back(named);
+  for (const std::string& cluster : clusters) {
+    if (!EncryptionOf(store, cluster).isEnabled) continue;
+    Fail("cluster ", cluster, " is encrypted, and an agent needs a thumbprint then, by ",
+         "--cert-thumbprint");
+  }
+}
+
+/// An agent of another type at the same place, which may have been meant.
+std::string HintAtOthers(Store& store, const Host& host, const Agent& agent) {
+  Query row(store,
+            "SELECT address, port, type FROM agents WHERE host = ? AND address = ? AND port = ? "
+            "AND type <> ? ORDER BY id",
+            host.id, agent.address, agent.port, static_cast<int>(agent.isWitness));
+  if (!row.Next()) return "; 'korel cluster unicastagent list' shows those there are";
+  const std::string type = AgentTypeName(static_cast<KorelUnicastAgentType>(row.Number(2)));
+  return Tovrin::Misc::StrCat("; there is a ", type, " agent at ", row.Text(0),
+                              RemovedBy(type, row));
 }
 
 /// The agents that the condition chooses.
@@ -70,6 +108,7 @@ void AddAgent(Store& store, const Host& host, const Agent& agent) {
   CheckWhoAndWhere(store, host, added);
   CheckUnknown(store, host, added);
   if (added.isWitness == KorelUnicastAgentType::Witness) CheckOnlyWitness(store, host, added);
+  if (added.certThumbprint.empty()) CheckMayLackThumbprint(store, host, added.subClusterUuid);
   Execute(store,
           "INSERT INTO agents (host, uuid, type, supportsUnicast, address, port, interface, "
           "thumbprint, cluster) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
@@ -92,7 +131,8 @@ void RemoveAgent(Store& store, const Host& host, const Agent& agent) {
               removed.nodeUuid, zeros, cluster);
   if (count == 0) {
     Fail("there is no ", Describe(agent),
-         cluster.empty() ? "" : " of cluster " + agent.subClusterUuid);
+         cluster.empty() ? "" : " of cluster " + agent.subClusterUuid,
+         HintAtOthers(store, host, removed));
   }
 }
 

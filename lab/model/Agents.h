@@ -9,9 +9,10 @@
 
 namespace lab {
 
-/// Adds a unicast agent of the host. Any agent but a witness has a UUID. A remote one names a
-/// cluster; any other one names a cluster of the host, or none. There is one witness a cluster.
-/// Throws KorelCtlException, also when the agent is there already.
+/// Adds a unicast agent of the host. Any agent but a witness has a UUID, which is not the host's. A
+/// remote one names a cluster, which the lab need not know; any other one names a cluster of the
+/// host, or none. There is one witness a cluster. While the cluster or one of the host's is
+/// encrypted, it has a thumbprint. Throws KorelCtlException, also when the agent is there already.
 void AddAgent(Store& store, const Host& host, const Agent& agent);
 /// Removes the agent of that UUID, type, address, port and cluster. All zeros stand for any UUID,
 /// an empty cluster UUID for any cluster; the one that was added first is taken then. Throws

@@ -74,6 +74,9 @@ inline constexpr auto kRules = std::to_array<Rule>({
     {"SELECT uuid FROM clusters WHERE NOT EXISTS "
      "(SELECT 1 FROM memberships WHERE cluster = clusters.id)",
      "cluster", "has no member"},
+    {"SELECT uuid FROM clusters WHERE "
+     "(SELECT count(*) FROM memberships WHERE cluster = clusters.id AND nodeType = 1) > 1",
+     "cluster", "has more than one witness"},
     {"SELECT uuid FROM clusters WHERE NOT isClient "
      "AND (SELECT count(*) FROM datastores WHERE cluster = clusters.id AND isDefault) <> 1",
      "cluster", "has not one default datastore"},
@@ -92,6 +95,11 @@ inline constexpr auto kRules = std::to_array<Rule>({
     {"SELECT name FROM (SELECT cluster, name FROM datastores UNION ALL "
      "SELECT cluster, name FROM mounts) GROUP BY cluster, name HAVING count(*) > 1",
      "datastore name", "is there twice in a cluster"},
+    {"SELECT uuid FROM (SELECT cluster, uuid FROM datastores UNION ALL SELECT mounts.cluster, uuid "
+     "FROM mounts JOIN datastores ON id = datastore) GROUP BY cluster, uuid HAVING count(*) > 1",
+     "datastore UUID", "is there twice in a cluster"},
+    {"SELECT address FROM agents JOIN hosts ON hosts.id = host WHERE agents.uuid = nodeUuid",
+     "unicast agent", "has the UUID of its own host"},
     {"SELECT interface FROM networkConfigs WHERE carriesKorel NOT IN (0, 1) "
      "OR carriesWitness NOT IN (0, 1) OR isActive NOT IN (0, 1) "
      "OR agentPort NOT BETWEEN 1 AND 65535 OR masterPort NOT BETWEEN 1 AND 65535 "

@@ -5,6 +5,7 @@
 #include "lab/base/Text.h"
 #include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
+#include "lab/model/HostState.h"
 #include "lab/store/Query.h"
 
 namespace lab {
@@ -13,12 +14,11 @@ namespace {
 using Tovrin::Korel::KorelClusterInfoDetailed;
 using Tovrin::Korel::KorelNodeType;
 
-/// Those in which data hosts lie, by name; of more than two just three, which says as much.
+/// Those in which data hosts lie, by name.
 std::vector<std::string> DataFaultDomains(Store& store, std::int64_t clusterId) {
   auto domains = Texts(store,
                        "SELECT DISTINCT coalesce(h.faultDomain, h.name) FROM memberships m "
-                       "JOIN hosts h ON h.id = m.host WHERE m.cluster = ? AND m.nodeType = 0 "
-                       "LIMIT 3",
+                       "JOIN hosts h ON h.id = m.host WHERE m.cluster = ? AND m.nodeType = 0",
                        clusterId);
   std::sort(domains.begin(), domains.end());
   return domains;
@@ -43,6 +43,44 @@ std::string RoleOf(const std::vector<ClusterMember>& members, const Membership& 
     if (++dataHosts == 2) break;
   }
   return "AGENT";
+}
+
+/// What keeps the host from doing its part, and its cluster from being whole.
+std::string HealthOf(Store& store, const Host& host, const std::vector<ClusterMember>& members) {
+  std::vector<std::string> causes;
+  const auto claimed = [&](const char* condition) {
+    const std::string sql = Tovrin::Misc::StrCat(
+        "SELECT 1 FROM claims c JOIN devices d ON d.id = c.device WHERE d.host = ? AND ",
+        condition);
+    return Exists(store, sql.c_str(), host.id);
+  };
+  if (claimed("NOT d.isHealthy")) causes.emplace_back("DISK UNHEALTHY");
+  if (claimed("NOT c.isMounted")) causes.emplace_back("DISK UNMOUNTED");
+  if (MaintenanceState(store, host) != "OFF") causes.emplace_back("IN MAINTENANCE");
+  const bool isWhole = std::all_of(members.begin(), members.end(),
+                                   [](const ClusterMember& member) { return member.isActive; });
+  if (!isWhole) causes.emplace_back("MEMBERS ABSENT");
+  return causes.empty() ? "HEALTHY" : Joined(causes, ", ");
+}
+
+/// Which host is the cluster's witness, or how one becomes it.
+std::string WitnessText(Store& store, std::int64_t clusterId) {
+  const auto names = Texts(store,
+                           "SELECT h.name FROM memberships m JOIN hosts h ON h.id = m.host "
+                           "WHERE m.cluster = ? AND m.nodeType = 1",
+                           clusterId);
+  if (!names.empty()) return ", host " + Quoted(names.front());
+  return "; 'korel cluster join --witness-node' on another host makes it that";
+}
+
+std::vector<std::string> AllQuoted(const std::vector<std::string>& names) {
+  constexpr std::size_t kMostNames = 20;
+  std::vector<std::string> quoted;
+  for (const std::string& name : names) {
+    quoted.push_back(quoted.size() < kMostNames ? Quoted(name) : "...");
+    if (quoted.size() > kMostNames) break;
+  }
+  return quoted;
 }
 
 }  // namespace
@@ -75,26 +113,36 @@ bool IsInStretchedCluster(Store& store, const Host& host) {
 }
 
 void CheckPreferredFaultDomain(Store& store, std::int64_t clusterId, const std::string& name) {
-  if (name.empty()) Fail("a witness must name its preferred fault domain");
+  if (name.empty()) {
+    Fail("a witness must name its preferred fault domain, by --witness-preferred-fault-domain");
+  }
   CheckFaultDomainName(name);
   const auto domains = DataFaultDomains(store, clusterId);
-  if (domains.size() == 2 && std::find(domains.begin(), domains.end(), name) == domains.end()) {
-    Fail(Quoted(name), " is no fault domain of the cluster's data hosts; theirs are ",
-         Quoted(domains[0]), " and ", Quoted(domains[1]));
+  if (domains.empty() || std::find(domains.begin(), domains.end(), name) != domains.end()) return;
+  Fail("no data host of the cluster lies in fault domain ", Quoted(name), "; they lie in ",
+       Joined(AllQuoted(domains), ", "));
+}
+
+std::string PreferredFaultDomainOf(Store& store, std::int64_t clusterId) {
+  const auto name =
+      Texts(store, "SELECT preferredFaultDomain FROM clusters WHERE id = ?", clusterId).front();
+  const auto domains = DataFaultDomains(store, clusterId);
+  if (domains.empty() || std::find(domains.begin(), domains.end(), name) != domains.end()) {
+    return name;
   }
+  return "";
 }
 
 std::string PreferredFaultDomain(Store& store, const Host& host, const std::string& clusterUuid) {
-  const Membership own = RequireMember(store, host, clusterUuid);
-  return Texts(store, "SELECT preferredFaultDomain FROM clusters WHERE id = ?", own.clusterId)
-      .front();
+  return PreferredFaultDomainOf(store, RequireMember(store, host, clusterUuid).clusterId);
 }
 
 void SetPreferredFaultDomain(Store& store, const Host& host, const std::string& name,
                              const std::string& clusterUuid) {
   const Membership own = RequireMember(store, host, clusterUuid);
   if (own.nodeType != KorelNodeType::Witness) {
-    Fail("the preferred fault domain of cluster ", own.clusterUuid, " is set on its witness");
+    Fail("the preferred fault domain of cluster ", own.clusterUuid, " is set on its witness",
+         WitnessText(store, own.clusterId));
   }
   CheckPreferredFaultDomain(store, own.clusterId, name);
   SetFact(store, own.clusterId, "preferredFaultDomain", name);
@@ -107,7 +155,7 @@ KorelClusterInfoDetailed DirectoryInfo(Store& store, const Host& host,
   KorelClusterInfoDetailed info;
   info.clusterUuid = own.clusterUuid;
   info.nodeRole = RoleOf(members, own, host.name);
-  info.nodeHealth = "HEALTHY";
+  info.nodeHealth = HealthOf(store, host, members);
   for (const ClusterMember& member : members) {
     if (member.isActive) info.memberUuids.push_back(member.nodeUuid);
   }
@@ -116,11 +164,14 @@ KorelClusterInfoDetailed DirectoryInfo(Store& store, const Host& host,
 }
 
 Encryption EncryptionOf(Store& store, const std::string& clusterUuid) {
-  const std::string uuid = CanonicalUuid(clusterUuid);
-  if (uuid == kZeroUuid) return {};
-  Query row(store, "SELECT isEncrypted, rekeyMinutes FROM clusters WHERE uuid = ?", uuid);
-  if (!row.Next()) Fail("there is no cluster ", clusterUuid);
+  Query row(store, "SELECT isEncrypted, rekeyMinutes FROM clusters WHERE uuid = ?",
+            CanonicalUuid(clusterUuid));
+  if (!row.Next()) return {};
   return {row.Flag(0), row.Number(1)};
+}
+
+std::int64_t RekeyInterval(Store& store, const Host& host, const std::string& clusterUuid) {
+  return EncryptionOf(store, RequireMember(store, host, clusterUuid).clusterUuid).rekeyMinutes;
 }
 
 void SetEncryption(Store& store, const Host& host, const std::string& clusterUuid, bool isEnabled,

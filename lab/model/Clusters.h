@@ -28,8 +28,14 @@ std::optional<Membership> FirstMembership(Store& store, const Host& host);
 std::vector<std::string> JoinedClusterUuids(Store& store, const Host& host);
 /// The UUID of the first of them; all zeros when there is none.
 std::string FirstClusterUuid(Store& store, const Host& host);
-/// The host's part in that cluster. Throws KorelCtlException when it takes no part in it now.
+/// The host's part in that cluster. Throws KorelCtlException when it takes no part in it now,
+/// saying what would change that.
 Membership RequireMember(Store& store, const Host& host, const std::string& clusterUuid);
+/// The UUIDs of the clusters that a restore would make active, in the order of joining.
+std::vector<std::string> InactiveClusterUuids(Store& store, const Host& host);
+/// Throws KorelCtlException unless the host takes part in a cluster that is no client cluster; it
+/// says what would change that.
+void RequireEnabled(Store& store, const Host& host);
 /// The host takes part in a cluster that is no client cluster.
 bool IsEnabled(Store& store, const Host& host);
 /// The host takes part in a client cluster.
@@ -40,15 +46,17 @@ Tovrin::Korel::KorelNodeType NodeTypeOf(Store& store, const Host& host);
 /// Makes a cluster with this host and a default datastore. Without `persist` the membership is not
 /// restored later. Throws KorelCtlException when the host is in a cluster or the UUID is taken.
 void CreateCluster(Store& store, const Host& host, const std::string& uuid, bool persist);
-/// Joins an existing cluster. A witness, and only a witness, names the preferred fault domain, and
-/// may join several clusters.
+/// Joins a cluster, which is made with a default datastore when nobody in the lab knows it. A
+/// witness, and only a witness, names the preferred fault domain, and may join several clusters; a
+/// cluster has one witness.
 void JoinCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid,
                  Tovrin::Korel::KorelNodeType nodeType, const std::string& preferredFaultDomain);
 /// Joins a client cluster, which is made when it does not exist.
 void JoinClientCluster(Store& store, const Host& host, const std::string& uuid);
 /// Leaves a cluster of either kind, persisted or active; the host's agents of the cluster go too.
-/// With its last member a cluster goes, its datastores go, and so do the mounts of them elsewhere.
-/// A host that was in no other cluster is then no Korel Max host.
+/// With its last member a cluster goes, and its datastores go. Throws KorelCtlException when
+/// another cluster has one of these mounted. A host that was in no other cluster is then no Korel
+/// Max host.
 void LeaveCluster(Store& store, const Host& host, const Tovrin::Korel::Uuid& uuid);
 
 /// What a reboot does: the host takes part in no cluster. Memberships that are not persisted end,
@@ -61,7 +69,8 @@ void RestoreClusters(Store& store, const Host& host, bool boot, bool postboot);
 /// "normal", "witness" or "metadata"; throws KorelCtlException for any other number.
 const char* NodeTypeName(Tovrin::Korel::KorelNodeType nodeType);
 /// Makes the host something else to its clusters. Throws KorelCtlException when it is in none, in a
-/// client cluster, or in several, which only a witness can be.
+/// client cluster, or in several, which only a witness can be, or when a cluster would have a
+/// second witness.
 void SetNodeType(Store& store, const Host& host, Tovrin::Korel::KorelNodeType nodeType);
 
 /// One cluster of the lab.
@@ -69,7 +78,7 @@ struct Cluster {
   std::int64_t id = 0;
   std::string uuid;
   bool isClient = false;
-  std::string preferredFaultDomain;  ///< empty for none
+  std::string preferredFaultDomain;  ///< empty for none, and while no data host lies in it
   std::vector<std::string> members;  ///< host names in the order of joining
 };
 std::vector<Cluster> AllClusters(Store& store);

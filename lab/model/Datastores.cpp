@@ -1,5 +1,7 @@
 #include "lab/model/Datastores.h"
 
+#include <algorithm>
+
 #include "lab/base/Text.h"
 #include "lab/conversions/Uuids.h"
 #include "lab/model/ClusterFacts.h"
@@ -19,6 +21,7 @@ struct Known {
   std::string clusterUuid;
   bool isDefault = false;
   bool isRemote = false;
+  std::int64_t knownBy = 0;  ///< the cluster that owns or has mounted it
 };
 
 /// Which of the datastores that a cluster knows: conditions on its own, d, and on its mounts, m.
@@ -45,99 +48,131 @@ std::vector<Known> KnownTo(Store& store, const Membership& own, const Which& whi
       which.mounted, "ORDER BY first DESC, shown");
   std::vector<Known> known;
   for (const Row& row : Query(store, sql.c_str(), own.clusterId, values...)) {
-    known.push_back(
-        {row.Number(0), row.Text(1), row.Text(2), row.Text(3), row.Flag(4), row.Flag(5)});
+    known.push_back({row.Number(0), row.Text(1), row.Text(2), row.Text(3), row.Flag(4), row.Flag(5),
+                     own.clusterId});
   }
   return known;
 }
 
+/// What the host knows through all its clusters. What one of them owns and another has mounted is
+/// there once, as its owner knows it.
+template <typename... Values>
+std::vector<Known> KnownOn(Store& store, const Host& host, const Which& which,
+                           const Values&... values) {
+  std::vector<Known> all;
+  for (const Membership& own : ActiveMemberships(store, host)) {
+    for (Known& known : KnownTo(store, own, which, values...)) {
+      const auto same = std::find_if(all.begin(), all.end(),
+                                     [&](const Known& each) { return each.id == known.id; });
+      if (same == all.end()) {
+        all.push_back(std::move(known));
+      } else if (same->isRemote && !known.isRemote) {
+        all.erase(same);
+        all.push_back(std::move(known));
+      }
+    }
+  }
+  return all;
+}
+
 Membership RequireMembership(Store& store, const Host& host) {
   auto own = FirstMembership(store, host);
-  if (!own) Fail("Korel is not enabled on this host: it is in no cluster");
+  if (!own) RequireEnabled(store, host);
   return *own;
 }
 
-Known Find(Store& store, const Membership& own, const std::string& uuid) {
+Known Find(Store& store, const Host& host, const std::string& uuid) {
+  const Membership first = RequireMembership(store, host);
   if (uuid.empty()) {
-    const auto known = KnownTo(store, own, kDefault);
-    if (known.empty()) Fail("a client cluster has no default datastore");
+    const auto known = KnownTo(store, first, kDefault);
+    if (known.empty()) Fail("a client cluster has no default datastore; --uuid names another one");
     return known.front();
   }
-  const auto known = KnownTo(store, own, kOfUuid, CanonicalUuid(uuid));
-  if (known.empty()) Fail("the host knows no datastore ", uuid);
+  const auto known = KnownOn(store, host, kOfUuid, CanonicalUuid(uuid));
+  if (known.empty()) {
+    Fail("the host knows no datastore ", uuid, "; 'korel datastore list' shows those it knows");
+  }
   return known.front();
 }
 
 /// `except` is the datastore that may have the name, being the one that is renamed.
-void CheckNameIsFree(Store& store, const Membership& own, const std::string& name,
+void CheckNameIsFree(Store& store, const Host& host, const std::string& name,
                      std::int64_t except = 0) {
-  for (const Known& datastore : KnownTo(store, own, kOfName, name)) {
+  for (const Known& datastore : KnownOn(store, host, kOfName, name)) {
     if (datastore.id == except) continue;
     Fail("datastore name ", Quoted(name), " is taken by datastore ", datastore.uuid);
   }
 }
 
-void CheckNotMountedElsewhere(Store& store, const Known& datastore) {
-  const auto clusters = Texts(store,
-                              "SELECT c.uuid FROM mounts m JOIN clusters c ON c.id = m.cluster "
-                              "WHERE m.datastore = ? ORDER BY c.id",
-                              datastore.id);
+void CheckNotMountedElsewhere(Store& store, std::int64_t id, const std::string& name,
+                              const std::string& uuid) {
+  std::vector<std::string> clusters;
+  std::vector<std::string> ways;
+  for (const Row& row : Query(store,
+                              "SELECT c.uuid, c.isClient FROM mounts m "
+                              "JOIN clusters c ON c.id = m.cluster WHERE m.datastore = ? "
+                              "ORDER BY c.isClient, c.id",
+                              id)) {
+    clusters.push_back((row.Flag(1) ? "client cluster " : "cluster ") + row.Text(0));
+    const std::string way = row.Flag(1) ? "'korel cluster leave' on each client host"
+                                        : "'korel datastore remove --uuid " + uuid + "' there";
+    if (ways.empty() || ways.back() != way) ways.push_back(way);
+  }
   if (clusters.empty()) return;
-  Fail("datastore ", Quoted(datastore.name), " is mounted by cluster ", Joined(clusters, ", "),
-       "; remove it there first");
+  Fail("datastore ", Quoted(name), " is mounted by ", Joined(clusters, ", "), "; that ends by ",
+       Joined(ways, " and "));
 }
 
-void AddLocal(Store& store, const Membership& own, const std::string& uuid,
-              const std::string& name) {
-  if (own.isClient) {
-    Fail("a client cluster has no datastores of its own; name the cluster that exports it");
-  }
-  if (Exists(store, "SELECT 1 FROM datastores WHERE uuid = ?", uuid)) {
-    Fail("datastore UUID ", uuid, " is taken");
-  }
-  CheckNameIsFree(store, own, name);
+void AddLocal(Store& store, const Host& host, const std::string& uuid, const std::string& name) {
+  RequireEnabled(store, host);
+  if (!KnownOn(store, host, kOfUuid, uuid).empty()) Fail("datastore UUID ", uuid, " is taken");
+  CheckNameIsFree(store, host, name);
   Execute(store, "INSERT INTO datastores (uuid, cluster, name, isDefault) VALUES (?, ?, ?, 0)",
-          uuid, own.clusterId, name);
+          uuid, RequireMembership(store, host).clusterId, name);
 }
 
 /// The datastore of that UUID that the other cluster exports.
 std::int64_t FindExported(Store& store, const KorelDatastore& wanted) {
   const std::string exporter = CanonicalUuid(wanted.GetClusterUuid());
   if (!Exists(store, "SELECT 1 FROM clusters WHERE uuid = ?", exporter)) {
-    Fail("there is no cluster ", wanted.GetClusterUuid());
+    Fail("there is no cluster ", wanted.GetClusterUuid(),
+         "; 'autocli lab cluster list' shows those there are");
   }
   Query row(store,
             "SELECT d.id FROM datastores d JOIN clusters c "
             "ON c.id = d.cluster WHERE d.uuid = ? AND c.uuid = ?",
             CanonicalUuid(wanted.GetUuid()), exporter);
   if (!row.Next()) {
-    Fail("cluster ", wanted.GetClusterUuid(), " exports no datastore ", wanted.GetUuid());
+    Fail("cluster ", wanted.GetClusterUuid(), " exports no datastore ", wanted.GetUuid(),
+         "; 'korel datastore list' on one of its hosts shows those it does");
   }
   return row.Number(0);
 }
 
-void AddMount(Store& store, const Membership& own, const KorelDatastore& mounted) {
+void AddMount(Store& store, const Host& host, const KorelDatastore& mounted) {
+  const Membership own = RequireMembership(store, host);
   if (CanonicalUuid(mounted.GetClusterUuid()) == own.clusterUuid) {
     Fail("cluster ", mounted.GetClusterUuid(),
          " is the host's own; its datastores are not mounted as remote ones");
   }
   const auto datastore = FindExported(store, mounted);
-  const auto known = KnownTo(store, own, kOfUuid, CanonicalUuid(mounted.GetUuid()));
-  if (!known.empty()) {
+  const auto known = KnownOn(store, host, kOfUuid, CanonicalUuid(mounted.GetUuid()));
+  if (!known.empty() && known.front().isRemote) {
     Fail("datastore ", mounted.GetUuid(), " is mounted already, as ", Quoted(known.front().name));
   }
-  CheckNameIsFree(store, own, mounted.GetName());
+  if (!known.empty()) Fail("datastore UUID ", mounted.GetUuid(), " is taken");
+  CheckNameIsFree(store, host, mounted.GetName());
   Execute(store, "INSERT INTO mounts (cluster, datastore, name) VALUES (?, ?, ?)", own.clusterId,
           datastore, mounted.GetName());
 }
 
-void Remove(Store& store, const Membership& own, const Known& datastore) {
+void Remove(Store& store, const Known& datastore) {
   if (datastore.isRemote) {
-    Execute(store, "DELETE FROM mounts WHERE cluster = ? AND datastore = ?", own.clusterId,
+    Execute(store, "DELETE FROM mounts WHERE cluster = ? AND datastore = ?", datastore.knownBy,
             datastore.id);
     return;
   }
-  CheckNotMountedElsewhere(store, datastore);
+  CheckNotMountedElsewhere(store, datastore.id, datastore.name, datastore.uuid);
   Execute(store, "DELETE FROM datastores WHERE id = ?", datastore.id);
 }
 
@@ -151,9 +186,7 @@ void AddDefaultDatastore(Store& store, std::int64_t clusterId, const std::string
 
 std::vector<std::shared_ptr<KorelDatastore>> KnownDatastores(Store& store, const Host& host) {
   std::vector<std::shared_ptr<KorelDatastore>> datastores;
-  const auto own = FirstMembership(store, host);
-  if (!own) return datastores;
-  for (const Known& known : KnownTo(store, *own, kAll)) {
+  for (const Known& known : KnownOn(store, host, kAll)) {
     datastores.push_back(std::make_shared<KorelDatastore>(known.uuid, known.name, known.clusterUuid,
                                                           known.isDefault));
   }
@@ -167,52 +200,60 @@ void AddDatastore(Store& store, const Host& host, const KorelDatastore& datastor
   if (datastore.IsDefault()) Fail("a default datastore is made with its cluster, never added");
   const bool isLocal = datastore.GetClusterUuid().empty();
   if (!isLocal) CheckedUuid(datastore.GetClusterUuid());
-  const Membership own = RequireMembership(store, host);
   if (isLocal) {
-    AddLocal(store, own, uuid, name);
+    AddLocal(store, host, uuid, name);
   } else {
-    AddMount(store, own, datastore);
+    AddMount(store, host, datastore);
   }
-  NoteChange(store, own.clusterId);
+  NoteChange(store, RequireMembership(store, host).clusterId);
 }
 
 void RemoveDatastore(Store& store, const Host& host, const std::string& uuid) {
   CheckedUuid(uuid);  // an empty one does not stand for the default datastore here
-  const Membership own = RequireMembership(store, host);
-  const Known datastore = Find(store, own, uuid);
-  if (datastore.isDefault) Fail("the default datastore cannot be removed");
-  Remove(store, own, datastore);
-  NoteChange(store, own.clusterId);
+  RequireEnabled(store, host);
+  const Known datastore = Find(store, host, uuid);
+  if (datastore.isDefault)
+    Fail("the default datastore cannot be removed; it goes with its cluster");
+  Remove(store, datastore);
+  NoteChange(store, datastore.knownBy);
 }
 
 void ClearDatastores(Store& store, const Host& host) {
+  RequireEnabled(store, host);
   const Membership own = RequireMembership(store, host);
   bool isChanged = false;
   for (const Known& datastore : KnownTo(store, own, kAll)) {
     if (datastore.isDefault) continue;
-    Remove(store, own, datastore);
+    Remove(store, datastore);
     isChanged = true;
   }
   if (isChanged) NoteChange(store, own.clusterId);
 }
 
+void CheckNoneIsMounted(Store& store, std::int64_t clusterId) {
+  for (const Row& row :
+       Query(store, "SELECT id, name, uuid FROM datastores WHERE cluster = ? ORDER BY id",
+             clusterId)) {
+    CheckNotMountedElsewhere(store, row.Number(0), row.Text(1), row.Text(2));
+  }
+}
+
 std::string DatastoreName(Store& store, const Host& host, const std::string& uuid) {
-  return Find(store, RequireMembership(store, host), uuid).name;
+  return Find(store, host, uuid).name;
 }
 
 void RenameDatastore(Store& store, const Host& host, const std::string& uuid,
                      const std::string& name) {
   CheckPlainName("datastore", name);
-  const Membership own = RequireMembership(store, host);
-  const Known datastore = Find(store, own, uuid);
+  const Known datastore = Find(store, host, uuid);
   if (datastore.isRemote) {
     Fail("datastore ", Quoted(datastore.name), " belongs to cluster ", datastore.clusterUuid,
-         " and is renamed there");
+         " and is renamed there, by 'korel datastore name set'");
   }
-  CheckNameIsFree(store, own, name, datastore.id);
   if (name == datastore.name) return;
+  CheckNameIsFree(store, host, name, datastore.id);
   Execute(store, "UPDATE datastores SET name = ? WHERE id = ?", name, datastore.id);
-  NoteChange(store, own.clusterId);
+  NoteChange(store, datastore.knownBy);
 }
 
 }  // namespace lab

@@ -60,7 +60,7 @@ std::shared_ptr<Tovrin::Korel::KorelClusterInfo> ClusterInfo(Store& store, const
 bool IsKorelMax(Store& store, const Host& host) { return Ask(store, host, "isKorelMax") != 0; }
 
 void SetKorelMax(Store& store, const Host& host, bool isEnabled) {
-  if (!IsEnabled(store, host)) Fail("Korel is not enabled on this host: it is in no Korel cluster");
+  RequireEnabled(store, host);
   if (isEnabled) CheckNoDisks(store, host);
   Set(store, host, "isKorelMax", isEnabled);
 }
@@ -76,12 +76,18 @@ std::string MaintenanceState(Store& store, const Host& host) {
 }
 
 void StartMaintenance(Store& store, const Host& host) {
-  if (IsInMaintenance(store, host)) Fail("a maintenance mode operation is in progress already");
+  if (IsInMaintenance(store, host)) {
+    Fail(
+        "a maintenance mode operation is in progress already; 'korel maintenancemode cancel' ends it");
+  }
   Set(store, host, "isInMaintenance", 1);
 }
 
 void CancelMaintenance(Store& store, const Host& host) {
-  if (!IsInMaintenance(store, host)) Fail("no maintenance mode operation is in progress");
+  if (!IsInMaintenance(store, host)) {
+    Fail(
+        "no maintenance mode operation is in progress; 'autocli lab maintenance start' starts one");
+  }
   Set(store, host, "isInMaintenance", 0);
 }
 

@@ -1,5 +1,7 @@
 #include "lab/model/Hosts.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 
 #include "lab/base/Text.h"
@@ -37,11 +39,42 @@ std::string HostNames(Store& store) {
   return Joined(names, ", ");
 }
 
+/// Code points from the first to the last.
+struct Range {
+  char32_t first;
+  char32_t last;
+};
+
 /// ASCII's and Latin-1's, of which a terminal takes either as a command.
-bool IsControlCharacter(std::string_view character) {
+constexpr std::array kControls{Range{0x0000, 0x001f}, Range{0x007f, 0x009f}};
+
+/// They change the order in which what follows is shown.
+constexpr std::array kDirectionMarks{Range{0x061c, 0x061c}, Range{0x200e, 0x200f},
+                                     Range{0x202a, 0x202e}, Range{0x2066, 0x2069}};
+
+/// Blanks, and characters that only act on others or show nothing.
+constexpr std::array kInvisible{
+    Range{0x0020, 0x0020},   Range{0x00a0, 0x00a0},  Range{0x00ad, 0x00ad}, Range{0x034f, 0x034f},
+    Range{0x115f, 0x1160},   Range{0x1680, 0x1680},  Range{0x17b4, 0x17b5}, Range{0x180b, 0x180f},
+    Range{0x2000, 0x200d},   Range{0x2028, 0x2029},  Range{0x202f, 0x202f}, Range{0x205f, 0x2065},
+    Range{0x206a, 0x206f},   Range{0x2800, 0x2800},  Range{0x3000, 0x3000}, Range{0x3164, 0x3164},
+    Range{0xfe00, 0xfe0f},   Range{0xfeff, 0xfeff},  Range{0xffa0, 0xffa0}, Range{0xfff0, 0xfffb},
+    Range{0x1d173, 0x1d17a}, Range{0xe0000, 0xe0fff}};
+
+template <std::size_t count>
+bool IsOneOf(char32_t character, const std::array<Range, count>& ranges) {
+  return std::any_of(ranges.begin(), ranges.end(), [&](const Range& range) {
+    return character >= range.first && character <= range.last;
+  });
+}
+
+/// The code point of one character of UTF-8.
+char32_t CodePoint(std::string_view character) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
-  if (character.size() == 1) return byte(0) < 0x20 || byte(0) == 0x7f;
-  return character.size() == 2 && byte(0) == 0xc2 && byte(1) < 0xa0;
+  if (character.size() == 1) return byte(0);
+  char32_t point = byte(0) & (0x7fU >> character.size());
+  for (std::size_t i = 1; i < character.size(); ++i) point = (point << 6U) | (byte(i) & 0x3fU);
+  return point;
 }
 
 }  // namespace
@@ -110,17 +143,24 @@ void AddHost(Store& store, const HostInventory& inventory) {
 void CheckFaultDomainName(const std::string& name) {
   constexpr std::size_t kMaxCharacters = 256;
   std::size_t characters = 0;
+  bool isVisible = false;
   for (std::size_t i = 0; i < name.size(); ++characters) {
     const std::size_t size = Utf8CharacterSize(std::string_view(name).substr(i));
     if (size == 0) Fail("fault domain name ", Quoted(name), " is not UTF-8");
-    if (IsControlCharacter(std::string_view(name).substr(i, size))) {
+    const char32_t character = CodePoint(std::string_view(name).substr(i, size));
+    if (IsOneOf(character, kControls)) {
       Fail("fault domain name ", Quoted(name), " has a control character in it");
     }
+    if (IsOneOf(character, kDirectionMarks)) {
+      Fail("fault domain name ", Quoted(name), " has a mark of writing direction in it");
+    }
+    isVisible = isVisible || !IsOneOf(character, kInvisible);
     i += size;
   }
   if (characters == 0 || characters > kMaxCharacters) {
     Fail("a fault domain name has 1 to 256 characters, got ", std::to_string(characters));
   }
+  if (!isVisible) Fail("fault domain name ", Quoted(name), " has no visible character in it");
 }
 
 void SetFaultDomain(Store& store, const Host& host, const std::string& name) {

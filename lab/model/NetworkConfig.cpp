@@ -41,10 +41,10 @@ std::string TrafficColumn(const std::string& trafficType) {
 KorelIpAddress V4(const std::string& text) { return {false, Ipv4Address(text), {}, text}; }
 KorelIpAddress V6(const std::string& text) { return {true, {}, Ipv6Address(text), text}; }
 
-bool IsActive(Store& store, const Host& host, const std::string& name,
-              const std::string& condition) {
+bool IsConfigured(Store& store, const Host& host, const std::string& name,
+                  const std::string& condition) {
   const std::string sql =
-      "SELECT 1 FROM networkConfigs WHERE host = ? AND interface = ? AND isActive " + condition;
+      "SELECT 1 FROM networkConfigs WHERE host = ? AND interface = ? AND " + condition;
   return Exists(store, sql.c_str(), host.id, name);
 }
 
@@ -74,7 +74,7 @@ std::vector<Interface> InterfacesOf(Store& store, const Host& host) {
   return interfaces;
 }
 
-void SetInterfaceConfig(Store& store, const Host& host, const KorelHskNicConfig2& config) {
+bool SetInterfaceConfig(Store& store, const Host& host, const KorelHskNicConfig2& config) {
   CheckHasInterface(store, host, config.GetHsknicName());
   const std::string agentV4 = CheckedGroup("agent", config.GetAgentMulticastGroup(), false);
   const std::string agentV6 = CheckedGroup("agent", config.GetAgentV6MulticastGroup(), true);
@@ -84,11 +84,13 @@ void SetInterfaceConfig(Store& store, const Host& host, const KorelHskNicConfig2
   if (!config.korelTraffic && !config.witnessTraffic) {
     Fail("interface ", Quoted(config.GetHsknicName()), " must carry korel or witness traffic");
   }
+  const bool replaces = IsConfigured(store, host, config.GetHsknicName(), "NOT isActive");
   Execute(
       store, "INSERT OR REPLACE INTO networkConfigs VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, 1)",
       host.id, config.GetHsknicName(), agentV4, agentV6, masterV4, masterV6,
       config.GetAgentMulticastPort(), config.GetPrimaryMulticastPort(), config.GetHostUnicastPort(),
       config.GetMulticastTTL(), config.korelTraffic, config.witnessTraffic);
+  return replaces;
 }
 
 std::vector<std::unique_ptr<KorelHskNicConfig2>> InterfaceConfigs(Store& store, const Host& host) {
@@ -110,18 +112,23 @@ std::vector<std::unique_ptr<KorelHskNicConfig2>> InterfaceConfigs(Store& store, 
 
 bool IsInterfaceConfigured(Store& store, const Host& host, const std::string& name,
                            const std::string& trafficType) {
-  return IsActive(store, host, name, "AND " + TrafficColumn(trafficType));
+  return IsConfigured(store, host, name, "isActive AND " + TrafficColumn(trafficType));
 }
 
 void RemoveTraffic(Store& store, const Host& host, const std::string& name, bool force,
                    const std::string& trafficType) {
   const std::string column = TrafficColumn(trafficType);
-  if (!force && !IsActive(store, host, name, "")) {
+  if (!force && !IsConfigured(store, host, name, "isActive")) {
     CheckHasInterface(store, host, name);
     // A whole removal takes "korel" off first, and with it goes an interface that carries nothing
     // else: that "witness" then finds none is no fault.
     if (column == "carriesWitness") return;
-    Fail("interface ", Quoted(name), " is not in the Korel network configuration");
+    if (IsConfigured(store, host, name, "NOT isActive")) {
+      Fail("interface ", Quoted(name), " is in the persisted Korel network configuration and not ",
+           "active; 'korel network restore' restores it first, or --force removes it from there");
+    }
+    Fail("interface ", Quoted(name), " is not in the Korel network configuration; ",
+         "'korel network list' shows what is");
   }
   const std::string sql =
       "UPDATE networkConfigs SET " + column + " = 0 WHERE host = ? AND interface = ?";

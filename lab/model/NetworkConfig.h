@@ -27,10 +27,11 @@ struct Interface {
 /// In the order of the host's inventory.
 std::vector<Interface> InterfacesOf(Store& store, const Host& host);
 
-/// Configures one interface, which may be configured already. Throws KorelCtlException unless the
-/// host has the interface, the groups are multicast addresses of their families, ports and
-/// time-to-live lie in their ranges and it carries some traffic.
-void SetInterfaceConfig(Store& store, const Host& host,
+/// Configures one interface, which may be configured already; true when that replaces what was
+/// persisted and not active. Throws KorelCtlException unless the host has the interface, the groups
+/// are multicast addresses of their families, ports and time-to-live lie in their ranges and it
+/// carries some traffic.
+bool SetInterfaceConfig(Store& store, const Host& host,
                         const Tovrin::Korel::KorelHskNicConfig2& config);
 /// What is active, in the order of the host's inventory.
 std::vector<std::unique_ptr<Tovrin::Korel::KorelHskNicConfig2>> InterfaceConfigs(Store& store,

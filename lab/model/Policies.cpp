@@ -1,26 +1,15 @@
 #include "lab/model/Policies.h"
 
-#include <algorithm>
-#include <array>
 #include <set>
 
 #include "lab/base/Text.h"
+#include "lab/conversions/PolicyKeys.h"
 #include "lab/store/Query.h"
 
 namespace lab {
 namespace {
 
 using Tovrin::Korel::KorelPolicyClass;
-
-/// A key whose value is a number. The one other key is "checksum".
-struct NumberKey {
-  const char* name;
-  std::int64_t min;
-  std::int64_t max;
-};
-
-constexpr std::array<NumberKey, 3> kNumberKeys{
-    {{"copies", 1, 4}, {"stripes", 1, 12}, {"reserved-percent", 0, 100}}};
 
 std::string BuiltIn(KorelPolicyClass policyClass) {
   switch (policyClass) {
@@ -35,31 +24,37 @@ std::string BuiltIn(KorelPolicyClass policyClass) {
   Fail("there is no policy class ", std::to_string(static_cast<int>(policyClass)));
 }
 
+std::string KeysToName() { return "the keys are " + Joined(PolicyKeyTexts(), ", "); }
+
 /// Why the key cannot have the value; empty when it can.
 std::string FaultOf(const std::string& key, const std::string& value) {
-  if (key == "checksum") return value == "on" || value == "off" ? "" : "checksum is on or off";
-  std::vector<std::string> names{"checksum"};
-  for (const auto& [name, min, max] : kNumberKeys) {
-    names.emplace_back(name);
-    if (key != name) continue;
+  std::vector<std::string> names;
+  for (const PolicyKey& known : kPolicyKeys) {
+    names.emplace_back(known.name);
+    if (key != known.name) continue;
+    if (known.IsSwitch()) return value == "on" || value == "off" ? "" : key + " is on or off";
     const auto number = ParseNumber(value);
-    if (number && *number >= min && *number <= max) return "";
-    return key + " is a number from " + std::to_string(min) + " to " + std::to_string(max);
+    if (number && *number >= known.min && *number <= known.max) return "";
+    return key + " is a number from " + std::to_string(known.min) + " to " +
+           std::to_string(known.max);
   }
-  return "there is no key " + Quoted(key) + DidYouMean(key, names);
+  return "there is no key " + Quoted(key) + "; " + KeysToName() + DidYouMean(key, names);
 }
+
+std::string KeyOf(const std::string& pair) { return pair.substr(0, pair.find('=')); }
 
 }  // namespace
 
 void CheckPolicy(const std::string& policy) {
-  if (policy.empty()) Fail("a policy has at least one pair, such as copies=2");
+  if (policy.empty()) Fail("a policy has at least one pair, such as copies=2; ", KeysToName());
   std::set<std::string> keys;
   for (const std::string& pair : Split(policy, ',')) {
     const std::size_t equals = pair.find('=');
-    const std::string key = pair.substr(0, equals);
-    const std::string fault = equals == std::string::npos ? "it is not of the form key=value"
-                              : !keys.insert(key).second  ? key + " is there twice"
-                                                          : FaultOf(key, pair.substr(equals + 1));
+    const std::string key = KeyOf(pair);
+    const std::string fault = equals == std::string::npos
+                                  ? "it is not of the form key=value; " + KeysToName()
+                              : !keys.insert(key).second ? key + " is there twice"
+                                                         : FaultOf(key, pair.substr(equals + 1));
     if (!fault.empty()) Fail("the policy pair ", Quoted(pair), " is not possible: ", fault);
   }
 }
@@ -67,7 +62,14 @@ void CheckPolicy(const std::string& policy) {
 std::string DefaultPolicy(Store& store, const Host& host, KorelPolicyClass policyClass) {
   const auto set = Texts(store, "SELECT value FROM policies WHERE host = ? AND class = ?", host.id,
                          static_cast<int>(policyClass));
-  return set.empty() ? BuiltIn(policyClass) : set.front();
+  auto pairs = Split(BuiltIn(policyClass), ',');
+  if (set.empty()) return Joined(pairs, ",");
+  for (const std::string& given : Split(set.front(), ',')) {
+    for (std::string& pair : pairs) {
+      if (KeyOf(pair) == KeyOf(given)) pair = given;
+    }
+  }
+  return Joined(pairs, ",");
 }
 
 void SetDefaultPolicy(Store& store, const Host& host, KorelPolicyClass policyClass,
@@ -76,6 +78,12 @@ void SetDefaultPolicy(Store& store, const Host& host, KorelPolicyClass policyCla
   CheckPolicy(value);
   Execute(store, "INSERT OR REPLACE INTO policies VALUES (?, ?, ?)", host.id,
           static_cast<int>(policyClass), value);
+}
+
+void ClearDefaultPolicy(Store& store, const Host& host, KorelPolicyClass policyClass) {
+  BuiltIn(policyClass);
+  Execute(store, "DELETE FROM policies WHERE host = ? AND class = ?", host.id,
+          static_cast<int>(policyClass));
 }
 
 void ClearDefaultPolicies(Store& store, const Host& host) {

@@ -1,10 +1,14 @@
 #include "lab/model/Upgrade.h"
 
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "lab/base/Text.h"
+#include "lab/conversions/Uuids.h"
+#include "lab/model/Agents.h"
+#include "lab/model/Clusters.h"
 #include "lab/model/OldFiles.h"
 #include "lab/model/TraceDaemon.h"
 #include "lab/store/LabFile.h"
@@ -80,6 +84,46 @@ void WidenMemory(Store& store) {
   }
 }
 
+void Note(const std::string& what) {
+  std::fprintf(stderr, "note: the lab is brought up to date without %s\n", what.c_str());
+}
+
+/// The model does not refuse it.
+bool IsDone(const std::function<void()>& work) {
+  try {
+    work();
+    return true;
+  } catch (const Tovrin::Lib::Korel::KorelCtlException&) {
+    return false;
+  }
+}
+
+/// Takes away what older versions let in and this one calls impossible: a second witness, agents
+/// that stand for no other host, names that cannot be read.
+void DropImpossible(Store& store) {
+  for (const Host& host : AllHosts(store)) {
+    for (const std::string& uuid :
+         Texts(store,
+               "SELECT c.uuid FROM memberships m JOIN clusters c ON c.id = m.cluster "
+               "WHERE m.host = ? AND m.nodeType = 1 AND EXISTS (SELECT 1 FROM memberships o "
+               "WHERE o.cluster = m.cluster AND o.nodeType = 1 AND o.id < m.id)",
+               host.id)) {
+      if (!IsDone([&] { LeaveCluster(store, host, CheckedUuid(uuid)); })) continue;
+      Note("the further witness " + Quoted(host.name) + " of cluster " + uuid);
+    }
+    for (const Agent& agent : AgentsOf(store, host, true, "")) {
+      const bool isPossible = IsDone([&] { CheckedAgent(agent); });
+      if (isPossible && agent.nodeUuid != host.nodeUuid) continue;
+      Note("the agent " + Quoted(agent.address) + " of host " + Quoted(host.name));
+      Execute(store, "DELETE FROM agents WHERE host = ? AND address = ? AND uuid = ?", host.id,
+              agent.address, agent.nodeUuid);
+    }
+    if (IsDone([&] { CheckFaultDomainName(host.faultDomain); })) continue;
+    Note("the name of the fault domain of host " + Quoted(host.name));
+    ResetFaultDomain(store, host);
+  }
+}
+
 /// `isOfThese`: the folder holds files of these hosts, and not of those that they replaced.
 void TakeFiles(Store& store, bool isOfThese) {
   for (const Host& host : AllHosts(store)) {
@@ -91,8 +135,7 @@ void TakeFiles(Store& store, bool isOfThese) {
     SetTraceDaemonRunning(store, host, old.isDaemonRunning);
     for (const HostFile& file : old.files) PutFile(store, host, file);
     for (const std::string& path : old.left) {
-      std::fprintf(stderr, "note: the lab is brought up to date without %s.root/%s%s\n",
-                   store.GetPath().c_str(), host.name.c_str(), path.c_str());
+      Note(store.GetPath() + ".root/" + host.name + path);
     }
   }
 }
@@ -104,7 +147,7 @@ std::string UpgradeSchema(Store& store) {
   // Older programs marked a lab whose hosts had been replaced, and their files not yet.
   const bool hasNewHosts = noted < 0;
   const int version = hasNewHosts ? -noted : noted;
-  if (version >= kSchemaVersion) {
+  if (version >= kSchemaVersion || (hasNewHosts && version > kLastMigrated)) {
     throw UnusableLab(store.GetPath(), "the lab " + Quoted(store.GetPath()) +
                                            " is of the unknown version " + std::to_string(noted));
   }
@@ -122,6 +165,7 @@ std::string UpgradeSchema(Store& store) {
   } else {
     WidenMemory(store);
   }
+  DropImpossible(store);
   return "brings the lab up to date from version " + std::to_string(version);
 }
 

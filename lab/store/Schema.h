@@ -85,10 +85,11 @@ inline constexpr auto kTables = std::to_array<SchemaObject>({
 ) STRICT)sql"},
     {"datastores", R"sql(CREATE TABLE datastores (
   id INTEGER PRIMARY KEY,
-  uuid TEXT NOT NULL UNIQUE,
+  uuid TEXT NOT NULL,             -- known to no cluster twice
   cluster INTEGER NOT NULL REFERENCES clusters ON DELETE CASCADE,
   name TEXT NOT NULL,
   isDefault INTEGER NOT NULL,
+  UNIQUE (cluster, uuid),
   UNIQUE (cluster, name)
 ) STRICT)sql"},
     {"mounts", R"sql(CREATE TABLE mounts (

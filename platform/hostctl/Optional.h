@@ -14,6 +14,15 @@ namespace Tovrin::Korel {
 /// judges the value.
 [[gnu::weak]] void SetDefaultPolicy(KorelInfo& info, KorelPolicyClass policyClass,
                                     const std::string& value);
+/// Sets the default policy value of one class back to its built-in value.
+[[gnu::weak]] void ClearDefaultPolicy(KorelInfo& info, KorelPolicyClass policyClass);
+/// What a policy value is made of, for people: "copies (1 to 4)". It needs no host.
+[[gnu::weak]] std::vector<std::string> DescribePolicyKeys();
+
+/// The UUIDs of the clusters that RestoreCluster would make active, in the order of joining.
+[[gnu::weak]] std::vector<std::string> GetInactiveClusterUuids(KorelInfo& info);
+/// The host has the Korel Max role.
+[[gnu::weak]] bool IsKorelMaxEnabled(KorelInfo& info);
 
 /// Claims devices for the storage pool, all or none.
 [[gnu::weak]] void AddStoragePoolDisks(KorelInfo& info, const std::vector<std::string>& devices);

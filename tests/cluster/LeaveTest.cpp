@@ -84,36 +84,57 @@ TEST(ClusterInformation, IsShownOfOneAndOfAll) {
     host.clusterUuid = kA;
     host.cluster = {"", "WITNESS", "HEALTHY", {"m1", "m2"}, {7, "then"}};
   };
+  const auto rebooted = [](RecordingHost& host) { host.inactiveClusters = {kA, kB}; };
+  const auto clientMember = [](RecordingHost& host) { host.joinedClusters = {kA}; };
+  const auto max = [](RecordingHost& host) { host.isKorelMax = true; };
   const auto asked = [](const std::string& uuid) {
-    return "GetClusterInfo true | GetInfoFromHXDS " + uuid + " | GetUnicastModeForCluster " + uuid +
-           " | GetNodeType | GetFaultDomainName | IsDataInTransitEncryptionEnabled " + uuid +
-           " true";
+    return "GetInfoFromHXDS " + uuid + " | GetUnicastModeForCluster " + uuid +
+           " | GetNodeType | IsDataInTransitEncryptionEnabled " + uuid + " true";
   };
   const Names names = {
-      {"$own",
-       "Current Local Time=now, Node UUID=node, Node Type=WITNESS, Node Role=WITNESS, "
-       "Node Health=HEALTHY, Fault Domain=fd1, Maintenance Mode=OFF"},
+      {"$own", "Current Local Time=now, Node UUID=node"},
+      {"$node", "Node Type=WITNESS, Node Role=WITNESS, Node Health=HEALTHY"},
+      {"$state", "Fault Domain=fd1, Maintenance Mode=OFF"},
       {"$members",
        "Member Count=2, Member UUIDs=[m1, m2], Unicast Mode=true, Data-in-Transit "
        "Encryption=false, Configuration Generation=7, Configuration Time=then"},
-      {"$time", "GetFormattedSystemDateTime"},
+      {"$no cluster",
+       "Node Type=-, Node Role=-, Node Health=-, Fault Domain=fd1, Maintenance Mode=OFF, "
+       "Sub-Cluster UUID=-, Member Count=-, Member UUIDs=[], Unicast Mode=-, Data-in-Transit "
+       "Encryption=-, Configuration Generation=-, Configuration Time=-"},
+      {"$two",
+       "Client Mode=false, Korel Max=false, Sub-Cluster Count=2, Inactive Sub-Cluster "
+       "UUIDs=[], Restored By=-"},
+      {"$host",
+       "GetClusterInfo true | GetFormattedSystemDateTime | GetFaultDomainName | "
+       "IsClientModeEnabled | IsKorelMaxEnabled | GetInactiveClusterUuids"},
       {"$of a", asked("$A")},
       {"$of b", asked("$B")}};
-  Check({{"in two", InTwo}, {"member", member}}, names, R"(
-[in two, witness, member] cluster get -> ClusterInformation{Enabled=true, $own, Sub-Cluster UUID=$A,
-  $members} <- GetClusterInfo true | $time | GetClusterUuid | $of a
-[in two, witness, member] cluster list -> [ClusterInformationList{Enabled=true, $own, Sub-Cluster
-  UUID=$A, $members}, ClusterInformationList{Enabled=true, $own, Sub-Cluster UUID=$B, $members}] <-
-  GetClusterInfo true | GetJoinedClusterUuids | $time | $of a | $time | $of b
-cluster get -> ClusterInformation{Enabled=false, Current Local Time=now, Node UUID=-, Node Type=-,
-  Node Role=-, Node Health=-, Fault Domain=-, Maintenance Mode=-, Sub-Cluster UUID=-,
-  Member Count=-, Member UUIDs=[], Unicast Mode=-, Data-in-Transit Encryption=-,
-  Configuration Generation=-, Configuration Time=-} <- GetClusterInfo true | $time
-cluster list -> [] <- GetClusterInfo true | GetJoinedClusterUuids
-[GetClusterInfo fails] cluster get -> error: Unable to get cluster information: no luck | none
-  <- GetClusterInfo true
-[GetClusterInfo fails] cluster list -> error: Unable to list cluster information: no luck | none
-  <- GetClusterInfo true
+  Check({{"in two", InTwo},
+         {"member", member},
+         {"rebooted", rebooted},
+         {"in one", clientMember},
+         {"max", max}},
+        names, R"(
+[in two, witness, member] cluster get -> ClusterInformation{Enabled=true, $own, $node, $state,
+  Sub-Cluster UUID=$A, $members, $two} <- GetJoinedClusterUuids | $host | $of a
+[in two, witness, member] cluster list -> [ClusterInformationList{Enabled=true, $own, $node, $state,
+  Sub-Cluster UUID=$A, $members, $two}, ClusterInformationList{Enabled=true, $own, $node, $state,
+  Sub-Cluster UUID=$B, $members, $two}] <- GetJoinedClusterUuids | $host | $of a | $host | $of b
+cluster get -> ClusterInformation{Enabled=false, $own, $no cluster, Client Mode=false,
+  Korel Max=false, Sub-Cluster Count=0, Inactive Sub-Cluster UUIDs=[], Restored By=-}
+  <- GetJoinedClusterUuids | $host
+[rebooted, max] cluster get -> ClusterInformation{Enabled=false, $own, $no cluster,
+  Client Mode=false, Korel Max=true, Sub-Cluster Count=0, Inactive Sub-Cluster UUIDs=[$A, $B],
+  Restored By=korel cluster restore} <- GetJoinedClusterUuids | $host
+[client, in one, witness, member] cluster get -> ClusterInformation{Enabled=false, $own, $node,
+  $state, Sub-Cluster UUID=$A, $members, Client Mode=true, Korel Max=false, Sub-Cluster Count=1,
+  Inactive Sub-Cluster UUIDs=[], Restored By=-} <- GetJoinedClusterUuids | $host | $of a
+cluster list -> [] <- GetJoinedClusterUuids
+[GetJoinedClusterUuids fails] cluster get -> error: Unable to get cluster information: no luck |
+  none <- GetJoinedClusterUuids
+[GetJoinedClusterUuids fails] cluster list -> error: Unable to list cluster information: no luck |
+  none <- GetJoinedClusterUuids
 )");
 }
 

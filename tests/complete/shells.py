@@ -41,6 +41,10 @@ CASES = [
     # HOME is put in. No blank follows a folder, or the rest would be a word of its own.
     ("autocli lab init --inventory HOME/two\tho\t", "HOME/two words/hosts.json"),
     ("autocli lab init --inventory=HOME/two\\ wor\tho\t", "--inventory=HOME/two words/hosts.json"),
+    ("korel policy setdefault --policy copies=2,stripes=1,reserved-percent=1\t",
+     "copies=2,stripes=1,reserved-percent=100,checksum=on"),
+    ("korel policy setdefault --policy=copies=2,stripes=1,reserved-percent=1\t",
+     "--policy=copies=2,stripes=1,reserved-percent=100,checksum=on"),
 ]
 
 

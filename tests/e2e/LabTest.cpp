@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <regex>
 
 #include "tests/e2e/Program.h"
 
@@ -30,6 +31,48 @@ TEST_F(Lab, HasWhatMakesTheTraceCommandsFail) {
   Do(set);
   EXPECT_NE(Run("lab file get " + config).out.find("KORELTRACED_ROTATE_FILE_SIZE=7\n"),
             std::string::npos);
+}
+
+/// The commands that a message has in quotes, in order.
+std::vector<std::string> CommandsIn(const std::string& message) {
+  std::vector<std::string> commands;
+  const std::regex quoted("'(?:autocli )?((?:korel|lab) [^']*)'");
+  for (std::sregex_iterator it(message.begin(), message.end(), quoted), end; it != end; ++it) {
+    commands.push_back((*it)[1]);
+  }
+  return commands;
+}
+
+TEST_F(Lab, LeadsWhereItsRefusalsPoint) {
+  const std::string other = "aaaaaaaa-0000-4000-8000-000000000001";
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{"korel cluster new", "lab host reboot"}, "korel datastore add -n ds"},
+      {{"korel cluster new", "lab host reboot"}, "korel network security get"},
+      {{"korel cluster new", "lab host reboot"}, "korel cluster join -u " + other},
+      {{"korel cluster join -u " + other, "lab host reboot"},
+       "korel cluster unicastagent add -t witness -a 10.0.0.9 -c " + other},
+      {{"korel cluster new -c"}, "korel datastore add -n ds"},
+      {{"korel cluster new", "lab host reboot"}, "lab host set --node-type metadata"},
+      {{}, "lab host set --node-type metadata"},
+      {{}, "korel datastore clear"},
+      {{"korel network ip add -i hsk0", "lab host reboot"}, "korel network remove -i hsk0"},
+      {{}, "korel maintenancemode cancel"},
+      {{"lab maintenance start"}, "lab maintenance start"},
+  };
+  for (const auto& [preparations, line] : cases) {
+    Do("lab init --force");
+    for (const std::string& preparation : preparations) Do(preparation);
+    Ended ended = Run(line);
+    EXPECT_EQ(ended.status, 1) << line;
+    for (int steps = 0; ended.status == 1 && steps < 3; ++steps) {
+      const auto commands = CommandsIn(ended.err);
+      EXPECT_FALSE(commands.empty()) << ended.err;
+      // Those that need more words are refused, and others beside them do as well.
+      for (const std::string& command : commands) EXPECT_NE(Run(command).status, 1) << command;
+      ended = Run(line);
+    }
+    EXPECT_EQ(ended.status, 0) << line << ": " << ended.err;
+  }
 }
 
 TEST_F(Lab, KeepsAFileOfAHostByteForByte) {

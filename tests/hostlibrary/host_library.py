@@ -14,7 +14,8 @@ import tempfile
 
 BUILD, LIBRARY, REDIRECT = map(pathlib.Path, sys.argv[1:])
 LINES = (pathlib.Path(__file__).parents[1] / "e2e/every-command.batch").read_text().splitlines()
-OUR_OWN = {"policy setdefault": "set default policy: {} set default policies",
+OUR_OWN = {"policy cleardefault": "clear default policy: {} clear the default policy of one class",
+           "policy setdefault": "set default policy: {} set default policies",
            "storagepool add": "add storage pool disk: {} add storage pool disks",
            "storagepool remove": "remove storage pool disk: {} remove storage pool disks"}
 

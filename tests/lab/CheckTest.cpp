@@ -29,6 +29,7 @@ UPDATE hosts SET nodeUuid = upper(nodeUuid) -> is not in lower case
 UPDATE hosts SET isKorelMax = 1             -> host 'host1' is a Korel Max host with disks in use
 UPDATE hosts SET isKorelMax = 1; DELETE FROM memberships -> is a Korel Max host without a cluster
 DELETE FROM memberships                     -> ' has no member
+INSERT INTO hosts (id, name, nodeUuid) VALUES (9, 'x', '1'); UPDATE memberships SET nodeType = 1; INSERT INTO memberships SELECT 9, 9, cluster, 1, 1, 1 FROM memberships -> ' has more than one witness
 UPDATE clusters SET rekeyMinutes = 29 / UPDATE clusters SET rekeyMinutes = 10081 -> ' has a value
 UPDATE datastores SET isDefault = 0         -> ' has not one default datastore
 UPDATE datastores SET isDefault = 1         -> ' has not one default datastore
@@ -54,6 +55,9 @@ INSERT INTO claims SELECT id, 1, 20, '', 1, 0, NULL, NULL, NULL FROM devices WHE
 INSERT INTO claims SELECT id, id, 20, '', 1, 0, NULL, NULL, NULL FROM devices WHERE id IN (2, 3, 4, 6) -> host 'host1' has more than 4 disk groups
 INSERT INTO mounts SELECT cluster, id, 'm' FROM datastores -> 'm' is one of the cluster itself
 INSERT INTO mounts SELECT cluster, id, 'ds' FROM datastores -> name 'ds' is there twice in a cluster
+INSERT INTO clusters VALUES (9, 'x', 1, '', 0, 30, 0, 0); INSERT INTO mounts SELECT 9, id, name FROM datastores; INSERT INTO datastores SELECT 9, uuid, 9, 'y', 0 FROM datastores WHERE isDefault -> ' is there twice in a cluster
+INSERT INTO agents SELECT 1, id, nodeUuid, 0, 1, '::1', 1, '', '', '00000000-0000-0000-0000-000000000000' FROM hosts -> unicast agent '::1' has the UUID of its own host
+INSERT INTO agents SELECT 1, 1, uuid, 0, 1, 'ff02::1', 1, '', '', uuid FROM clusters -> 'ff02::1': no host has the address
 UPDATE networkConfigs SET ttl = 0           -> the configuration of interface 'hsk0' has a value
 UPDATE networkConfigs SET carriesKorel = 0  -> the configuration of interface 'hsk0' has a value
 INSERT INTO files VALUES (1, 'relative', 0, x'') -> 'relative' is not an absolute path

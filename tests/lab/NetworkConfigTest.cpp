@@ -41,6 +41,19 @@ TEST_F(NetworkConfigTest, WhatIsSetRemovedClearedAndRestored) {
 )");
 }
 
+TEST_F(NetworkConfigTest, WhatReplacesAPersistedRecordSaysSo) {
+  const auto play = [&](const std::string& script, const std::string& expected) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Play(script), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected) << script;
+  };
+  play("1 interface hsk0 korel; 1 interface hsk0 korel ttl=7; 1 clearnet; 1 interface hsk1 korel",
+       "");
+  play("1 interface hsk0 korel",
+       "note: this replaces the persisted configuration of interface hsk0\n");
+  play("1 interface hsk0 korel", "");
+}
+
 TEST_F(NetworkConfigTest, NumbersAndGroupsAtTheirEdges) {
   const auto shown = [] {
     const auto config = std::move(At("host1")->GetHsknicConfigs().at(0));
@@ -74,7 +87,7 @@ TEST_F(NetworkConfigTest, NumbersAndGroupsAtTheirEdges) {
 1 interface hsk3 korel / 1 uninterface hsk3 korel -> the host has no interface 'hsk3'; it has...
 1 uninterface hsk3 witness          -> the host has no interface 'hsk3'; it has...
 1 uninterface hsk0 korel / 2 interface hsk0 korel; 1 uninterface hsk0 korel -> ... 'hsk0' is not in...
-1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 korel -> interface 'hsk0' is not in the Korel...
+1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 korel -> interface 'hsk0' is in the persisted Korel network configuration and not active; 'korel network restore' restores it first, or --force removes it from there
 1 uninterface hsk0 Korel force      -> 'Korel' is no traffic type; the types are korel and witness
 )");
 }

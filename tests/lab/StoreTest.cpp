@@ -66,7 +66,7 @@ TEST_F(StoreTest, RefusesWhatIsNoLabAndReplacesItOnlyByForce) {
       {fresh(
            "PRAGMA encoding = 'UTF-16le'; CREATE TABLE t (x); PRAGMA application_id = 1265585250"),
        "'" + LabFile() + "' is a database of another program"},
-      {fresh("PRAGMA application_id = 1265585250; PRAGMA user_version = 4"),
+      {fresh("PRAGMA application_id = 1265585250; PRAGMA user_version = 5"),
        lab + " lacks the table 'agents'"},
       {fresh("PRAGMA application_id = 1265585250; PRAGMA user_version = 2"),
        lab + " lacks the table 'agents'"},

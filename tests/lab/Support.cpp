@@ -6,6 +6,7 @@
 #include <map>
 #include <sstream>
 
+#include "lab/conversions/Uuids.h"
 #include "lab/model/Clusters.h"
 #include "lab/model/Disks.h"
 #include "lab/model/Hardware.h"
@@ -186,7 +187,11 @@ const std::map<std::string, void (*)(A)> kVerbs = {
     {"cancel", [](A) { KorelUtil::DecomCancel(); }},
     {"policy",
      [](A a) { SetDefaultPolicy(a.host, KorelUtil::StringToKorelPolicyClass(a[0]), a[1]); }},
-    {"unpolicy", [](A a) { a->ClearDefaultPolicies(); }},
+    {"unpolicy",
+     [](A a) {
+       if (a.words.empty()) return a->ClearDefaultPolicies();
+       ClearDefaultPolicy(a.host, KorelUtil::StringToKorelPolicyClass(a[0]));
+     }},
     {"add", [](A a) { a->AddDatastore(Datastore(a[0], a[1], a[2], a.Has("default"))); }},
     {"rename", [](A a) { a->SetDatastoreName(a[0], a[1]); }},
     {"remove", [](A a) { a->RemoveDatastore(a[0]); }},
@@ -313,6 +318,7 @@ std::string Long(const std::string& word) {
   for (const auto& [name, whole] : kShort) {
     if (word == name) return whole;
   }
+  if (word.starts_with("#host")) return lab::DerivedUuid("node " + word.substr(1));
   if (word[0] == '#') return UuidOfDevice(word.substr(1));
   return word == "-" ? "" : Unfolded(word);
 }

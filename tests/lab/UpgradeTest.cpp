@@ -145,6 +145,44 @@ TEST_F(UpgradeTest, TheMemoryIsKeptAndFitsTheNewTables) {
   });
 }
 
+TEST_F(UpgradeTest, MemoryIsKeptAndWhatIsImpossibleNowGoes) {
+  const std::string agent = ", 1, '10.0.0.2', 1, '', '', 'aaaaaaaa-0000-4000-8000-000000000001'";
+  MakeOld(
+      4,
+      "UPDATE hosts SET name = 'host2' WHERE id = 2; UPDATE hosts SET faultDomain = 'a' || "
+      "char(0x202e) WHERE id = 1; INSERT INTO clusters (id, uuid, isClient) VALUES (5, "
+      "'aaaaaaaa-0000-4000-8000-000000000001', 0); INSERT INTO datastores VALUES (3, "
+      "'d0000000-0000-4000-8000-000000000001', 5, 'ds', 1); INSERT INTO memberships VALUES "
+      "(1, 2, 5, 1, 1, 1), (2, 1, 5, 1, 1, 1); INSERT INTO agents VALUES "
+      "(1, 2, '11111111-0000-4000-8000-000000000002', 0" +
+          agent +
+          "), "
+          "(2, 2, '11111111-0000-4000-8000-000000000001', 0" +
+          agent +
+          "), "
+          "(3, 1, '11111111-0000-4000-8000-000000000002', 0" +
+          agent +
+          "), "
+          "(4, 2, '11111111-0000-4000-8000-000000000003', 0, 1, '::', 1, '', '', 'x');"
+          "INSERT INTO features SELECT value, 1 FROM json_each('[\"archival-protection\", "
+          "\"client-mode\", \"korel2-config\", \"metadata-node\", \"rebuild-trim\"]');"
+          "INSERT INTO history VALUES (7, 7, 1, 'host1', 'lab host add', '', 4, 12, 12, NULL);");
+  testing::internal::CaptureStderr();
+  EXPECT_THAT(lab::ReadLab(lab::Problems), testing::IsEmpty());
+  const std::string notes = testing::internal::GetCapturedStderr();
+  const std::string note = "note: the lab is brought up to date without ";
+  EXPECT_EQ(notes, note + "the further witness 'host1' of cluster " + kClusterA + "\n" + note +
+                       "the name of the fault domain of host 'host1'\n" + note +
+                       "the agent '10.0.0.2' of host 'host2'\n" + note +
+                       "the agent '::' of host 'host2'\n");
+  EXPECT_THAT(State(), testing::HasSubstr("3|" + kDatastore1 + "|5|ds|1\n"));
+  EXPECT_THAT(State(), testing::HasSubstr("2|2|11111111-0000-4000-8000-000000000001|0|1|10.0.0.2"));
+  const auto entries = lab::ReadLab([](lab::Store& store) { return lab::EntriesAfter(store, 0); });
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[1].line, "lab host add");
+  EXPECT_EQ(entries[0].operation, "brings the lab up to date from version 4");
+}
+
 TEST_F(UpgradeTest, HostFilesAreReadInOnceAndNothingIsFollowed) {
   MakeOld(3);
   WriteOld("host1/etc/ostrel/korel/koreltraced.conf", "A=1\n");

@@ -17,9 +17,11 @@ policy getdefault -c vmswap -> [Policy$swap] <- $asked | $asked | GetDefaultPoli
 policy setdefault -c vmswap -p copies=2 -> true <- $asked | SetDefaultPolicy 3 copies=2
 policy setdefault -c vmswap -p '' -> true <- $asked | SetDefaultPolicy 3 ""
 ! error: Unable to set default policy: no luck | none
-policy cleardefault -> true <- ClearDefaultPolicies
+policy cleardefault -> true <- $asked | ClearDefaultPolicies
 ! error: Unable to clear default policy: no luck | none
-policy getdefault -c vdisk / policy setdefault -c vdisk -p copies=2
+policy cleardefault -c vmswap -> true <- $asked | ClearDefaultPolicy 3
+! error: Unable to clear default policy: no luck | none
+policy cleardefault -c vdisk / policy getdefault -c vdisk / policy setdefault -c vdisk -p copies=2
   -> usage: option "--policy-class" takes one of "cluster", "vmswap", not "vdisk" <- $asked
 [GetKorelPolicyClasses fails] policy getdefault
   -> error: Unable to get default policy: no luck | none <- $asked | $asked
@@ -33,23 +35,31 @@ policy getdefault -c vdisk / policy setdefault -c vdisk -p copies=2
 )");
 }
 
-TEST(Policy, ClassesAreExplainedIfTheHostTellsThem) {
+TEST(Policy, ClassesAndKeysAreExplainedIfTheHostTellsThem) {
   using namespace OstrelCli::KorelNamespace;
   const auto descriptions = [] {
     return PolicyGetDefault::New()->GetInputSpec()->GetParameters()[0]->GetDescription() + "\n" +
-           PolicySetDefault::New()->GetInputSpec()->GetParameters()[0]->GetDescription();
+           PolicySetDefault::New()->GetInputSpec()->GetParameters()[0]->GetDescription() + "\n" +
+           PolicyClearDefault::New()->GetInputSpec()->GetParameters()[0]->GetDescription();
   };
   RecordingHost host;
   EXPECT_EQ(descriptions(),
             "Show only the default of this policy class. Options are: %ENUM%. If not specified, "
-            "all are shown.\nPolicy class to set the default of. Options are: %ENUM%.");
+            "all are shown.\nPolicy class to set the default of. Options are: %ENUM%.\n"
+            "Reset only the default of this policy class. Options are: %ENUM%. If not specified, "
+            "all are reset.");
   const std::string bare =
       "Show only the default of this policy class. If not specified, all are shown.\n"
-      "Policy class to set the default of.";
+      "Policy class to set the default of.\n"
+      "Reset only the default of this policy class. If not specified, all are reset.";
   host.policyClasses.clear();
   EXPECT_EQ(descriptions(), bare);
   host.policyClasses = {static_cast<Tovrin::Korel::KorelPolicyClass>(7)};
   EXPECT_EQ(descriptions(), bare) << "a class that has no name";
+  EXPECT_EQ(PolicySetDefault::New()->GetInputSpec()->GetParameters()[1]->GetDescription(),
+            "New default policy value, for objects that are made from now on: KEY=VALUE, several "
+            "with commas between them. Keys are: copies (1 to 4), stripes (1 to 12), "
+            "reserved-percent (0 to 100), checksum (on or off).");
 }
 
 }  // namespace test

@@ -13,6 +13,11 @@ namespace Tovrin::Korel {
 void SetDefaultPolicy(KorelInfo&, KorelPolicyClass policyClass, Given value) {
   Record(__func__, policyClass, value);
 }
+void ClearDefaultPolicy(KorelInfo&, KorelPolicyClass policyClass) { Record(__func__, policyClass); }
+std::vector<std::string> GetInactiveClusterUuids(KorelInfo&) {
+  return test::Answer(test::current->inactiveClusters, __func__);
+}
+bool IsKorelMaxEnabled(KorelInfo&) { return test::Answer(test::current->isKorelMax, __func__); }
 void AddStoragePoolDisks(KorelInfo&, const std::vector<std::string>& devices) {
   Record(__func__, devices);
 }

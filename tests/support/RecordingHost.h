@@ -38,6 +38,8 @@ struct RecordingHost {
   std::string randomUuid = "12345678-0000-0000-0000-00000000000a";
   std::string clusterUuid = "00000000-0000-0000-0000-000000000000";
   std::vector<std::string> joinedClusters;
+  std::vector<std::string> inactiveClusters;
+  bool isKorelMax = false;
   std::vector<Tovrin::Korel::KorelDatastore> datastores;
   std::map<std::string, std::string> disks;  ///< name to UUID text: what the host sees
   std::vector<std::string> configuredDisks;  ///< UUID texts: what Korel uses
