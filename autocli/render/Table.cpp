@@ -11,6 +11,10 @@ using Corvex::MetaObj::MetaStruct;
 
 namespace {
 
+constexpr std::size_t kGap = 2;
+/// As narrow as a column that is broken gets.
+constexpr std::size_t kLeast = 8;
+
 void AppendCell(std::string& out, const Column& column, const MetaStruct& record) {
   const std::size_t start = out.size();
   AppendText(out, *record.GetFields()[column.index].value);
@@ -70,6 +74,11 @@ struct Layout {
   std::vector<std::vector<std::string>> titles;  ///< the lines of each column's
 };
 
+std::size_t WidthOf(const Layout& layout) {
+  return std::accumulate(layout.widths.begin(), layout.widths.end(),
+                         kGap * (layout.widths.size() - 1));
+}
+
 std::vector<std::size_t> WidthsOfValues(const MetaObject& result, const View& view) {
   std::vector<std::size_t> widths(view.GetColumns().size());
   std::string cell;
@@ -82,9 +91,6 @@ std::vector<std::size_t> WidthsOfValues(const MetaObject& result, const View& vi
   });
   return widths;
 }
-
-constexpr std::size_t kGap = 2;
-constexpr std::size_t kLeast = 8;
 
 bool EndsPiece(char c) { return c == ' ' || c == ','; }
 
@@ -173,17 +179,20 @@ void AppendWrapped(std::string& out, const View& view, const std::vector<std::si
   } while (std::ranges::any_of(rests, [](std::string_view rest) { return !rest.empty(); }));
 }
 
-Layout LayoutOf(const MetaObject& result, const View& view, bool isForTerminal) {
+/// `breaksTitles`: they are no wider than the values below them. In a table that may be only so
+/// wide they are whole where there is room.
+Layout LayoutOf(const MetaObject& result, const View& view, bool breaksTitles) {
   Layout layout = {WidthsOfValues(result, view), {}};
   if (view.GetWrap() > 0) Narrow(layout.widths, PieceWidths(result, view), view.GetWrap());
   if (!view.HasTitles()) return layout;
   for (std::size_t i = 0; i < layout.widths.size(); ++i) {
     const std::string& label = view.GetColumns()[i].label;
     std::size_t& width = layout.widths[i];
-    layout.titles.push_back(isForTerminal ? Lines(label, width) : std::vector{label});
+    layout.titles.push_back(breaksTitles ? Lines(label, width) : std::vector{label});
     for (const std::string& line : layout.titles.back()) width = std::max(width, CellWidth(line));
   }
-  return layout;
+  const bool isTooWide = view.GetWrap() > 0 && WidthOf(layout) > view.GetWrap();
+  return isTooWide && !breaksTitles ? LayoutOf(result, view, true) : layout;
 }
 
 /// The last line of each title stands right above the rule.
@@ -205,7 +214,7 @@ class Table final : public Formatter {
     if (!view.HasRecords()) return SimpleFormatter().Write(result, view, out);
     std::string& text = out.Buffer();
     const auto& columns = view.GetColumns();
-    const Layout layout = LayoutOf(result, view, out.IsTerminal() || view.GetWrap() > 0);
+    const Layout layout = LayoutOf(result, view, out.IsTerminal());
     if (view.HasTitles()) AppendTitles(text, view, layout);
     ForEachRecord(result, [&](const MetaStruct& record) {
       if (view.GetWrap() > 0) {
@@ -230,11 +239,7 @@ const Formatter& TableFormatter() {
 
 bool IsTableTooWide(const MetaObject& result, const View& view, const Sink& out) {
   if (out.GetColumns() == 0 || !view.HasRecords()) return false;
-  std::size_t total = 0;
-  for (const std::size_t width : LayoutOf(result, view, true).widths) {
-    total += (total == 0 ? 0 : 2) + width;
-  }
-  return total > out.GetColumns();
+  return WidthOf(LayoutOf(result, view, true)) > out.GetColumns();
 }
 
 }  // namespace autocli

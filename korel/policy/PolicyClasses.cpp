@@ -20,9 +20,12 @@ std::shared_ptr<Corvex::CallSpec::ParameterConstraint> PolicyClasses() {
 std::string PolicyKeys() {
   if (Tovrin::Korel::DescribePolicyKeys == nullptr) return "";
   std::string keys;
-  for (const std::string& key : Tovrin::Korel::DescribePolicyKeys()) {
-    keys += (keys.empty() ? "" : ", ") + key;
-  }
+  const auto failure = FailureOf([&] {
+    for (const std::string& key : Tovrin::Korel::DescribePolicyKeys()) {
+      keys += (keys.empty() ? "" : ", ") + key;
+    }
+  });
+  if (failure || keys.empty()) return "";
   return ": KEY=VALUE, several with commas between them. Keys are: " + keys;
 }
 

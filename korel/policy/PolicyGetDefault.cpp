@@ -6,8 +6,6 @@ namespace OstrelCli::KorelNamespace {
 PolicyGetDefault::PolicyGetDefault() {
   SetDescription("Get default Korel storage policy values.");
   Show(*this, *GetOutputStructure(), "table");
-  SetDefaultOutputParameter("completes:Policy Value:Policy Class",
-                            "korel policy setdefault --policy");
 }
 
 std::shared_ptr<MetaStruct> PolicyGetDefault::GetOutputStructure() {
