@@ -65,7 +65,8 @@ void CheckMayJoinAs(Store& store, const Host& host, const std::string& uuid,
                     KorelNodeType nodeType) {
   const auto memberships = ActiveMemberships(store, host);
   for (const Membership& membership : memberships) {
-    if (membership.clusterUuid == uuid) Fail("the host is in cluster ", uuid, " already");
+    if (membership.clusterUuid == uuid)
+      Fail("the host is in cluster ", uuid, " already; 'korel cluster get' shows it");
   }
   for (const std::string& suspended : InactiveClusterUuids(store, host)) {
     if (suspended != uuid) continue;

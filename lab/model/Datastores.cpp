@@ -100,7 +100,8 @@ void CheckNameIsFree(Store& store, const Host& host, const std::string& name,
                      std::int64_t except = 0) {
   for (const Known& datastore : KnownOn(store, host, kOfName, name)) {
     if (datastore.id == except) continue;
-    Fail("datastore name ", Quoted(name), " is taken by datastore ", datastore.uuid);
+    Fail("datastore name ", Quoted(name), " is taken by datastore ", datastore.uuid,
+         "; 'korel datastore name set' renames one");
   }
 }
 
@@ -123,9 +124,13 @@ void CheckNotMountedElsewhere(Store& store, std::int64_t id, const std::string& 
        Joined(ways, " and "));
 }
 
+[[noreturn]] void FailTaken(const std::string& uuid) {
+  Fail("datastore UUID ", uuid, " is taken; 'korel datastore list' shows by which one");
+}
+
 void AddLocal(Store& store, const Host& host, const std::string& uuid, const std::string& name) {
   RequireEnabled(store, host);
-  if (!KnownOn(store, host, kOfUuid, uuid).empty()) Fail("datastore UUID ", uuid, " is taken");
+  if (!KnownOn(store, host, kOfUuid, uuid).empty()) FailTaken(uuid);
   CheckNameIsFree(store, host, name);
   Execute(store, "INSERT INTO datastores (uuid, cluster, name, isDefault) VALUES (?, ?, ?, 0)",
           uuid, RequireMembership(store, host).clusterId, name);
@@ -153,14 +158,16 @@ void AddMount(Store& store, const Host& host, const KorelDatastore& mounted) {
   const Membership own = RequireMembership(store, host);
   if (CanonicalUuid(mounted.GetClusterUuid()) == own.clusterUuid) {
     Fail("cluster ", mounted.GetClusterUuid(),
-         " is the host's own; its datastores are not mounted as remote ones");
+         " is the host's own; its datastores are not mounted as remote ones, and without "
+         "--cluster-uuid a new one is added to it");
   }
   const auto datastore = FindExported(store, mounted);
   const auto known = KnownOn(store, host, kOfUuid, CanonicalUuid(mounted.GetUuid()));
   if (!known.empty() && known.front().isRemote) {
-    Fail("datastore ", mounted.GetUuid(), " is mounted already, as ", Quoted(known.front().name));
+    Fail("datastore ", mounted.GetUuid(), " is mounted already, as ", Quoted(known.front().name),
+         "; 'korel datastore list' shows it");
   }
-  if (!known.empty()) Fail("datastore UUID ", mounted.GetUuid(), " is taken");
+  if (!known.empty()) FailTaken(mounted.GetUuid());
   CheckNameIsFree(store, host, mounted.GetName());
   Execute(store, "INSERT INTO mounts (cluster, datastore, name) VALUES (?, ?, ?)", own.clusterId,
           datastore, mounted.GetName());
@@ -213,7 +220,8 @@ void RemoveDatastore(Store& store, const Host& host, const std::string& uuid) {
   RequireEnabled(store, host);
   const Known datastore = Find(store, host, uuid);
   if (datastore.isDefault)
-    Fail("the default datastore cannot be removed; it goes with its cluster");
+    Fail(
+        "the default datastore cannot be removed; it goes with its cluster, when 'korel cluster leave' takes out the last host");
   Remove(store, datastore);
   NoteChange(store, datastore.knownBy);
 }

@@ -12,6 +12,8 @@
 namespace lab {
 namespace {
 
+constexpr const char* kShown = "; 'korel storage list' shows which disks are";
+
 constexpr std::ptrdiff_t kMaxGroups = 4;
 constexpr std::ptrdiff_t kMaxCapacityDevices = 6;
 constexpr int kNoTrim = 2;
@@ -168,7 +170,8 @@ void Mount(Store& store, const Group& group, bool force) {
   for (const Device* device : group.all) {
     if (!device->claim->isMounted) unmounted.push_back(device);
   }
-  if (unmounted.empty()) Fail("disk group ", Quoted(group.caching->name), " is mounted already");
+  if (unmounted.empty())
+    Fail("disk group ", Quoted(group.caching->name), " is mounted already", kShown);
   CheckCachingHealthy(*group.devices, *group.caching);
   TakeOutUnhealthy(group, unmounted, force, "");
   for (const Device* device : unmounted) SetMounted(store, *device, true);
@@ -176,7 +179,7 @@ void Mount(Store& store, const Group& group, bool force) {
 
 void Mount(Store& store, const Devices& devices, const Device& device) {
   const Group group = GroupOfCapacity(devices, device, "mount");
-  if (device.claim->isMounted) Fail("device ", Quoted(device.name), " is mounted already");
+  if (device.claim->isMounted) Fail("device ", Quoted(device.name), " is mounted already", kShown);
   if (!group.caching->claim->isMounted) {
     Fail("device ", Quoted(device.name), " cannot be mounted alone: disk group ",
          Quoted(group.caching->name), " is unmounted; ", MountCommand(devices, device),
@@ -198,7 +201,7 @@ void CheckHoldsNoData(const DevicePtrs& disks, const std::string& what) {
 
 void CheckMounted(const Group& group) {
   if (group.caching->claim->isMounted) return;
-  Fail("disk group ", Quoted(group.caching->name), " is unmounted already");
+  Fail("disk group ", Quoted(group.caching->name), " is unmounted already", kShown);
 }
 
 void Unmount(Store& store, const Group& group) {
@@ -207,7 +210,8 @@ void Unmount(Store& store, const Group& group) {
 
 void Unmount(Store& store, const Devices& devices, const Device& device, bool force) {
   GroupOfCapacity(devices, device, "unmount");
-  if (!device.claim->isMounted) Fail("device ", Quoted(device.name), " is unmounted already");
+  if (!device.claim->isMounted)
+    Fail("device ", Quoted(device.name), " is unmounted already", kShown);
   if (!force) CheckHoldsNoData({&device}, "device " + Quoted(device.name));
   SetMounted(store, device, false);
 }

@@ -11,6 +11,8 @@
 namespace lab {
 namespace {
 
+constexpr const char* kTagsShown = "; 'autocli lab disk list' shows which devices are";
+
 /// A tag's name and where it is kept.
 struct TagPlace {
   const char* name;
@@ -320,7 +322,9 @@ void AddTag(Store& store, const Host& host, const std::string& device, DiskTag t
          " needs; 'autocli lab disk list' says which devices are");
   }
   CheckUnclaimed(devices, found);
-  if (found.*place.flag) Fail("device ", Quoted(device), " is tagged ", place.name, " already");
+  if (found.*place.flag) {
+    Fail("device ", Quoted(device), " is tagged ", place.name, " already", kTagsShown);
+  }
   Execute(store, place.update, 1, found.id);
 }
 
@@ -328,7 +332,9 @@ void RemoveTag(Store& store, const Host& host, const std::string& device, DiskTa
   const Devices devices = DevicesOf(store, host);
   const Device& found = FindByName(devices, device);
   const TagPlace place = PlaceOf(tag);
-  if (!(found.*place.flag)) Fail("device ", Quoted(device), " is not tagged ", place.name);
+  if (!(found.*place.flag)) {
+    Fail("device ", Quoted(device), " is not tagged ", place.name, kTagsShown);
+  }
   CheckUnclaimed(devices, found);
   Execute(store, place.update, 0, found.id);
 }

@@ -39,7 +39,8 @@ void AddInterface(Store& store, const Host& host, const std::string& name) {
               "INSERT OR IGNORE INTO interfaces (host, name, position) SELECT ?1, ?2, "
               "coalesce(max(position) + 1, 0) FROM interfaces WHERE host = ?1",
               host.id, name) == 0) {
-    Fail("the host has an interface ", Quoted(name), " already");
+    Fail("the host has an interface ", Quoted(name),
+         " already; 'autocli lab interface list' shows those it has");
   }
 }
 

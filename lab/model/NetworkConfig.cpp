@@ -55,7 +55,8 @@ void CheckHasInterface(Store& store, const Host& host, const std::string& name) 
   const auto names =
       Texts(store, "SELECT name FROM interfaces WHERE host = ? ORDER BY position, name", host.id);
   Fail("the host has no interface ", Quoted(name),
-       names.empty() ? ", nor any other" : "; it has " + Joined(names, ", "));
+       names.empty() ? ", nor any other; 'autocli lab interface add' puts one in"
+                     : "; it has " + Joined(names, ", "));
 }
 
 std::vector<Interface> InterfacesOf(Store& store, const Host& host) {
