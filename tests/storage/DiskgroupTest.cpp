@@ -9,16 +9,13 @@ TEST(Diskgroup, MountsAndUnmountsByTarget) {
 $mount -s one -> true <- MountDiskGroup one false
 $mount -u one -> true <- MountDiskByUuid one
 $mount -d '' -> true <- MountDisk ""
-! error: Unable to mount: no luck | none
 $mount -> error: Either --ssd, --disk or --uuid is required | false
 $mount -s one -u two / $unmount -d one -u two -m NoAction
   -> error: Specify only one of --ssd, --disk or --uuid. | none
 $unmount -s one -> true <- UnmountDiskGroup one true
-! error: Unable to unmount: no luck | none
 $unmount -s one -m NoAction -> true <- UnmountDiskGroupWithMode one NoAction
 $unmount -d one -> true <- UnmountDisk one true
 $unmount -u one -> true <- UnmountDiskByUuid one
-$unmount -> error: Need one of --disk, --ssd or --uuid. | none
 $unmount -u one -m NoAction -> error: Evacuation mode -m is only valid with --ssd option. | none
 $unmount -s one -m noAction -> usage: option "--evacuation-mode" takes one of "NoAction",
   "EnsureObjectAccessibility", "EvacuateAllData", not "noAction", did you mean "NoAction"?
@@ -59,10 +56,8 @@ TEST(Tags, ArePutOnAndTakenOff) {
   Check(R"(
 storage tag add -t capacityFlash -d one -> true <- AddCapacityFlashTag one
 storage tag add -t korelDirect -d one -> true <- AddKorelDirectTag one
-! error: Unable to add tag to disk: no luck | none
 storage tag remove -t korelDirect -d one -> true <- RemoveKorelDirectTag one
 storage tag remove -t capacityFlash -d one -> true <- RemoveCapacityFlashTag one
-! error: Unable to remove tag for disk: no luck | none
 )");
 }
 
