@@ -21,19 +21,14 @@ TEST(ClusterLeave, NotifiesAndLeaves) {
       {"$notify", notify}};
   // Where no datastore is, the list of names is empty, and the blank before it stays.
   Check({{"in two", InTwo}}, names, R"(
-cluster leave -> error: The host is not in a Korel or client cluster. | none <- GetClusterInfo true
-  | IsClientModeEnabled
-[client] cluster leave -> true <- GetClusterInfo true | IsClientModeEnabled | GetDatastores |
-  $notifyPreUnmount -d ] | GetJoinedClusterUuids
+cluster leave -> error: The host is not in a Korel or client cluster. | none <- GetClusterInfo true | IsClientModeEnabled
+[client] cluster leave -> true <- GetClusterInfo true | IsClientModeEnabled | GetDatastores | $notifyPreUnmount -d ] | GetJoinedClusterUuids
 [in two] cluster leave / [in two] cluster leave -u '' -> true <- $before | GetJoinedClusterUuids |
   LeaveCluster $A false | LeaveCluster $B false
 [in two] cluster leave -u $B -> true <- $before | LeaveCluster $B false
-[in two, GetDatastores fails] cluster leave -> error: no luck | none <- GetClusterInfo true |
-  GetDatastores
-[in two, GetJoinedClusterUuids fails] cluster leave -> error: no luck | none <- $before |
-  GetJoinedClusterUuids | $failed
-[in two, LeaveCluster fails] cluster leave -> error: no luck | none <- $before |
-  GetJoinedClusterUuids | LeaveCluster $A false | $failed
+[in two, GetDatastores fails] cluster leave -> error: no luck | none <- GetClusterInfo true | GetDatastores
+[in two, GetJoinedClusterUuids fails] cluster leave -> error: no luck | none <- $before | GetJoinedClusterUuids | $failed
+[in two, LeaveCluster fails] cluster leave -> error: no luck | none <- $before | GetJoinedClusterUuids | LeaveCluster $A false | $failed
 )");
 }
 
@@ -71,8 +66,7 @@ TEST(KorelMax, IsOnlyForHostsWithoutDisks) {
 [enabled] $set true -> true <- GetClusterInfo true | GetKorelDisks 1 | SetKorelMaxEnabled true
 [enabled, disk] $set true -> error: The host has diskgroups on it. Korel Max cannot be configured.
   | none <- GetClusterInfo true | GetKorelDisks 1
-[enabled, disk] $set false -> true <- GetClusterInfo true | GetKorelDisks 1 | SetKorelMaxEnabled
-  false
+[enabled, disk] $set false -> true <- GetClusterInfo true | GetKorelDisks 1 | SetKorelMaxEnabled false
 )");
 }
 

@@ -57,8 +57,7 @@ TEST(UnicastAgentAdd, AddsEveryType) {
   GetUnicastWitnesses | AddUnicastAgent $none 1 false 10.0.0.1 12321 false "" "" "" own
 [own] $add -t node -u n1 -U true -p 5 -i hsk1 -T ab:cd -> true <- $begun |
   AddUnicastAgent n1 0 true 10.0.0.1 5 true hsk1 "" ab:cd own | RefreshUnicastAgents ""
-[own] $add -t metadata -u m1 -i '' -> true <- $begun | $feature |
-  AddUnicastAgent m1 2 false 10.0.0.1 12321 true "" "" "" own
+[own] $add -t metadata -u m1 -i '' -> true <- $begun | $feature | AddUnicastAgent m1 2 false 10.0.0.1 12321 true "" "" "" own
 [own, no metadata] $add -t metadata -u m1 -> true <- $begun | $feature |
   GetUnicastWitnesses | AddUnicastAgent m1 1 false 10.0.0.1 12321 false "" "" "" own
 [own] $agent add -a fe80::1 -t remote -u r1 -c far -> true <- IsDataInTransitEncryptionEnabled far
@@ -68,33 +67,26 @@ TEST(UnicastAgentAdd, AddsEveryType) {
 
 TEST(UnicastAgentAdd, RefusesInOrder) {
   Check(kHosts, kNames, R"(
-[shared] $agent add -a nonsense -> error: Please specify the cluster uuid for shared witness host.
-  | none <- GetJoinedClusterUuids
-[own] $agent add -t node -a nonsense -> error: Can not add unicastagent without specifying node-uuid
-  | none <- $begun
-[own] $agent add -t node -u n1 -a nonsense
-  -> error: Can not add unicastagent without specifying unicast support | none <- $begun
+[shared] $agent add -a nonsense -> error: Please specify the cluster uuid for shared witness host. | none <- GetJoinedClusterUuids
+[own] $agent add -t node -a nonsense -> error: Can not add unicastagent without specifying node-uuid | none <- $begun
+[own] $agent add -t node -u n1 -a nonsense -> error: Can not add unicastagent without specifying unicast support | none <- $begun
 [own, encrypted] $agent add -a 10.0.0.256 -> error: Invalid IP address 10.0.0.256 | none <- $begun
-[own, encrypted] $add -> error: Error: cert-thumbprint is required to enable Korel
-  data-in-transit encryption. | none <- $begun
+[own, encrypted] $add -> error: Error: cert-thumbprint is required to enable Korel data-in-transit encryption. | none <- $begun
 [own, of w1] $add -> error: Korel does not support connecting to more than one unicast witness, and
   there is already a unicast witness configured: w1. | none <- $begun | GetUnicastWitnesses
 [own, of w1 and w2] $add -> error: Korel does not support connecting to more than
   one unicast witness, and there are already multiple unicast witnesses configured: w1,w2. | none <-
   $begun | GetUnicastWitnesses
-[own] $add -t remote -u r1 -> error: Can not add remote server node without
-  specifying cluster uuid | none <- $begun | $feature
+[own] $add -t remote -u r1 -> error: Can not add remote server node without specifying cluster uuid | none <- $begun | $feature
 [AddUnicastAgent fails] $add -c own -> error: no luck | none <- IsDataInTransitEncryptionEnabled own
   true | GetUnicastWitnesses | AddUnicastAgent $none 1 false 10.0.0.1 12321 false "" "" "" own
-[own] $add -t Node -> usage: option "--type" takes one of "witness", "node",
-  "metadata", "remote", not "Node", did you mean "node"?
+[own] $add -t Node -> usage: option "--type" takes one of "witness", "node", "metadata", "remote", not "Node", did you mean "node"?
 )");
 }
 
 TEST(UnicastAgentRemove, RemovesANodeUnlessTold) {
   Check(kHosts, kNames, R"(
-$agent remove -a 10.0.0.1 -> true
-  <- IsClientModeEnabled | RemoveUnicastAgent $none 10.0.0.1 12321 0 0 "" false
+$agent remove -a 10.0.0.1 -> true <- IsClientModeEnabled | RemoveUnicastAgent $none 10.0.0.1 12321 0 0 "" false
 [stale, client] $agent remove -a 10.0.0.1 -t metadata -u m1 -p 7 -c own -> true <-
   IsClientModeEnabled | RemoveUnicastAgent m1 10.0.0.1 7 2 0 own true | RefreshUnicastAgents ""
 )");
@@ -106,16 +98,14 @@ TEST(UnicastAgentClear, RemovesRecordsAndStoredEntriesOnce) {
       "IsClientModeEnabled | GetClusterInfo true | GetNodeType | GetUnicastAgents true \"\"";
   names["$both"] = names["$asked"] + " | GetUnicastAgentEntries \"\"";
   Check(kHosts, names, R"(
-$agent clear -> error: Korel isn't enabled on the host | none <- IsClientModeEnabled |
-  GetClusterInfo true
+$agent clear -> error: Korel isn't enabled on the host | none <- IsClientModeEnabled | GetClusterInfo true
 [agents, two entries] $agent clear -> true <- $both | RemoveUnicastAgent n1 10.0.0.1 5 0 0 "" false
   | RemoveUnicastAgent stored 10.0.0.2 0 0 0 "" false | RemoveUnicastAgent stored 10.0.0.3 6 0 0 ""
   false | RemoveUnicastAgent stored 10.0.0.3 0 0 0 "" false | RefreshUnicastAgents ""
 [agents, witness] $agent clear -> true <- $both | RemoveUnicastAgent n1 10.0.0.1 5 0 0 own false
   | RemoveUnicastAgent stored 10.0.0.2 0 0 0 "" false | RemoveUnicastAgent stored 10.0.0.3 6 0 0 ""
   false | RefreshUnicastAgents ""
-[agents, bad entry] $agent clear
-  -> error: Invalid unicastAgent entry "bad one". Reason: cannot read it | none <- $both
+[agents, bad entry] $agent clear -> error: Invalid unicastAgent entry "bad one". Reason: cannot read it | none <- $both
 [agents, bad address] $agent clear -> error: Invalid IP address nonsense | none <- $both
 )");
 }

@@ -19,8 +19,7 @@ datastore name get -> DatastoreName{Name=name of ""} <- GetDatastoreName ""
 datastore name get -u mine -> DatastoreName{Name=name of mine} <- GetDatastoreName mine
 datastore name set -n new -> true <- IsClientModeEnabled | SetDatastoreName "" new
 datastore name set -u mine -n new -> true <- IsClientModeEnabled | SetDatastoreName mine new
-[client] datastore name set -u mine -n new
-  -> error: Cannot rename server datastore from client node | none <- IsClientModeEnabled
+[client] datastore name set -u mine -n new -> error: Cannot rename server datastore from client node | none <- IsClientModeEnabled
 )");
 }
 

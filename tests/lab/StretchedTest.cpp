@@ -25,8 +25,7 @@ std::string Seen(const std::string& cluster, const std::string& number) {
 TEST_F(StretchedTest, WhileThereIsAWitnessAndDataInTwoFaultDomains) {
   Expect([] { return Seen("A", "1"); }, R"(
                                                              -> stretched east
-2 domain / 5 join A; 5 domain west / 5 join A metadata / 6 domain north / 2 reboot -> stretched east
-6 reboot / 1 reboot; 1 restore / 1 type metadata; 2 type metadata -> stretched east
+2 domain / 5 join A; 5 domain west / 5 join A metadata / 6 domain north / 2 reboot / 6 reboot / 1 reboot; 1 restore / 1 type metadata; 2 type metadata -> stretched east
 2 domain east / 5 join A / 2 type metadata                   -> plain east
 6 leave A / 6 type metadata                                  -> plain none
 6 leave A; 6 join A witness west / 6 leave A; 5 join A witness west -> stretched west
@@ -55,8 +54,7 @@ TEST_F(StretchedTest, Refusals) {
 2 reboot; 6 prefer A no / 6 leave A; 5 join A witness no -> no data host of the cluster lies in...
 5 join A; 6 prefer A no -> no data host...; they lie in 'east', 'host5', 'west'
 2 domain east; 6 prefer A west -> no data host... 'west'; they lie in 'east'
-5 join A metadata; 5 domain no; 6 prefer A no -> no data host of the cluster lies in...
-6 domain no; 6 prefer A no -> no data host of the cluster lies in...
+5 join A metadata; 5 domain no; 6 prefer A no / 6 domain no; 6 prefer A no -> no data host of the cluster lies in...
 6 prefer B east -> the host is not in cluster B; ...
 1 prefer A west -> the preferred fault domain of cluster A is set on its witness, host 'host6'
 3 prefer B host3 -> the preferred fault domain of cluster B is set on its witness; 'korel cluster join --witness-node' on another host makes it that

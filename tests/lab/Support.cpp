@@ -169,10 +169,8 @@ const std::map<std::string, void (*)(A)> kVerbs = {
      }},
     {"plug",
      [](A a) {
-       Own(lab::AddDevice, lab::DeviceInventory{.name = a[0],
-                                                .isFlash = a.Has("flash"),
-                                                .isCapacityFlash = a.Has("tagged"),
-                                                .sizeGb = a.Number(1)});
+       Own(lab::AddDevice,
+           lab::DeviceInventory{a[0], a.Has("flash"), a.Has("tagged"), a.Number(1)});
      }},
     {"unplug", [](A a) { Own(lab::RemoveDevice, a[0]); }},
     {"wire", [](A a) { Own(lab::AddInterface, a[0]); }},

@@ -77,12 +77,10 @@ TEST(NetworkIp, SetTakesEveryOtherValueFromTheRecord) {
 
 TEST(Network, RemovesClearsAndRestores) {
   Check(R"(
-network remove -i hsk1 / network ip remove -i hsk1 -> true
-  <- RemoveHsknic hsk1 false korel | RemoveHsknic hsk1 false witness
+network remove -i hsk1 / network ip remove -i hsk1 -> true <- RemoveHsknic hsk1 false korel | RemoveHsknic hsk1 false witness
 [RemoveHsknic fails] network remove -i hsk1 / [RemoveHsknic fails] network ip remove -i hsk1
   -> error: no luck | false <- RemoveHsknic hsk1 false korel
-network remove -i hsk1 -f / network ip remove -i hsk1 -f -> true
-  <- RemoveHsknic hsk1 true korel | RemoveHsknic hsk1 true witness
+network remove -i hsk1 -f / network ip remove -i hsk1 -f -> true <- RemoveHsknic hsk1 true korel | RemoveHsknic hsk1 true witness
 network clear -> true <- ClearNetworkConfig
 ! error: no luck | false
 network restore -> true <- RestoreNetworkConfig
@@ -133,12 +131,9 @@ TEST(NetworkSecurity, IsReadPerCluster) {
       {"$own", of("own")},
       {"$other", of("other")}};
   Check(kHosts, names, R"(
-[shared] network security get -> NetworkSecurityGet{Sub-Cluster UUID=own, $state}
-  <- GetClusterUuid | $own
-[shared] network security get -u other
-  -> NetworkSecurityGet{Sub-Cluster UUID=other, $state} <- GetJoinedClusterUuids | $other
-[shared] network security get -u Own -> error: Unable to find subcluster UUID: Own | none
-  <- GetJoinedClusterUuids
+[shared] network security get -> NetworkSecurityGet{Sub-Cluster UUID=own, $state} <- GetClusterUuid | $own
+[shared] network security get -u other -> NetworkSecurityGet{Sub-Cluster UUID=other, $state} <- GetJoinedClusterUuids | $other
+[shared] network security get -u Own -> error: Unable to find subcluster UUID: Own | none <- GetJoinedClusterUuids
 network security list -> [] <- GetJoinedClusterUuids
 ! error: no luck | none
 [shared] network security list -> [KorelNetworkSecurityList{Sub-Cluster UUID=own, $state},
@@ -162,17 +157,13 @@ TEST(NetworkSecurity, SetChecksTheAgentsFirst) {
 $set -> error: Korel Clustering is not enabled on this host | none <- GetClusterInfo true
 [enabled, own, bare agent] $set -e false -> error: Can not enable Data-in-transit encryption because
   thumbprint is not provided for host 10.0.0.1 (bare) | none <- $asked
-[enabled, shared] $set -e true -> error: Please specify the cluster uuid for shared witness host. |
-  none <- $asked | GetJoinedClusterUuids
-[enabled, own] $set -u nobody -> error: Unable to find subcluster UUID: nobody | none
-  <- $asked | GetJoinedClusterUuids
+[enabled, shared] $set -e true -> error: Please specify the cluster uuid for shared witness host. | none <- $asked | GetJoinedClusterUuids
+[enabled, own] $set -u nobody -> error: Unable to find subcluster UUID: nobody | none <- $asked | GetJoinedClusterUuids
 [enabled, alone] $set -> true <- $asked | GetJoinedClusterUuids | GetClusterUuid
 [enabled, own] $set -e yes -r 5 -> true <- $asked | GetJoinedClusterUuids | GetClusterUuid |
   $encrypt true SETTLED 0 | SetRekeyInterval own 5
-[enabled, shared] $set -u other -r -7 -> true <- $asked | GetJoinedClusterUuids |
-  SetRekeyInterval other -7
-[enabled, own] $set -e 0 -r 5 -> true <- $asked | GetJoinedClusterUuids | GetClusterUuid |
-  $encrypt false SETTLED 0 | SetRekeyInterval own 5
+[enabled, shared] $set -u other -r -7 -> true <- $asked | GetJoinedClusterUuids | SetRekeyInterval other -7
+[enabled, own] $set -e 0 -r 5 -> true <- $asked | GetJoinedClusterUuids | GetClusterUuid | $encrypt false SETTLED 0 | SetRekeyInterval own 5
 )");
 }
 

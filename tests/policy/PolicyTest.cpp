@@ -19,8 +19,7 @@ policy cleardefault -c vmswap -> true <- $asked | ClearDefaultPolicy 3
 ! error: Unable to clear default policy: no luck | none
 policy cleardefault -c vdisk / policy getdefault -c vdisk / policy setdefault -c vdisk -p copies=2
   -> usage: option "--policy-class" takes one of "cluster", "vmswap", not "vdisk" <- $asked
-[GetKorelPolicyClasses fails] policy getdefault
-  -> error: Unable to get default policy: no luck | none <- $asked | $asked
+[GetKorelPolicyClasses fails] policy getdefault -> error: Unable to get default policy: no luck | none <- $asked | $asked
 [no classes] policy getdefault -> [] <- $asked | $asked
 [no classes] policy getdefault -c vmswap -> [Policy$swap] <- $asked | $asked | GetDefaultPolicy 3
 [GetKorelPolicyClasses fails] policy setdefault -c vmswap -p copies=2 /

@@ -8,8 +8,7 @@ TEST(Resync, IsNotForClients) {
 $throttle set --level 0 -> true <- $asked | SetResyncThrottle 0
 $throttle set --level 512 -> true <- $asked | SetResyncThrottle 512
 ! error: no luck | none
-[client] $throttle set --level 1 / [client] $throttle get
-  -> error: Resync throttling is not supported with client mode | none <- $asked
+[client] $throttle set --level 1 / [client] $throttle get -> error: Resync throttling is not supported with client mode | none <- $asked
 [7] $throttle get -> ResyncThrottle{Level=7} <- $asked | GetResyncThrottle
 ! error: no luck | none
 [7] resync bandwidth get -> ResyncBandwidth{Rate=7} <- $asked | GetResyncBandwidth

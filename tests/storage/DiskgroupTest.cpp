@@ -10,8 +10,7 @@ $mount -s one -> true <- MountDiskGroup one false
 $mount -u one -> true <- MountDiskByUuid one
 $mount -d '' -> true <- MountDisk ""
 $mount -> error: Either --ssd, --disk or --uuid is required | false
-$mount -s one -u two / $unmount -d one -u two -m NoAction
-  -> error: Specify only one of --ssd, --disk or --uuid. | none
+$mount -s one -u two / $unmount -d one -u two -m NoAction -> error: Specify only one of --ssd, --disk or --uuid. | none
 $unmount -s one -> true <- UnmountDiskGroup one true
 $unmount -s one -m NoAction -> true <- UnmountDiskGroupWithMode one NoAction
 $unmount -d one -> true <- UnmountDisk one true
@@ -38,16 +37,12 @@ $rebuild -s one -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroup one 
 ! error: no luck | none
 [skipping] $rebuild -s one -m evacuateAllData -t fullDisk --force -> Rebuild succeeded. Ignored the
   unhealthy disk: a b <- $asked | $asked | RebuildDiskGroup one EvacuateAllData 1 true
-$rebuild -u one -t noTrim --force -> Rebuild succeeded.
-  <- $asked | $asked | RebuildDiskGroupByUuid one "" 2 true
-$rebuild -u one -t metaDataOnly -> Rebuild succeeded.
-  <- $asked | $asked | RebuildDiskGroupByUuid one "" 0 false
+$rebuild -u one -t noTrim --force -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroupByUuid one "" 2 true
+$rebuild -u one -t metaDataOnly -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroupByUuid one "" 0 false
 [no trim] $rebuild -s one -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroup one "" 2 false
-[no trim] $rebuild -s one -t fullDisk / [$asked fails] $rebuild -s one -t fullDisk
-  -> usage: unknown option "-t" <- $asked
+[no trim] $rebuild -s one -t fullDisk / [$asked fails] $rebuild -s one -t fullDisk -> usage: unknown option "-t" <- $asked
 [$asked fails] $rebuild -s one -> error: no luck | none <- $asked | $asked
-[$asked fails once] $rebuild -s one -> Rebuild succeeded.
-  <- $asked | $asked | RebuildDiskGroup one "" 0 false
+[$asked fails once] $rebuild -s one -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroup one "" 0 false
 $rebuild / $rebuild -s one -u two -> error: Specify only one of --ssd or --uuid. | none <- $asked
 )");
 }

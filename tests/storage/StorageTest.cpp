@@ -15,8 +15,7 @@ storage remove -d one -> true <- RemoveDisk one ""
 storage remove -s one -m noAction -> true <- RemoveDiskGroup one NoAction
 storage remove -u one -m EvacuateAllData -> true <- RemoveDiskByUuid one EvacuateAllData
 storage remove -d '' -m ensureObjectAccessibility -> true <- RemoveDisk "" EnsureObjectAccessibility
-storage remove -d one -u two -m bad
-  -> error: At most one of --disk or --ssd or --uuid can be specified. | none
+storage remove -d one -u two -m bad -> error: At most one of --disk or --ssd or --uuid can be specified. | none
 storage remove -m noaction -> error: $not a mode got 'noaction' | none
 storage remove -d one -m '' -> error: $not a mode got '' | none
 )");

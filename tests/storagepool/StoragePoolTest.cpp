@@ -6,10 +6,8 @@ TEST(StoragePool, AddsAndRemoves) {
   Check(R"(
 storagepool add -d one -d two -> true <- AddStoragePoolDisks [one,two]
 storagepool remove -d one -> true <- RemoveStoragePoolDisk one ""
-storagepool remove -u one -m evacuateAllData -> true
-  <- RemoveStoragePoolDiskByUuid one EvacuateAllData
-storagepool remove / storagepool remove -d one -u two
-  -> error: Specify only one of --disk or --uuid. | none
+storagepool remove -u one -m evacuateAllData -> true <- RemoveStoragePoolDiskByUuid one EvacuateAllData
+storagepool remove / storagepool remove -d one -u two -> error: Specify only one of --disk or --uuid. | none
 )");
 }
 
@@ -33,11 +31,9 @@ TEST(StoragePool, ListsItsOwnDisks) {
       {"$y", "IsStoragePoolDisk y | GetKorelStoragePoolDiskInfo $B true"}};
   Check({{"two", two}}, names, R"(
 storagepool list -> [] <- GetKorelDisks 0
-[two] storagepool list -> [$poolx, KOREL UUID=$A, $used, $pooly, KOREL UUID=$B, $rest]
-  <- GetKorelDisks 0 | $x | $y | IsStoragePoolDisk z
+[two] storagepool list -> [$poolx, KOREL UUID=$A, $used, $pooly, KOREL UUID=$B, $rest] <- GetKorelDisks 0 | $x | $y | IsStoragePoolDisk z
 [two] storagepool list -u $B -> [$pooly, KOREL UUID=$B, $rest] <- GetKorelDisks 0 | $y
-[two] storagepool list -d z -> error: Unable to find storage pool disk with name: z | none
-  <- GetKorelDisks 0 | IsStoragePoolDisk z
+[two] storagepool list -d z -> error: Unable to find storage pool disk with name: z | none <- GetKorelDisks 0 | IsStoragePoolDisk z
 storagepool list -d x -u y -> error: Only one of --device or --uuid can be specified. | none
 )");
 }
