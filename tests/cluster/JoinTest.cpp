@@ -42,13 +42,11 @@ TEST(ClusterJoin, RefusesInOrder) {
 [enabled] $join -t -> error: The host is in a Korel cluster and not a Korel witness host. You need
   to remove it from the cluster or disable Korel. | none <- GetNodeType | GetClusterInfo true
 [client] $join -t -> error: $client mode | none <- $checks
-$join -ct -> error: If --witness-node is specified, --witness-preferred-fault-domain must also be
-  specified. | none <- IsFeatureEnabled 373 | $checks
+$join -ct -> error: If --witness-node is specified, --witness-preferred-fault-domain must also be specified. | none <- IsFeatureEnabled 373 | $checks
 $join -t -p '' / $join -t -p $too long -> error: Preferred fault domain name cannot be empty or exceed 256 characters. | none <- $checks
 $join -ct -p fd1 / $join -cm -> error: Client mode is not supported for witness or metadata node | none <- IsFeatureEnabled 373 | $checks
 $join -p fd1 -> error: --witness-preferred-fault-domain is valid only when --witness-node is specified. | none <- $checks
-$join -cm -p '' -> error: --witness-preferred-fault-domain is valid only when --witness-node is
-  specified. | none <- IsFeatureEnabled 373 | $checks
+$join -cm -p '' -> error: --witness-preferred-fault-domain is valid only when --witness-node is specified. | none <- IsFeatureEnabled 373 | $checks
 cluster join -u 1 -> error: '1' is not a UUID of the form "nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn" | false <- $checks
 )");
 }

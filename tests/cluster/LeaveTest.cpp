@@ -23,8 +23,7 @@ TEST(ClusterLeave, NotifiesAndLeaves) {
   Check({{"in two", InTwo}}, names, R"(
 cluster leave -> error: The host is not in a Korel or client cluster. | none <- GetClusterInfo true | IsClientModeEnabled
 [client] cluster leave -> true <- GetClusterInfo true | IsClientModeEnabled | GetDatastores | $notifyPreUnmount -d ] | GetJoinedClusterUuids
-[in two] cluster leave / [in two] cluster leave -u '' -> true <- $before | GetJoinedClusterUuids |
-  LeaveCluster $A false | LeaveCluster $B false
+[in two] cluster leave / [in two] cluster leave -u '' -> true <- $before | GetJoinedClusterUuids | LeaveCluster $A false | LeaveCluster $B false
 [in two] cluster leave -u $B -> true <- $before | LeaveCluster $B false
 [in two, GetDatastores fails] cluster leave -> error: no luck | none <- GetClusterInfo true | GetDatastores
 [in two, GetJoinedClusterUuids fails] cluster leave -> error: no luck | none <- $before | GetJoinedClusterUuids | $failed
@@ -64,8 +63,7 @@ TEST(KorelMax, IsOnlyForHostsWithoutDisks) {
   const auto disk = [](RecordingHost& host) { host.disks = {{"x", kA}}; };
   Check({{"disk", disk}}, {{"$set", "cluster korelmax set -e"}}, R"(
 [enabled] $set true -> true <- GetClusterInfo true | GetKorelDisks 1 | SetKorelMaxEnabled true
-[enabled, disk] $set true -> error: The host has diskgroups on it. Korel Max cannot be configured.
-  | none <- GetClusterInfo true | GetKorelDisks 1
+[enabled, disk] $set true -> error: The host has diskgroups on it. Korel Max cannot be configured. | none <- GetClusterInfo true | GetKorelDisks 1
 [enabled, disk] $set false -> true <- GetClusterInfo true | GetKorelDisks 1 | SetKorelMaxEnabled false
 )");
 }

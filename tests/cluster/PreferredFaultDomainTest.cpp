@@ -21,10 +21,8 @@ TEST(PreferredFaultDomain, IsReadOfStretchedClustersOnly) {
                        {"$found", "Preferred Fault Domain"}};
   Check(kHosts, names, R"(
 [enabled] $get -u a -> error: Cannot get preferred fault domain if host is not in a stretched cluster. | none <- $asked
-[stretched] $get -> PreferredFaultDomain{Cluster UUID=b, $found Name=fd2, $found Id=id of fd2}
-  <- $asked | GetClusterUuid | GetPreferredFaultDomainInfo b
-[stretched] $get -u a -> PreferredFaultDomain{Cluster UUID=a, $found Name=fd1, $found Id=id of fd1}
-  <- $asked | GetPreferredFaultDomainInfo a
+[stretched] $get -> PreferredFaultDomain{Cluster UUID=b, $found Name=fd2, $found Id=id of fd2} <- $asked | GetClusterUuid | GetPreferredFaultDomainInfo b
+[stretched] $get -u a -> PreferredFaultDomain{Cluster UUID=a, $found Name=fd1, $found Id=id of fd1} <- $asked | GetPreferredFaultDomainInfo a
 [enabled] $list -> error: Cannot list preferred fault domain if host is not in a stretched cluster. | none <- $asked
 [stretched] $list -> [PreferredFaultDomainList{Sub-Cluster UUID=a, Name=fd1, ID=id of fd1},
   PreferredFaultDomainList{Sub-Cluster UUID=b, Name=fd2, ID=id of fd2}]

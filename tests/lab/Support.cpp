@@ -267,6 +267,7 @@ const std::pair<const char*, std::string> kShort[] = {
     {"n1", "11111111-0000-4000-8000-000000000001"},
     {"n2", "22222222-0000-4000-8000-000000000002"},
     {"zeros", kZeros},
+    {"thumb", "01:23:45:67:89:AB:CD:EF:01:23:45:67:89:ab:cd:ef:01:23:45:67"},
     {"all", "EvacuateAllData"},
     {"half", "EnsureObjectAccessibility"},
     {"@conf", lab::kTraceConfigFile},

@@ -49,14 +49,14 @@ TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {
     SCOPED_TRACE(version);
     lab::Store::CloseForProcess();
     fs::remove(LabFile());
-    const std::string claim =
-        version < 3 ? "'2025-01-01T00:00:00Z', 0)" : "'2025-01-01T00:00:00Z', 0, 100)";
-    MakeOld(version,
-            "INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, "
-            "model) VALUES (1, 1, 's', '22222222-0000-4000-8000-000000000001', 0, 0, 400, '', ''),"
-            " (2, 1, 'c', '22222222-0000-4000-8000-000000000002', 1, 0, 100, '', '');"
-            "INSERT INTO claims VALUES (2, 2, 15, " +
-                claim + ", (1, 2, 15, " + claim + ";");
+    const std::string since =
+        "15, '2025-01-01T00:00:00Z', 0" + std::string(version < 3 ? "" : ", 100");
+    MakeOld(version, R"(
+INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, model) VALUES
+  (1, 1, 's', '22222222-0000-4000-8000-000000000001', 0, 0, 400, '', ''),
+  (2, 1, 'c', '22222222-0000-4000-8000-000000000002', 1, 0, 100, '', '');
+INSERT INTO claims VALUES (2, 2, )" +
+                         since + "), (1, 2, " + since + ");");
     EXPECT_EQ(Groups(), "c-(s:100-) pool()");
     EXPECT_THAT(State(), testing::HasSubstr("|1|2|15|2025-01-01T00:00:00Z|0|100|||\n"));
     // Without a folder a host is as a fresh one; version 4 has no folder, and no daemon's file

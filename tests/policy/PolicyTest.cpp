@@ -9,8 +9,7 @@ TEST(Policy, HasADefaultPerClass) {
   const Names names = {{"$asked", "GetKorelPolicyClasses"},
                        {"$swap", "{Policy Class=vmswap, Policy Value=value 3}"}};
   Check(hosts, names, R"(
-policy getdefault -> [Policy{Policy Class=cluster, Policy Value=value 0}, Policy$swap]
-  <- $asked | $asked | GetDefaultPolicy 0 | GetDefaultPolicy 3
+policy getdefault -> [Policy{Policy Class=cluster, Policy Value=value 0}, Policy$swap] <- $asked | $asked | GetDefaultPolicy 0 | GetDefaultPolicy 3
 policy getdefault -c vmswap -> [Policy$swap] <- $asked | $asked | GetDefaultPolicy 3
 policy setdefault -c vmswap -p copies=2 -> true <- $asked | SetDefaultPolicy 3 copies=2
 policy setdefault -c vmswap -p '' -> true <- $asked | SetDefaultPolicy 3 ""

@@ -23,10 +23,8 @@ $unmount -s one -m noAction -> usage: option "--evacuation-mode" takes one of "N
 
 TEST(Diskgroup, RebuildsWithTrimAndSkippedDisks) {
   const Hosts hosts = {
-      {"skipping",
-       [](RecordingHost& host) {
-         host.skippedDisks = {"a", "b"};
-       }},
+      {"skipping a", [](RecordingHost& host) { host.skippedDisks.push_back("a"); }},
+      {"skipping b", [](RecordingHost& host) { host.skippedDisks.push_back("b"); }},
       {"no trim", [](RecordingHost& host) { host.trimFeature = false; }},
   };
   // The feature is asked for the declaration of "trim", and for its value.
@@ -35,7 +33,7 @@ TEST(Diskgroup, RebuildsWithTrimAndSkippedDisks) {
   Check(hosts, names, R"(
 $rebuild -s one -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroup one "" 0 false
 ! error: no luck | none
-[skipping] $rebuild -s one -m evacuateAllData -t fullDisk --force -> Rebuild succeeded. Ignored the
+[skipping a, skipping b] $rebuild -s one -m evacuateAllData -t fullDisk --force -> Rebuild succeeded. Ignored the
   unhealthy disk: a b <- $asked | $asked | RebuildDiskGroup one EvacuateAllData 1 true
 $rebuild -u one -t noTrim --force -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroupByUuid one "" 2 true
 $rebuild -u one -t metaDataOnly -> Rebuild succeeded. <- $asked | $asked | RebuildDiskGroupByUuid one "" 0 false

@@ -60,8 +60,7 @@ storage list -> [] <- $asked
 [two, deduplicated] storage list -d free -> [$free] <- $asked | GetDiskInfo $C
 [two] storage list -u BBBBBBBB-0000-0000-0000-000000000002 -> [$x] <- $asked | GetDiskInfo $B
 [two] storage list -d X -> error: Unable to find device with name: X | none <- $asked
-[two] storage list -u y -> error: Unable to list devices: 'y' is not a UUID of the form
-  "nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn" | none <- GetKorelDisks 0
+[two] storage list -u y -> error: Unable to list devices: 'y' is not a UUID of the form "nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn" | none <- GetKorelDisks 0
 )");
 }
 
