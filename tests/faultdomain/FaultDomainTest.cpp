@@ -9,17 +9,10 @@ TEST(FaultDomain, IsReadAndSet) {
       {"$info", "GetClusterInfo true"}, {"$longest", std::string(256, 'f')}, {"$wide", wide}};
   Check({}, names, R"(
 faultdomain get -> FaultDomain{faultDomainName=fd1, faultDomainId=} <- GetFaultDomainName | $info
-[enabled] faultdomain get -> FaultDomain{faultDomainName=fd1, faultDomainId=id1}
-  <- GetFaultDomainName | $info | GetFaultDomainId
-! error: Unable to get fault domain name: no luck | none
+[enabled] faultdomain get -> FaultDomain{faultDomainName=fd1, faultDomainId=id1} <- GetFaultDomainName | $info | GetFaultDomainId
 [enabled] faultdomain set -n $longest -> true <- $info | SetFaultDomainName $longest
-[enabled] faultdomain set -n $longestf / [enabled] faultdomain set -n $wide
-  -> error: Fault domain name cannot exceed 256 characters. | true
+[enabled] faultdomain set -n $longestf / [enabled] faultdomain set -n $wide -> error: Fault domain name cannot exceed 256 characters. | true
 [enabled] faultdomain set -n '' -> true <- $info | ResetFaultDomain
-faultdomain set -n fd1 -> error: Unable to set fault domain name: because Korel is not enabled |
-  none <- $info
-[enabled] faultdomain set -n fd1 -> true <- $info | SetFaultDomainName fd1
-! error: Unable to set fault domain name: no luck | none
 faultdomain reset -> true <- ResetFaultDomain
 ! error: Unable to reset fault domain name | none
 )");

@@ -17,7 +17,7 @@ namespace {
 
 using Corvex::AutoCli::Namespace;
 
-TEST(Tree, FillsANamespaceThatIsThere) {
+TEST(Tree, FillsANamespaceThatIsThereWithTheClassesThemselves) {
   auto root = Namespace::New();
   const auto there = Namespace::New();
   there->SetDescription("something else");
@@ -25,24 +25,15 @@ TEST(Tree, FillsANamespaceThatIsThere) {
   RegisterTop(*root, Tree());
   EXPECT_EQ(root->GetChildren().size(), 1U);
   EXPECT_EQ(there->GetDescription(), "Ostrel Korel commands");
-  EXPECT_TRUE(there->HasNamespaceNode("cluster"));
+  const auto cluster = std::dynamic_pointer_cast<Namespace>(there->GetNamespaceNode("cluster"));
+  const auto& restore = *cluster->GetNamespaceNode("restore");
+  EXPECT_EQ(typeid(restore), typeid(ClusterRestore));
 }
 
 TEST(Tree, RefusesACommandInItsPlace) {
   auto root = Namespace::New();
   root->RegisterNamespaceNode(ClusterNew::New(), "korel");
   EXPECT_THROW(RegisterTop(*root, Tree()), std::logic_error);
-}
-
-TEST(Tree, RegistersTheClassesThemselves) {
-  auto root = Namespace::New();
-  RegisterTop(*root, Tree());
-  std::shared_ptr<Corvex::AutoCli::NamespaceNode> node = root;
-  for (const char* word : {"korel", "cluster", "restore"}) {
-    node = std::dynamic_pointer_cast<Namespace>(node)->GetNamespaceNode(word);
-  }
-  const auto& restore = *node;
-  EXPECT_EQ(typeid(restore), typeid(ClusterRestore));
 }
 
 /// Where the operation stands in the table of virtual ones: a pointer to it holds one and the

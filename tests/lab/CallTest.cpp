@@ -10,7 +10,6 @@
 #include "lab/model/Lab.h"
 #include "lab/store/Memory.h"
 #include "platform/base/FeatureList.h"
-#include "platform/base/Uuid.h"
 #include "tests/lab/Support.h"
 
 namespace lab_test {
@@ -181,21 +180,6 @@ TEST_F(CallTest, DelayedCallsKeepNobodyWaiting) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2000));
   StandOn("host1");
   EXPECT_EQ(HostControl()->GetResyncThrottle(), 7) << "a slow operation is carried out";
-}
-
-TEST_F(CallTest, ConversionsFailWithoutALine) {
-  AddFault({"CreateRandomUuid", "", "dropped", 1});
-  AddFault({"StringToKorelUuid", "", "no uuid", 1});
-  AddFault({"StringToKorelPolicyClass", "", "no class", 1});
-  AddFault({"KorelUnicastAddressInfoFromString", "", "no entry", 1});
-  EXPECT_EQ(UUID_CreateRandom(), nullptr);
-  EXPECT_EQ(Failure([] { KorelUtil::StringToKorelUuid(kClusterA); }), "no uuid");
-  EXPECT_EQ(Failure([] { KorelUtil::StringToKorelPolicyClass("vdisk"); }), "no class");
-  EXPECT_EQ(Failure([] { KorelUtil::KorelUnicastAddressInfoFromString("", true); }), "no entry");
-  const std::unique_ptr<char, decltype(&std::free)> uuid(UUID_CreateRandom(), &std::free);
-  EXPECT_NE(uuid, nullptr);
-  EXPECT_EQ(Failure([] { KorelUtil::StringToKorelUuid(kClusterA); }), "");
-  EXPECT_THAT(Log(), testing::IsEmpty());
 }
 
 TEST_F(CallTest, ImpossibleFaultsAreRefused) {

@@ -19,8 +19,7 @@ TEST_F(CheckTest, SaysWhatIsWrongWithARow) {
     EXPECT_THAT(Problems(), testing::Contains(testing::HasSubstr(problem)));
   };
   EachRow(R"(
-UPDATE hosts SET resyncThrottle = 513       -> host 'host1' has a value
-UPDATE hosts SET resyncRate = 1000001       -> host 'host1' has a value
+UPDATE hosts SET resyncThrottle = 513 / UPDATE hosts SET resyncRate = 1000001 -> host 'host1' has a value
 UPDATE hosts SET name = '../x'              -> '../x': '../x' is not a host name
 UPDATE hosts SET name = 'a' || char(0) || 'b' -> is not a host name
 UPDATE hosts SET faultDomain = ''           -> host 'host1': a fault domain name has 1 to 256
@@ -31,17 +30,13 @@ UPDATE hosts SET isKorelMax = 1; DELETE FROM memberships -> is a Korel Max host 
 DELETE FROM memberships                     -> ' has no member
 INSERT INTO hosts (id, name, nodeUuid) VALUES (9, 'x', '1'); UPDATE memberships SET nodeType = 1; INSERT INTO memberships SELECT 9, 9, cluster, 1, 1, 1 FROM memberships -> ' has more than one witness
 UPDATE clusters SET rekeyMinutes = 29 / UPDATE clusters SET rekeyMinutes = 10081 -> ' has a value
-UPDATE datastores SET isDefault = 0         -> ' has not one default datastore
-UPDATE datastores SET isDefault = 1         -> ' has not one default datastore
+UPDATE datastores SET isDefault = 0 / UPDATE datastores SET isDefault = 1 -> ' has not one default datastore
 UPDATE datastores SET isDefault = 2 WHERE name = 'ds' -> datastore 'ds' has a value
 INSERT INTO clusters (uuid, isClient) VALUES ('x', 1); INSERT INTO memberships SELECT 9, host, 2, 0, 1, 1 FROM memberships -> host 'host1' is in several clusters and no witness
-UPDATE memberships SET isActive = 0, isPersisted = 0 -> the membership of host 'host1' has a value
-UPDATE memberships SET nodeType = 3         -> the membership of host 'host1' has a value
+UPDATE memberships SET isActive = 0, isPersisted = 0 / UPDATE memberships SET nodeType = 3 -> the membership of host 'host1' has a value
 UPDATE devices SET isCapacityFlash = 1 WHERE NOT isFlash -> is tagged capacityFlash and is not flash
 UPDATE devices SET isKorelDirect = 1        -> is tagged korelDirect and claimed
-UPDATE devices SET sizeGb = 0 WHERE id = 9  -> has a value out of its range
-UPDATE claims SET usedGb = 5000 WHERE device > 1 -> has a value out of its range
-UPDATE claims SET formatVersion = 21        -> has a value out of its range
+UPDATE devices SET sizeGb = 0 WHERE id = 9 / UPDATE claims SET usedGb = 5000 WHERE device > 1 / UPDATE claims SET formatVersion = 21 -> has a value out of its range
 UPDATE devices SET occupant = 3 / UPDATE claims SET efficiency = 0 / UPDATE claims SET encryption = 2 / UPDATE claims SET wrongChecksum = 0 -> has a value out of its range
 UPDATE devices SET occupant = 2             -> is claimed, and has partitions or is in use by
 UPDATE claims SET efficiency = 2 WHERE device = cachingDevice / UPDATE claims SET encryption = 0 WHERE device > 1 -> 'mpx.dkhba2:C0:T1:L0' is not deduplicated, compressed or encrypted as
@@ -58,8 +53,7 @@ INSERT INTO mounts SELECT cluster, id, 'ds' FROM datastores -> name 'ds' is ther
 INSERT INTO clusters VALUES (9, 'x', 1, '', 0, 30, 0, 0); INSERT INTO mounts SELECT 9, id, name FROM datastores; INSERT INTO datastores SELECT 9, uuid, 9, 'y', 0 FROM datastores WHERE isDefault -> ' is there twice in a cluster
 INSERT INTO agents SELECT 1, id, nodeUuid, 0, 1, '::1', 1, '', '', '00000000-0000-0000-0000-000000000000' FROM hosts -> unicast agent '::1' has the UUID of its own host
 INSERT INTO agents SELECT 1, 1, uuid, 0, 1, 'ff02::1', 1, '', '', uuid FROM clusters -> 'ff02::1': no host has the address
-UPDATE networkConfigs SET ttl = 0           -> the configuration of interface 'hsk0' has a value
-UPDATE networkConfigs SET carriesKorel = 0  -> the configuration of interface 'hsk0' has a value
+UPDATE networkConfigs SET ttl = 0 / UPDATE networkConfigs SET carriesKorel = 0 -> the configuration of interface 'hsk0' has a value
 INSERT INTO files VALUES (1, 'relative', 0, x'') -> 'relative' is not an absolute path
 INSERT INTO files VALUES (1, '/large', 0, zeroblob(65537)) -> file '/large' is larger than 64 KiB
 INSERT INTO files VALUES (7, '/etc/x', 0, x'') -> a row of files refers to one of hosts that is not
@@ -67,8 +61,7 @@ UPDATE policies SET value = 'copies=9'      -> the policy pair 'copies=9' is not
 UPDATE policies SET class = 5               -> policy class '5' is none of a lab's
 UPDATE traceOptions SET value = 'a'         -> trace option normal_path must be an absolute path
 INSERT INTO faults (operation, message) VALUES ('Nothing', '') -> no host control operation is named
-INSERT INTO faults (operation, message, count) VALUES ('AddDisks', '', 0) -> the injected failure of 'AddDisks' has a value
-INSERT INTO faults (operation) VALUES ('AddDisks') -> the injected failure of 'AddDisks' has a value
+INSERT INTO faults (operation, message, count) VALUES ('AddDisks', '', 0) / INSERT INTO faults (operation) VALUES ('AddDisks') -> the injected failure of 'AddDisks' has a value
 INSERT INTO faults (operation, message, host) VALUES ('AddDisks', '', 'host9') -> the injected failure of 'AddDisks' is of a host that is not there
 DELETE FROM features WHERE name = 'client-mode' -> the features are not those of a lab
 INSERT INTO agents VALUES (1, 1, 'x', 0, 1, '::1', 1, '', '', '') -> agent '::1': 'x' is not a UUID

@@ -26,8 +26,7 @@ TEST_F(DiskTest, DevicesAreClaimedTaggedAndGivenBack) {
 1 pool f2; 1 unpool f1 all                -> c1(s1:100 s2:100) c2(s3:100) pool(f2:10)
 1 ungroup c2; 1 flash c2; 1 claim c1 c2   -> c1(c2:0 s1:100 s2:100) pool(f1:10)
 1 unflash f2; 1 claim f2 s4               -> c1(s1:100 s2:100) c2(s3:100) f2(s4:0) pool(f1:10)
-1 unflash f2; 1 pool f2                   -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:0)
-1 direct f2; 1 undirect f2; 1 pool f2     -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:0)
+1 unflash f2; 1 pool f2 / 1 direct f2; 1 undirect f2; 1 pool f2 -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10 f2:0)
 1 direct s4; 1 undirect s4; 1 claim c2 s4 -> c1(s1:100 s2:100) c2(s3:100 s4:0) pool(f1:10)
 )");
 }
@@ -91,15 +90,11 @@ TEST_F(DiskTest, AHostHasFourGroupsOfSixAtMost) {
 
 TEST_F(DiskTest, GroupsAndDisksGoOutOfUseAndComeBack) {
   Expect(Groups, R"(
-1 unmount s1 force                                    -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
-1 sick s1; 1 unmount #c1; 1 mountgroup c1 force       -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
-1 unmount #s1; 1 mount s1; 1 unmount #s2; 1 mount #s2 -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
-1 unmountgroup c1 force; 1 mountgroup c1              -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
-1 unmount s1 force; 1 unmount #c1; 1 mount #c1        -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
-1 sick s1; 1 unmount #c1; 1 well s1; 1 mount #c1      -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 unmount s1 force / 1 sick s1; 1 unmount #c1; 1 mountgroup c1 force -> c1(s1:100- s2:100) c2(s3:100) pool(f1:10)
+1 unmount #s1; 1 mount s1; 1 unmount #s2; 1 mount #s2 / 1 unmountgroup c1 force; 1 mountgroup c1 -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
+1 unmount s1 force; 1 unmount #c1; 1 mount #c1 / 1 sick s1; 1 unmount #c1; 1 well s1; 1 mount #c1 -> c1(s1:100 s2:100) c2(s3:100) pool(f1:10)
 1 unmountgroup c1 force                               -> c1-(s1:100- s2:100-) c2(s3:100) pool(f1:10)
-1 unmount #c2 / 1 emptygroup c2 NoAction              -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
-1 unmount s1 force; 1 unmount #c2; 1 mountgroup c1    -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
+1 unmount #c2 / 1 emptygroup c2 NoAction / 1 unmount s1 force; 1 unmount #c2; 1 mountgroup c1 -> c1(s1:100 s2:100) c2-(s3:100-) pool(f1:10)
 1 rebuild c1 - 1; 1 unmount s1; 1 unmountgroup c1     -> c1-(s1:0- s2:0-) c2(s3:100) pool(f1:10)
 1 unmountgroup c1 force; 1 unmount #c2; 1 rebuild c1 - 0 -> c1(s1:0 s2:0) c2-(s3:100-) pool(f1:10)
 1 rebuild #c1 - 2                                     -> c1(s1:0 s2:0) c2(s3:100) pool(f1:10)

@@ -1,6 +1,5 @@
 #include <set>
 
-#include "lab/memory/Undo.h"
 #include "lab/model/Check.h"
 #include "lab/model/Disks.h"
 #include "tests/lab/Support.h"
@@ -79,19 +78,6 @@ TEST_F(HardwareTest, ADeviceThatIsPutInIsAnother) {
     uuids.insert(Long("#s4"));
   }
   EXPECT_EQ(uuids.size(), 4U);
-}
-
-TEST_F(HardwareTest, WhatWasTakenOutCanBeTakenBack) {
-  Command(1, "");
-  ASSERT_EQ(Play("1 addhost host2; 2 claim mpx.dkhba0:C0:T1:L0 mpx.dkhba2:C0:T1:L0; "
-                 "2 interface hsk1 korel"),
-            "");
-  const std::string before = State();
-  Command(2, "");
-  ASSERT_EQ(Play("1 removehost host2; 1 unplug s4; 1 unclaim s1"), "");
-  StandOn("host1");
-  lab::UndoLastCommand();
-  EXPECT_EQ(State(), before);
 }
 
 }  // namespace

@@ -79,8 +79,7 @@ std::string HeldBy(const std::string& number) {
 TEST_F(MembershipTest, RolesFollowTheOrderOfJoining) {
   Expect([] { return Members("A"); }, R"(
                                          -> 1 MASTER, 2 BACKUP, 6 WITNESS
-5 join A / 5 join A metadata             -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
-5 join A; 1 reboot; 1 restore            -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
+5 join A / 5 join A metadata / 5 join A; 1 reboot; 1 restore -> 1 MASTER, 2 BACKUP, 6 WITNESS, 5 AGENT
 5 join A; 1 leave A / 5 join A; 1 reboot -> 2 MASTER, 6 WITNESS, 5 BACKUP
 5 join A; 1 leave A; 1 join A            -> 2 MASTER, 6 WITNESS, 5 BACKUP, 1 AGENT
 5 join A; 1 reboot; 2 reboot             -> 6 WITNESS, 5 MASTER
@@ -141,11 +140,8 @@ TEST_F(MembershipTest, WhatARebootARestoreAndLeavingTakeBack) {
   Expect([] { return HeldBy("1"); }, R"(
                                -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 ENTERING
 2 reboot; 2 clearnet; 2 leave A; 1 restore -> korel normal A; .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 ENTERING
-1 reboot                       -> none normal (A); .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 reboot; 2 restore; 2 restorenet -> none normal (A); .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 restore / 1 reboot; 1 restore boot -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 restore postboot   -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
-1 reboot; 1 restore boot; 1 restore postboot -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
+1 reboot / 1 reboot; 1 reboot; 2 restore; 2 restorenet -> none normal (A); .2 .3 .4 east max copies=4 7 5 OFF
+1 reboot; 1 restore / 1 reboot; 1 restore boot / 1 reboot; 1 restore postboot / 1 reboot; 1 restore boot; 1 restore postboot -> korel normal A; .2 .3 .4 east max copies=4 7 5 OFF
 1 reboot; 1 restorenet         -> none normal (A); .2 .3 .4 hsk0 hsk2 east max copies=4 7 5 OFF
 1 reboot; 1 leave A; 1 restore -> none normal; .3 .4 east copies=4 7 5 OFF
 1 clearnet; 2 restorenet       -> korel normal A; .2 .3 .4 east max copies=4 7 5 ENTERING
@@ -159,8 +155,7 @@ TEST_F(MembershipTest, WhatARebootARestoreAndLeavingTakeBack) {
 5 rate 700; 5 throttle 512; 5 throttle 0; 1 throttle 1 -> none normal; host5 copies=2 0 700 OFF
 1 restore; 1 restorenet                                -> none normal; host5 copies=2 0 0 OFF
 5 join A; 5 reboot; 1 restore; 1 restorenet            -> none normal (A); host5 copies=2 0 0 OFF
-5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 reboot -> none normal; host5 copies=2 0 0 OFF
-5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 restore -> none normal; host5 copies=2 0 0 OFF
+5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 reboot / 5 create D once; 5 agent node n1 ::1 1 D; 5 max on; 5 restore -> none normal; host5 copies=2 0 0 OFF
 )");
   Expect([] { return HeldBy("6"); }, R"(
 6 join B witness host3; 6 max on; 6 leave A            -> korel witness B; host6 max copies=2 0 0 OFF
@@ -174,14 +169,11 @@ TEST_F(MembershipTest, WhatCountsAsAChangeOfACluster) {
   ASSERT_EQ(Play("3 add d1 export; 1 add d1 far B; 6 join B witness host3"), "");
   Expect(Generations, R"(
                                                                  -> A 4, B 3, C 1
-6 type witness / 1 domain east; 1 domain; 1 throttle 1; 1 rate 1; 1 maintain -> A 4, B 3, C 1
-1 agent node n1 10.0.0.2 1 A; 1 interface hsk0 korel; 1 clearnet -> A 4, B 3, C 1
+6 type witness / 1 domain east; 1 domain; 1 throttle 1; 1 rate 1; 1 maintain / 1 agent node n1 10.0.0.2 1 A; 1 interface hsk0 korel; 1 clearnet -> A 4, B 3, C 1
 1 policy vmem copies=1; 1 max on                                 -> A 4, B 3, C 1
 5 create D / 5 join D                                            -> A 4, B 3, C 1, D 1
-5 join A / 2 type metadata; 2 type metadata / 6 leave A / 1 remove d1 -> A 5, B 3, C 1
-6 prefer A host2; 6 prefer A host2 / 1 rekey A 1440; 1 rekey A 30; 2 rekey A 30 -> A 5, B 3, C 1
-5 join A; 5 leave A / 5 join A metadata; 5 type normal           -> A 6, B 3, C 1
-2 type metadata; 2 type normal / 1 add d2 other; 1 clear; 2 clear -> A 6, B 3, C 1
+5 join A / 2 type metadata; 2 type metadata / 6 leave A / 1 remove d1 / 6 prefer A host2; 6 prefer A host2 / 1 rekey A 1440; 1 rekey A 30; 2 rekey A 30 -> A 5, B 3, C 1
+5 join A; 5 leave A / 5 join A metadata; 5 type normal / 2 type metadata; 2 type normal / 1 add d2 other; 1 clear; 2 clear -> A 6, B 3, C 1
 2 encrypt A on SETTLED; 1 encrypt A on SETTLED; 1 encrypt A off SETTLED -> A 6, B 3, C 1
 5 client C / 4 add d1 far B                                      -> A 4, B 3, C 2
 4 reboot; 4 restore                                              -> A 4, B 3, C 3
@@ -196,23 +188,19 @@ TEST_F(MembershipTest, WhatCountsAsAChangeOfACluster) {
 
 TEST_F(MembershipTest, Refusals) {
   ExpectRefusals(R"(
-1 create D / 1 join B / 1 join B witness host3 / 1 client C -> the host is in cluster A; it leaves that one first by 'korel cluster leave --cluster-uuid A'
-6 client C       -> the host is in cluster A; it leaves...
+1 create D / 1 join B / 1 join B witness host3 / 1 client C / 6 client C -> the host is in cluster A; it leaves that one first by 'korel cluster leave --cluster-uuid A'
 1 join A / 6 join A witness host1 -> the host is in cluster A already; 'korel cluster get'...
 6 join B / 6 join B metadata -> the host is a witness of cluster A and can join others only...
 1 reboot; 1 join B -> the host's persisted configuration has it in cluster A; it leaves that one first by 'korel cluster restore' and then 'korel cluster leave --cluster-uuid A'
 1 reboot; 1 join A -> the host is in cluster A already, though not active there; 'korel cluster restore' restores its membership
 6 reboot; 6 join B witness host3 -> the host's persisted configuration has it in cluster A; ...
-5 join A witness host1 -> cluster A has a witness, host 'host6'; that one leaves by 'korel cluster leave --cluster-uuid A'
+5 join A witness host1 / 2 type witness -> cluster A has a witness, host 'host6'; that one leaves by 'korel cluster leave --cluster-uuid A'
 6 reboot; 5 join A witness host1 / 6 reboot; 1 type witness -> cluster A has a witness, host 'host6'; that one leaves by 'korel cluster restore' and then...
-2 type witness   -> cluster A has a witness, host 'host6'; ...
 1 restore boot postboot -> a restore is for one stage of a boot at most
 5 create CCCCCCCC-0000-4000-8000-000000000003 -> cluster UUID C is taken
 5 create zeros / 5 client zeros -> the UUID of all zeros stands for none and cannot be used
 5 create x       -> 'x' is not a UUID of the form "nnnnnnnn-nnnn-nnnn-nnnn-nnnnnnnnnnnn"
-5 create - / 5 create 01234567-89ab-cdef-fedc-ba98765432100 -> '...' is not a UUID of the form...
-5 create 0123456789abcdeffedcba9876543210---- -> '...' is not a UUID of the form...
-5 create 01234567-89ab-cdef-fedc-ba987654321g -> '...' is not a UUID of the form...
+5 create - / 5 create 01234567-89ab-cdef-fedc-ba98765432100 / 5 create 0123456789abcdeffedcba9876543210---- / 5 create 01234567-89ab-cdef-fedc-ba987654321g -> '...' is not a UUID of the form...
 5 join zeros     -> the UUID of all zeros stands for none and cannot be used
 5 join C         -> cluster C is a client cluster; --client-mode joins it
 5 client A       -> cluster A is not a client cluster; ...
@@ -221,10 +209,9 @@ TEST_F(MembershipTest, Refusals) {
 4 add dB far B; 1 add dB far B; 3 leave B -> datastore 'default' is mounted by cluster A, client cluster C; that ends by '...' there and 'korel cluster leave' on each client host
 5 join A metadata host1 -> only a witness names a preferred fault domain, by --witness-node
 5 join B witness -> a witness must name its preferred fault domain, by...
-5 leave A / 1 reboot; 1 leave A; 1 leave A -> the host is not in cluster A; 'korel cluster list' shows...
+5 leave A / 1 reboot; 1 leave A; 1 leave A / 3 encrypt A on SETTLED / 3 rekey A 60 -> the host is not in cluster A; 'korel cluster list' shows...
 1 reboot; 1 encrypt A on SETTLED -> the host is not in cluster A now; 'korel cluster restore' restores its membership
 1 reboot; 1 encrypt zeros on SETTLED -> the host is in no cluster now; 'korel cluster restore' restores its membership
-3 encrypt A on SETTLED / 3 rekey A 60 -> the host is not in cluster A; 'korel cluster list' shows...
 5 rekey zeros 60 -> the host is in no cluster; 'korel cluster join' or 'korel cluster new' puts it in one
 6 leave D        -> the host is not in cluster D; ...
 5 type normal    -> host 'host5' is in no cluster; 'korel cluster join' or...
@@ -281,9 +268,7 @@ TEST_F(HostStateTest, PoliciesAreEachHostsOwnSetPerClassAndClearedTogether) {
   };
   Expect(policies, R"(
                                                       -> + + + % %
-2 policy vdisk copies=1                               -> + + + % %
-1 policy vmswap copies=1; 1 policy vmnamespace copies=1; 1 unpolicy -> + + + % %
-1 policy vmswap copies=1; 1 policy vdisk copies=2; 1 unpolicy vmswap -> + + + % %
+2 policy vdisk copies=1 / 1 policy vmswap copies=1; 1 policy vmnamespace copies=1; 1 unpolicy / 1 policy vmswap copies=1; 1 policy vdisk copies=2; 1 unpolicy vmswap -> + + + % %
 1 policy vmswap copies=1; 2 unpolicy vmswap; 1 unpolicy vdisk -> + + + copies=1,stripes=1,reserved-percent=100,checksum=on %
 1 policy vdisk reserved-percent=100,checksum=off; 2 unpolicy -> + copies=2,stripes=1,reserved-percent=100,checksum=off + % %
 1 policy vmem checksum=on,reserved-percent=0          -> + + + % +

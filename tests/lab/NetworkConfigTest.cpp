@@ -25,18 +25,13 @@ std::string Active(const std::string& number) {
 TEST_F(NetworkConfigTest, WhatIsSetRemovedClearedAndRestored) {
   Expect([] { return Active("1") + "|" + Active("2"); }, R"(
                                                                  -> |
-1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 korel force; 1 restorenet -> |
-1 uninterface hsk0 korel force; 1 uninterface nic9 witness force -> |
+1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 korel force; 1 restorenet / 1 uninterface hsk0 korel force; 1 uninterface nic9 witness force -> |
 1 interface hsk2 witness; 1 interface hsk0 korel; 2 interface hsk1 korel+witness -> hsk0k hsk2w|hsk1kw
-1 interface hsk1 korel; 1 interface hsk1 witness                 -> hsk1w|
-1 interface hsk1 korel+witness; 1 uninterface hsk1 korel         -> hsk1w|
-1 interface hsk1 korel+witness; 1 uninterface hsk1 witness; 1 restorenet -> hsk1k|
-1 interface hsk0 korel; 1 clearnet; 1 interface hsk1 korel       -> hsk1k|
-1 interface hsk0 korel; 1 interface hsk1 korel; 1 uninterface hsk1 korel; 1 restorenet -> hsk0k|
-1 interface hsk0 korel; 1 uninterface hsk1 witness; 1 uninterface hsk0 witness -> hsk0k|
+1 interface hsk1 korel; 1 interface hsk1 witness / 1 interface hsk1 korel+witness; 1 uninterface hsk1 korel -> hsk1w|
+1 interface hsk1 korel+witness; 1 uninterface hsk1 witness; 1 restorenet / 1 interface hsk0 korel; 1 clearnet; 1 interface hsk1 korel -> hsk1k|
+1 interface hsk0 korel; 1 interface hsk1 korel; 1 uninterface hsk1 korel; 1 restorenet / 1 interface hsk0 korel; 1 uninterface hsk1 witness; 1 uninterface hsk0 witness -> hsk0k|
 1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 witness; 1 restorenet -> hsk0k|
-1 interface hsk0 korel; 2 interface hsk0 korel; 1 uninterface hsk0 korel; 1 restorenet -> |hsk0k
-1 interface hsk0 korel; 2 interface hsk0 korel; 1 clearnet; 2 restorenet -> |hsk0k
+1 interface hsk0 korel; 2 interface hsk0 korel; 1 uninterface hsk0 korel; 1 restorenet / 1 interface hsk0 korel; 2 interface hsk0 korel; 1 clearnet; 2 restorenet -> |hsk0k
 1 interface hsk0 korel; 1 clearnet; 1 interface hsk1 korel; 1 restorenet -> hsk0k hsk1k|
 )");
 }
@@ -84,8 +79,7 @@ TEST_F(NetworkConfigTest, NumbersAndGroupsAtTheirEdges) {
 1 interface hsk1 korel a6=fe80::1 / 1 interface hsk1 korel m6=feff:: -> ... is no multicast address
 1 interface hsk1 korel a4=ff19::1 / 1 interface hsk1 korel m6=224.0.0.1 -> ... is of the other family
 1 interface hsk1 none               -> interface 'hsk1' must carry korel or witness traffic
-1 interface hsk3 korel / 1 uninterface hsk3 korel -> the host has no interface 'hsk3'; it has...
-1 uninterface hsk3 witness          -> the host has no interface 'hsk3'; it has...
+1 interface hsk3 korel / 1 uninterface hsk3 korel / 1 uninterface hsk3 witness -> the host has no interface 'hsk3'; it has...
 1 uninterface hsk0 korel / 2 interface hsk0 korel; 1 uninterface hsk0 korel -> ... 'hsk0' is not in...
 1 interface hsk0 korel; 1 clearnet; 1 uninterface hsk0 korel -> interface 'hsk0' is in the persisted Korel network configuration and not active; 'korel network restore' restores it first, or --force removes it from there
 1 uninterface hsk0 Korel force      -> 'Korel' is no traffic type; the types are korel and witness

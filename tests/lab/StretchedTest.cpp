@@ -25,8 +25,7 @@ std::string Seen(const std::string& cluster, const std::string& number) {
 TEST_F(StretchedTest, WhileThereIsAWitnessAndDataInTwoFaultDomains) {
   Expect([] { return Seen("A", "1"); }, R"(
                                                              -> stretched east
-2 domain / 5 join A; 5 domain west / 5 join A metadata / 6 domain north / 2 reboot -> stretched east
-6 reboot / 1 reboot; 1 restore / 1 type metadata; 2 type metadata -> stretched east
+2 domain / 5 join A; 5 domain west / 5 join A metadata / 6 domain north / 2 reboot / 6 reboot / 1 reboot; 1 restore / 1 type metadata; 2 type metadata -> stretched east
 2 domain east / 5 join A / 2 type metadata                   -> plain east
 6 leave A / 6 type metadata                                  -> plain none
 6 leave A; 6 join A witness west / 6 leave A; 5 join A witness west -> stretched west
@@ -55,8 +54,7 @@ TEST_F(StretchedTest, Refusals) {
 2 reboot; 6 prefer A no / 6 leave A; 5 join A witness no -> no data host of the cluster lies in...
 5 join A; 6 prefer A no -> no data host...; they lie in 'east', 'host5', 'west'
 2 domain east; 6 prefer A west -> no data host... 'west'; they lie in 'east'
-5 join A metadata; 5 domain no; 6 prefer A no -> no data host of the cluster lies in...
-6 domain no; 6 prefer A no -> no data host of the cluster lies in...
+5 join A metadata; 5 domain no; 6 prefer A no / 6 domain no; 6 prefer A no -> no data host of the cluster lies in...
 6 prefer B east -> the host is not in cluster B; ...
 1 prefer A west -> the preferred fault domain of cluster A is set on its witness, host 'host6'
 3 prefer B host3 -> the preferred fault domain of cluster B is set on its witness; 'korel cluster join --witness-node' on another host makes it that
@@ -74,15 +72,11 @@ TEST_F(StretchedTest, NamesOfFaultDomainsAtTheirEdges) {
 5 domain (x)257 / 6 prefer A (%c3%a9)257 -> a fault domain name has 1 to 256 characters, got 257
 5 domain -                               -> a fault domain name has 1 to 256 characters, got 0
 5 domain (%c3%a9)128x                    -> a fault domain name has at most 256 bytes, got 257
-5 domain a%01 / 5 domain a%0a / 6 prefer A a%1f / 5 domain a%7f -> ... has a control character in it
-5 domain a%c2%80 / 6 prefer A a%c2%9f -> fault domain name 'a...' has a control character in it
+5 domain a%01 / 5 domain a%0a / 6 prefer A a%1f / 5 domain a%7f / 5 domain a%c2%80 / 6 prefer A a%c2%9f -> ... has a control character in it
 5 domain %20 / 5 domain (%c2%a0)2 / 6 prefer A %e3%80%80 / 5 domain %e2%a0%80 -> ... has no visible character in it
 5 domain %e2%80%8b / 5 domain %ef%b8%8f / 5 domain %f3%a0%81%81 / 5 domain %c2%ad -> ... has no visible character in it
-5 domain a%e2%80%8e / 5 domain a%e2%80%8f / 5 domain a%d8%9c -> ... has a mark of writing direction in it
-6 prefer A a%e2%80%aa / 5 domain a%e2%80%ae / 5 domain a%e2%81%a6 / 5 domain a%e2%81%a9 -> ... a mark of writing...
-5 domain a%80 / 5 domain a%c1%bf / 5 domain a%ff / 5 domain a%c3 / 5 domain a%e0%9f%bf -> ... not UTF-8
-5 domain a%ed%a0%80 / 5 domain a%f0%8f%bf%bf / 5 domain a%f4%90%80%80 -> ... is not UTF-8
-6 prefer A a%e2%82                       -> fault domain name 'a...' is not UTF-8
+5 domain a%e2%80%8e / 5 domain a%e2%80%8f / 5 domain a%d8%9c / 6 prefer A a%e2%80%aa / 5 domain a%e2%80%ae / 5 domain a%e2%81%a6 / 5 domain a%e2%81%a9 -> ... has a mark of writing direction in it
+5 domain a%80 / 5 domain a%c1%bf / 5 domain a%ff / 5 domain a%c3 / 5 domain a%e0%9f%bf / 5 domain a%ed%a0%80 / 5 domain a%f0%8f%bf%bf / 5 domain a%f4%90%80%80 / 6 prefer A a%e2%82 -> ... not UTF-8
 )");
 }
 

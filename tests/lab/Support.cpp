@@ -169,10 +169,8 @@ const std::map<std::string, void (*)(A)> kVerbs = {
      }},
     {"plug",
      [](A a) {
-       Own(lab::AddDevice, lab::DeviceInventory{.name = a[0],
-                                                .isFlash = a.Has("flash"),
-                                                .isCapacityFlash = a.Has("tagged"),
-                                                .sizeGb = a.Number(1)});
+       Own(lab::AddDevice,
+           lab::DeviceInventory{a[0], a.Has("flash"), a.Has("tagged"), a.Number(1)});
      }},
     {"unplug", [](A a) { Own(lab::RemoveDevice, a[0]); }},
     {"wire", [](A a) { Own(lab::AddInterface, a[0]); }},
@@ -269,6 +267,7 @@ const std::pair<const char*, std::string> kShort[] = {
     {"n1", "11111111-0000-4000-8000-000000000001"},
     {"n2", "22222222-0000-4000-8000-000000000002"},
     {"zeros", kZeros},
+    {"thumb", "01:23:45:67:89:AB:CD:EF:01:23:45:67:89:ab:cd:ef:01:23:45:67"},
     {"all", "EvacuateAllData"},
     {"half", "EnsureObjectAccessibility"},
     {"@conf", lab::kTraceConfigFile},

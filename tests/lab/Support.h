@@ -76,9 +76,9 @@ class LabTest : public testing::Test {
 // A script is acts separated by "; ": a host's number, a verb of Support.cpp and its words, such
 // as "2 join A". A word may be short for a UUID: A to D of clusters, of which the labs here do not
 // have D, dA and dB of their default datastores, d1 and d2 of others, n1 and n2 of nodes, "#s1" of
-// the host's device s1, "#host1" of that host, zeros. The modes of an evacuation are all and half.
-// "-" is an empty text,
-// "%0a" that byte, "(xy)3" is "xyxyxy". Any other word stands for itself.
+// the host's device s1, "#host1" of that host, zeros; thumb is a thumbprint. The modes of an
+// evacuation are all and half. "-" is an empty text, "%0a" that byte, "(xy)3" is "xyxyxy". Any
+// other word stands for itself.
 
 using Texts = std::vector<std::string>;
 

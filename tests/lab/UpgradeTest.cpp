@@ -1,6 +1,5 @@
 #include <filesystem>
 
-#include "lab/memory/Words.h"
 #include "lab/model/Check.h"
 #include "lab/model/HostFiles.h"
 #include "lab/model/TraceDaemon.h"
@@ -50,14 +49,14 @@ TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {
     SCOPED_TRACE(version);
     lab::Store::CloseForProcess();
     fs::remove(LabFile());
-    const std::string claim =
-        version < 3 ? "'2025-01-01T00:00:00Z', 0)" : "'2025-01-01T00:00:00Z', 0, 100)";
-    MakeOld(version,
-            "INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, "
-            "model) VALUES (1, 1, 's', '22222222-0000-4000-8000-000000000001', 0, 0, 400, '', ''),"
-            " (2, 1, 'c', '22222222-0000-4000-8000-000000000002', 1, 0, 100, '', '');"
-            "INSERT INTO claims VALUES (2, 2, 15, " +
-                claim + ", (1, 2, 15, " + claim + ";");
+    const std::string since =
+        "15, '2025-01-01T00:00:00Z', 0" + std::string(version < 3 ? "" : ", 100");
+    MakeOld(version, R"(
+INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, model) VALUES
+  (1, 1, 's', '22222222-0000-4000-8000-000000000001', 0, 0, 400, '', ''),
+  (2, 1, 'c', '22222222-0000-4000-8000-000000000002', 1, 0, 100, '', '');
+INSERT INTO claims VALUES (2, 2, )" +
+                         since + "), (1, 2, " + since + ");");
     EXPECT_EQ(Groups(), "c-(s:100-) pool()");
     EXPECT_THAT(State(), testing::HasSubstr("|1|2|15|2025-01-01T00:00:00Z|0|100|||\n"));
     // Without a folder a host is as a fresh one; version 4 has no folder, and no daemon's file
@@ -67,69 +66,33 @@ TEST_F(UpgradeTest, RowsOfEveryOldVersionAreKept) {
   }
 }
 
-TEST_F(UpgradeTest, TheMemoryTellsWhatItToldBefore) {
-  // A fault for two calls was added, and one call failed.
-  const std::string table = "x'5403010000' || 'faults' || x'00";
-  const std::string two = "010000000000000002'";
-  MakeOld(4,
-          "INSERT INTO faults VALUES ('AddDisks', 'x', 1); INSERT INTO history VALUES"
-          " (1, 1, 1, 'host1', '', '', 4, 9, 9, CAST(" +
-              table + "12000308' || 'AddDisks' || x'030178" + two +
-              " AS BLOB)),"
-              " (2, 2, 2, 'host1', '', '', 4, 9, 18, CAST(" +
-              table + "17000308' || 'AddDisks' || x'00" + two + " || x'0000010000000000000001'" +
-              " AS BLOB));"
-              "INSERT INTO features VALUES ('client-mode', 1), ('rebuild-trim', 1),"
-              " ('metadata-node', 1), ('korel2-config', 1), ('archival-protection', 1);"
-              "UPDATE hosts SET name = 'host2' WHERE id = 2");
-  std::vector<std::string> told;
-  lab::ReadLab([&](lab::Store& store) {
-    for (const lab::Entry& entry : lab::EntriesAfter(store, 0)) {
-      if (!entry.changes) continue;
-      for (const auto& change : lab::InWords(store, *entry.changes)) {
-        told.push_back(change.kind + std::string(" ") + change.field.value_or("-") + " " +
-                       change.before.value_or("-") + " > " + change.after.value_or("-"));
-      }
-    }
-  });
-  EXPECT_THAT(told, testing::ElementsAre("changed calls that are struck 2 > 1",
-                                         "added message - > x", "added calls that are struck - > 2",
-                                         "added calls that are spared first - > 0",
-                                         "added delay in ms - > 0"));
-  EXPECT_THAT(lab::ReadLab(lab::Problems), testing::IsEmpty());
+TEST_F(UpgradeTest, TheMemoryIsKeptAndFitsTheNewTables) {
+  // A fault is added and strikes, a device gets into the pool and out of it, a host gets its fault
+  // domain, and one is damaged.
+  MakeOld(4, R"(
+UPDATE hosts SET faultDomain = 'east' WHERE id = 1;
+INSERT INTO faults VALUES ('AddDisks', 'x', 1);
+INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, model)
+  VALUES (4, 1, 'f', '22222222-0000-4000-8000-000000000001', 1, 1, 400, '', '');
+WITH entries (number, changes) AS (VALUES
+  (1, x'54030100006661756C747300120003084164644469736B73030178010000000000000002'),
+  (2, x'54030100006661756C747300170003084164644469736B73000100000000000000020000010000000000000001'),
+  (3, x'5406010000000000636C61696D73001200010000000000000004050100000000000000140314323032362D31312D32325430383A35333A33355A010000000000000001010000000000000000'),
+  (4, x'5406010000000000636C61696D73000900010000000000000004050100000000000000140314323032362D31312D32325430383A35333A33355A010000000000000001010000000000000000'),
+  (5, x'540B0100000000000000000000686F7374730017000100000000000000010000050000000000000000000003046561737400000000000000'),
+  (6, x'5401'))
+INSERT INTO history SELECT number, 1, 7, 'host1', '', '', 4, length(changes),
+  sum(length(changes)) OVER (ORDER BY number), changes FROM entries;)");
   EXPECT_EQ(Failure([] { HostControl()->AddDisks("a", {}); }), "x");
   EXPECT_NE(Failure([] { HostControl()->AddDisks("a", {}); }), "x") << "one call was left";
-}
-
-TEST_F(UpgradeTest, TheMemoryIsKeptAndFitsTheNewTables) {
-  const std::string claim =
-      "0000000000000004050100000000000000140314323032362D31312D32325430383A35333A33355A"
-      "010000000000000001010000000000000000";
-  const auto entry = [](int number, const std::string& changes, int total) {
-    const std::string text = std::to_string(number);
-    return "INSERT INTO history VALUES (" + text + ", " + text + ", 7, 'host1', '', '', 4, " +
-           std::to_string(changes.size() / 2) + ", " + std::to_string(total) + ", x'" + changes +
-           "');";
-  };
-  // The device is put into the pool and taken out, the host gets its fault domain.
-  MakeOld(4,
-          "UPDATE hosts SET faultDomain = 'east' WHERE id = 1;"
-          "INSERT INTO devices (id, host, name, uuid, isFlash, isCapacityFlash, sizeGb, vendor, "
-          "model) VALUES (4, 1, 'f', '22222222-0000-4000-8000-000000000001', 1, 1, 400, '', '');" +
-              entry(1, "5406010000000000636C61696D7300120001" + claim, 76) +
-              entry(2, "5406010000000000636C61696D7300090001" + claim, 152) +
-              entry(3,
-                    "540B0100000000000000000000686F737473001700010000000000000001000005000000000000"
-                    "0000000003046561737400000000000000",
-                    208) +
-              entry(4, "5401", 210));
   lab::ChangeLab([](lab::Store& store) {
     EXPECT_TRUE(lab::Texts(store,
                            "SELECT number FROM history h WHERE size <> length(changes) OR total <> "
                            "(SELECT sum(size) FROM history WHERE number <= h.number)")
                     .empty());
     const auto entries = lab::EntriesAfter(store, 0);
-    ASSERT_EQ(entries.size(), 5U) << "and the one that brought the lab up to date";
+    ASSERT_EQ(entries.size(), 7U) << "and the one that brought the lab up to date";
+    EXPECT_EQ(entries[1].changes->size(), 2U) << "one that is damaged stays as it is";
     const auto takeBack = [&](std::size_t i) {
       EXPECT_EQ(entries[i].version, lab::kSchemaVersion);
       return lab::Apply(store, lab::Inverted(store, *entries[i].changes));
@@ -140,41 +103,35 @@ TEST_F(UpgradeTest, TheMemoryIsKeptAndFitsTheNewTables) {
     EXPECT_THAT(lab::Texts(store, "SELECT device || claimedAt FROM claims"),
                 ElementsAre("42026-11-22T08:53:35Z"));
     EXPECT_TRUE(takeBack(4));
-    EXPECT_THAT(lab::Texts(store, "SELECT device FROM claims"), testing::IsEmpty());
-    EXPECT_EQ(entries[1].changes->size(), 2U) << "one that is damaged stays as it is";
+    EXPECT_TRUE(takeBack(5));
+    EXPECT_THAT(lab::Texts(store, "SELECT operation || count FROM faults"),
+                ElementsAre("AddDisks2"));
+    EXPECT_TRUE(takeBack(6));
+    EXPECT_FALSE(lab::Exists(store, "SELECT 1 FROM claims UNION SELECT 1 FROM faults"));
   });
 }
 
-TEST_F(UpgradeTest, MemoryIsKeptAndWhatIsImpossibleNowGoes) {
-  const std::string agent = ", 1, '10.0.0.2', 1, '', '', 'aaaaaaaa-0000-4000-8000-000000000001'";
-  MakeOld(
-      4,
-      "UPDATE hosts SET name = 'host2' WHERE id = 2; UPDATE hosts SET faultDomain = 'a' || "
-      "char(0x202e) WHERE id = 1; INSERT INTO clusters (id, uuid, isClient) VALUES (5, "
-      "'aaaaaaaa-0000-4000-8000-000000000001', 0); INSERT INTO datastores VALUES (3, "
-      "'d0000000-0000-4000-8000-000000000001', 5, 'ds', 1); INSERT INTO memberships VALUES "
-      "(1, 2, 5, 1, 1, 1), (2, 1, 5, 1, 1, 1); INSERT INTO agents VALUES "
-      "(1, 2, '11111111-0000-4000-8000-000000000002', 0" +
-          agent +
-          "), "
-          "(2, 2, '11111111-0000-4000-8000-000000000001', 0" +
-          agent +
-          "), "
-          "(3, 1, '11111111-0000-4000-8000-000000000002', 0" +
-          agent +
-          "), "
-          "(4, 2, '11111111-0000-4000-8000-000000000003', 0, 1, '::', 1, '', '', 'x');"
-          "INSERT INTO features SELECT value, 1 FROM json_each('[\"archival-protection\", "
-          "\"client-mode\", \"korel2-config\", \"metadata-node\", \"rebuild-trim\"]');"
-          "INSERT INTO history VALUES (7, 7, 1, 'host1', 'lab host add', '', 4, 12, 12, NULL);");
+TEST_F(UpgradeTest, WhatIsImpossibleNowGoes) {
+  MakeOld(4, R"(
+UPDATE hosts SET name = 'host2' WHERE id = 2;
+UPDATE hosts SET faultDomain = 'a' || char(0x202e) WHERE id = 1;
+INSERT INTO clusters (id, uuid, isClient) VALUES (5, 'aaaaaaaa-0000-4000-8000-000000000001', 0);
+INSERT INTO datastores VALUES (3, 'd0000000-0000-4000-8000-000000000001', 5, 'ds', 1);
+INSERT INTO memberships VALUES (1, 2, 5, 1, 1, 1), (2, 1, 5, 1, 1, 1);
+INSERT INTO agents SELECT column1, column2, nodeUuid, 0, 1, '10.0.0.2', 1, '', '', uuid
+  FROM (VALUES (1, 2, 2), (2, 2, 1), (3, 1, 2)) JOIN hosts ON hosts.id = column3 JOIN clusters;
+INSERT INTO agents VALUES (4, 2, '11111111-0000-4000-8000-000000000003', 0, 1, '::', 1, '', '', 'x');
+INSERT INTO features SELECT value, 1 FROM json_each('["archival-protection", "client-mode",
+  "korel2-config", "metadata-node", "rebuild-trim"]');
+INSERT INTO history VALUES (7, 7, 1, 'host1', 'lab host add', '', 4, 12, 12, NULL);)");
   testing::internal::CaptureStderr();
   EXPECT_THAT(lab::ReadLab(lab::Problems), testing::IsEmpty());
-  const std::string notes = testing::internal::GetCapturedStderr();
   const std::string note = "note: the lab is brought up to date without ";
-  EXPECT_EQ(notes, note + "the further witness 'host1' of cluster " + kClusterA + "\n" + note +
-                       "the name of the fault domain of host 'host1'\n" + note +
-                       "the agent '10.0.0.2' of host 'host2'\n" + note +
-                       "the agent '::' of host 'host2'\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            note + "the further witness 'host1' of cluster " + kClusterA + "\n" + note +
+                "the name of the fault domain of host 'host1'\n" + note +
+                "the agent '10.0.0.2' of host 'host2'\n" + note +
+                "the agent '::' of host 'host2'\n");
   EXPECT_THAT(State(), testing::HasSubstr("3|" + kDatastore1 + "|5|ds|1\n"));
   EXPECT_THAT(State(), testing::HasSubstr("2|2|11111111-0000-4000-8000-000000000001|0|1|10.0.0.2"));
   const auto entries = lab::ReadLab([](lab::Store& store) { return lab::EntriesAfter(store, 0); });

@@ -9,22 +9,16 @@ TEST(Policy, HasADefaultPerClass) {
   const Names names = {{"$asked", "GetKorelPolicyClasses"},
                        {"$swap", "{Policy Class=vmswap, Policy Value=value 3}"}};
   Check(hosts, names, R"(
-policy getdefault -> [Policy{Policy Class=cluster, Policy Value=value 0}, Policy$swap]
-  <- $asked | $asked | GetDefaultPolicy 0 | GetDefaultPolicy 3
-[GetDefaultPolicy fails] policy getdefault -> error: Unable to get default policy: no luck | none
-  <- $asked | $asked | GetDefaultPolicy 0
+policy getdefault -> [Policy{Policy Class=cluster, Policy Value=value 0}, Policy$swap] <- $asked | $asked | GetDefaultPolicy 0 | GetDefaultPolicy 3
 policy getdefault -c vmswap -> [Policy$swap] <- $asked | $asked | GetDefaultPolicy 3
 policy setdefault -c vmswap -p copies=2 -> true <- $asked | SetDefaultPolicy 3 copies=2
 policy setdefault -c vmswap -p '' -> true <- $asked | SetDefaultPolicy 3 ""
-! error: Unable to set default policy: no luck | none
 policy cleardefault -> true <- $asked | ClearDefaultPolicies
-! error: Unable to clear default policy: no luck | none
 policy cleardefault -c vmswap -> true <- $asked | ClearDefaultPolicy 3
 ! error: Unable to clear default policy: no luck | none
 policy cleardefault -c vdisk / policy getdefault -c vdisk / policy setdefault -c vdisk -p copies=2
   -> usage: option "--policy-class" takes one of "cluster", "vmswap", not "vdisk" <- $asked
-[GetKorelPolicyClasses fails] policy getdefault
-  -> error: Unable to get default policy: no luck | none <- $asked | $asked
+[GetKorelPolicyClasses fails] policy getdefault -> error: Unable to get default policy: no luck | none <- $asked | $asked
 [no classes] policy getdefault -> [] <- $asked | $asked
 [no classes] policy getdefault -c vmswap -> [Policy$swap] <- $asked | $asked | GetDefaultPolicy 3
 [GetKorelPolicyClasses fails] policy setdefault -c vmswap -p copies=2 /

@@ -9,15 +9,12 @@ $throttle set --level 0 -> true <- $asked | SetResyncThrottle 0
 $throttle set --level 512 -> true <- $asked | SetResyncThrottle 512
 ! error: no luck | none
 $throttle set --level 513 -> usage: option "--level" takes 0 to 512, not "513"
-$throttle set --level -1 -> usage: option "--level" takes 0 to 512, not "-1"
-[client] $throttle set --level 1 / [client] $throttle get
-  -> error: Resync throttling is not supported with client mode | none <- $asked
+trace set --size 4096 -> usage: option "--size" takes 1 to 4095, not "4096"
+[client] $throttle set --level 1 / [client] $throttle get -> error: Resync throttling is not supported with client mode | none <- $asked
 [7] $throttle get -> ResyncThrottle{Level=7} <- $asked | GetResyncThrottle
 ! error: no luck | none
 [7] resync bandwidth get -> ResyncBandwidth{Rate=7} <- $asked | GetResyncBandwidth
 ! error: no luck | none
-[client] resync bandwidth get -> error: Resync bandwidth is not supported with client mode | none
-  <- $asked
 )");
 }
 

@@ -11,10 +11,10 @@ extern RecordingHost* current;
 
 inline std::string Text(const std::string& text) { return text.empty() ? "\"\"" : text; }
 inline std::string Text(bool value) { return value ? "true" : "false"; }
-inline std::string Text(int value) { return std::to_string(value); }
-inline std::string Text(std::int64_t value) { return std::to_string(value); }
-template <typename Enum>
-requires std::is_enum_v<Enum> std::string Text(Enum value) { return Text(static_cast<int>(value)); }
+template <typename Number>
+requires(std::is_integral_v<Number> || std::is_enum_v<Number>) std::string Text(Number value) {
+  return std::to_string(static_cast<std::int64_t>(value));
+}
 inline std::string Text(const Tovrin::Korel::Uuid& uuid) {
   return HskCtl::Korel::KorelUtil::KorelUuidToString(uuid);
 }

@@ -62,7 +62,6 @@ const Hosts kHosts = {
     {"enabled", [](RecordingHost& host) { host.enabled = true; }},
     {"client", [](RecordingHost& host) { host.clientMode = true; }},
     {"witness", [](RecordingHost& host) { host.nodeType = Tovrin::Korel::KorelNodeType::Witness; }},
-    {"no info", [](RecordingHost& host) { host.hasInfo = false; }},
     {"no random", [](RecordingHost& host) { host.randomUuid = ""; }},
 };
 const Names kNames = {{"$A", "aaaaaaaa-0000-0000-0000-000000000001"},

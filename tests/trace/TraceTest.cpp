@@ -62,19 +62,6 @@ TEST_F(Traced, GetReadsLinesByTheirRules) {
   }
 }
 
-TEST_F(Traced, GetAsksTheDaemonFirst) {
-  const std::string unreadable = "error: Error opening Korel trace config file for reading. | none";
-  EXPECT_EQ(RunLine("korel trace get"), unreadable);
-  std::filesystem::create_directory(file);
-  EXPECT_EQ(RunLine("korel trace get"), unreadable);
-  host.status = 3;
-  EXPECT_EQ(RunLine("korel trace get"), "error: Korel is not enabled on this host. | none");
-  host.status = -1;
-  EXPECT_EQ(RunLine("korel trace get"),
-            "error: Checking koreltraced status failed.Refer to /var/log/syslog.log for details. | "
-            "none");
-}
-
 TEST_F(Traced, SetRewritesEveryLine) {
   Write("KORELTRACED_LSOM_ROTATE_FILE_SIZE=3\nKORELTRACED_VOLUME=\"/v\"\nUNKNOWN=1\n");
   EXPECT_EQ(RunLine("korel trace set -s 100 --lsom-verbose-size 9"), "true");
@@ -119,26 +106,40 @@ TEST_F(Traced, SetPassesWhatWasGivenAndResetAll) {
             "urgent_num_of_files=8,urgent_size_in_kb=10,urgent_to_syslog=true]");
 }
 
-TEST_F(Traced, SetRefusesAndReportsFailures) {
-  const std::string details = " Refer /var/log/syslog.log for details. | none";
-  EXPECT_EQ(RunLine("korel trace set"), "error: No options provided. | none");
-  EXPECT_EQ(RunLine("korel trace set -r false -s 1"),
-            "error: reset cannot be used with other options. | none");
-  EXPECT_EQ(RunLine("korel trace set -s 4096"),
-            "usage: option \"--size\" takes 1 to 4095, not \"4096\"");
-  EXPECT_EQ(RunLine("korel trace set -s 1"),
-            "error: Error opening Korel Trace Config File for reading. | none");
-  EXPECT_EQ(host.calls, std::vector<std::string>{});
-  Write("KORELTRACED_ROTATE_FILE_SIZE=7\n");
-  host.failures["SetTracedLogOptions"] = "no luck";
-  EXPECT_EQ(RunLine("korel trace set -s 1"), "error: no luck" + details);
-  EXPECT_EQ(Content(), "KORELTRACED_ROTATE_FILE_SIZE=7\n");
-  host.failures.clear();
-  host.restarted = 5;
-  EXPECT_EQ(RunLine("korel trace set -s 1"), "error: Failed to restart koreltraced: 5; " + details);
-  host.status = -1;
-  EXPECT_EQ(RunLine("korel trace set -s 1"),
-            "error: Failed to check koreltraced status." + details);
+TEST_F(Traced, AFailureEndsACommandWhereItIs) {
+  namespace fs = std::filesystem;
+  const std::string size = "KORELTRACED_ROTATE_FILE_SIZE=7\n";
+  const Hosts hosts = {
+      {"not checked", [](RecordingHost& other) { other.status = -1; }},
+      {"stopped", [](RecordingHost& other) { other.status = 3; }},
+      {"no restart", [](RecordingHost& other) { other.restarted = 5; }},
+      {"no file", [&](RecordingHost&) { fs::remove(file); }},
+      {"folder", [&](RecordingHost&) { fs::create_directory(file); }},
+      {"traced",
+       [&](RecordingHost& other) {
+         other.root = folder.path;
+         fs::remove(file);
+         Write(size);
+       }},
+      // Which root cannot write either.
+      {"read-only", [&](RecordingHost&) { fs::create_symlink("/proc/version", file); }}};
+  const Names names = {{"$status", kStatus},
+                       {"$set", "SetTracedLogOptions [normal_size_in_kb=1]"},
+                       {"$restart", kRestart},
+                       {"$refer", "Refer /var/log/syslog.log for details."}};
+  Check(hosts, names, R"(
+[traced, no file] trace get / [traced, no file, folder] trace get -> error: Error opening Korel trace config file for reading. | none <- $status
+[traced, no file, stopped] trace get -> error: Korel is not enabled on this host. | none <- $status
+[not checked] trace get -> error: Checking koreltraced status failed.Refer to /var/log/syslog.log for details. | none <- $status
+[traced] trace set -> error: No options provided. | none
+[traced] trace set -r false -s 1 -> error: reset cannot be used with other options. | none
+[traced, no file] trace set -s 1 -> error: Error opening Korel Trace Config File for reading. | none
+[traced, no file, read-only] trace set -s 1 -> error: Error opening Korel Trace Config File for writing. | none <- $set
+[traced, no restart] trace set -s 1 -> error: Failed to restart koreltraced: 5;  $refer | none <- $set | $status | $restart
+[traced, not checked] trace set -s 1 -> error: Failed to check koreltraced status. $refer | none <- $set | $status
+[traced, SetTracedLogOptions fails] trace set -s 1 -> error: no luck $refer | none <- $set
+)");
+  EXPECT_EQ(Content(), size) << "the host refused its options";
 }
 
 TEST_F(Traced, SetWritesTheVeryFile) {
@@ -151,14 +152,6 @@ TEST_F(Traced, SetWritesTheVeryFile) {
   EXPECT_TRUE(fs::is_symlink(file));
   EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_NE(Content().find("KORELTRACED_ROTATE_FILE_SIZE=1\n"), std::string::npos);
-}
-
-TEST_F(Traced, SetReportsAFileThatCannotBeWritten) {
-  // Which root cannot write either.
-  std::filesystem::create_symlink("/proc/version", file);
-  EXPECT_EQ(RunLine("korel trace set -s 1"),
-            "error: Error opening Korel Trace Config File for writing. | none");
-  EXPECT_EQ(host.calls.size(), 1U);
 }
 
 }  // namespace
