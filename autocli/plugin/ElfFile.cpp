@@ -145,7 +145,8 @@ bool ElfFile::IsInPlace(const ElfSegment& segment) const {
         // Goes on to the end of the page only where no variables can follow.
         const bool isFull = whole.p_filesz == whole.p_memsz;
         const ElfAddress end = isFull ? EndOf(whole) : whole.p_vaddr + whole.p_memsz;
-        return IsLoaded(whole) && vaddr == whole.p_vaddr && memsz <= end - vaddr;
+        return IsLoaded(whole) && segment.p_vaddr == whole.p_vaddr &&
+               segment.p_memsz <= end - segment.p_vaddr;
       });
     case PT_NOTE:
     case PT_GNU_PROPERTY:
