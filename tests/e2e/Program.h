@@ -23,7 +23,9 @@ struct Ended {
 class Lab : public testing::Test {
  protected:
   Lab() {
-    environment = {{"KOREL_LAB", folder / "lab.db"}, {"HOME", folder.path}};
+    environment = {{"KOREL_LAB", folder / "lab.db"},
+                   {"HOME", folder.path},
+                   {"AUTOCLI_COMPLETE_MS", "60000"}};  // a busy machine is no fault
     if (const char* options = std::getenv("ASAN_OPTIONS")) environment["ASAN_OPTIONS"] = options;
   }
 

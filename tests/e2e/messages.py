@@ -80,20 +80,14 @@ class Lab:
                               stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
         return done.returncode, done.stdout + done.stderr
 
-    def names(self):
-        """What stands for the UUIDs of this lab."""
-        _, out = self.run("lab cluster list --formatter csv --fields UUID --no-header")
-        return dict(zip(("CLUSTER", "OTHER"), out.split()))
-
     def type(self, line):
-        host = None
-        if found := re.match(r"(\w+)> (.*)", line):
-            host, line = found.groups()
+        """Runs a line of LINES; see there."""
+        host, line = re.fullmatch(r"(?:(\w+)> )?(.*)", line).groups()
         if re.search(r"\b(CLUSTER|OTHER)\b", line):
-            for name, uuid in self.names().items():
+            _, out = self.run("lab cluster list --formatter csv --fields UUID --no-header")
+            for name, uuid in zip(("CLUSTER", "OTHER"), out.split()):
                 line = re.sub(rf"\b{name}\b", uuid, line)
-        line = re.sub(r"(\w)\*(\d+)", lambda found: found[1] * int(found[2]), line)
-        return self.run(line, host)
+        return self.run(re.sub(r"(\w)\*(\d+)", lambda found: found[1] * int(found[2]), line), host)
 
 
 def check(bin_folder, text, lines):
