@@ -4,7 +4,6 @@
 #include "tests/support/Database.h"
 
 namespace test {
-namespace {
 
 using nlohmann::json;
 
@@ -58,11 +57,6 @@ class EveryCommand : public Lab {
     return RowsOf(LabFile(), "'faults', 'faultCalls', 'history'");
   }
 
-  void Inject(const std::string& operation) const {
-    RunSql(LabFile(), "INSERT INTO faults (operation, message) VALUES ('" + operation +
-                          "', 'injected failure')");
-  }
-
   /// The operations called since the last question, in order.
   std::vector<std::string> Called() const {
     std::vector<std::string> operations;
@@ -80,7 +74,8 @@ class EveryCommand : public Lab {
       SCOPED_TRACE("failing " + operation);
       GoBack();
       const std::string before = State();
-      Inject(operation);
+      RunSql(LabFile(), "INSERT INTO faults (operation, message) VALUES ('" + operation +
+                            "', 'injected failure')");
       const Ended ended = Run(line);
       const auto called = Called();
       EXPECT_EQ(ended.status, 1) << ended.err;
@@ -136,7 +131,6 @@ class EveryCommand : public Lab {
 /// Holds each statement that changes rows against its entry in the memory.
 TEST_F(EveryCommand, IsTakenBackAndDoneAgain) {
   std::ifstream batch(EVERY_COMMAND);
-  std::filesystem::current_path(folder.path);
   Do("lab host add --name host2");
   Do("lab host add --name host3");
   environment["KOREL_LAB_HOST"] = "host2";
@@ -185,5 +179,4 @@ TEST_F(EveryCommand, FailsCleanlyInAPreparedLab) {
   CheckAll(cluster);
 }
 
-}  // namespace
 }  // namespace test

@@ -55,25 +55,13 @@ TEST_F(Lab, KeepsAFileOfAHostByteForByte) {
   Do("lab file get --path /etc/odd --force --to " + to);
 }
 
-TEST_F(Lab, ShowsAHostAsWhatItIsAndEntriesWithTheNamesOfThen) {
+TEST_F(Lab, ShowsHostsClustersAndInterfacesAsWhatTheyAre) {
   Do("korel cluster new --client-mode");
   EXPECT_EQ(Ask("lab host list")["result"][0]["Node Type"], "client");
   const json cluster = Ask("lab cluster list")["result"][0];
-  EXPECT_EQ(cluster["Members"], json::array({"host1"}));
-  const json shown = Ask("lab cluster show -u " + cluster["UUID"].get<std::string>())["result"];
-  EXPECT_EQ(shown["Members"], json::parse(R"([{"Host":"host1","Node Type":"normal",
-                                               "Fault Domain":"host1","Takes Part":true}])"));
   EXPECT_EQ(Ask("lab show")["result"]["Clusters"],
             json::array({{{"UUID", cluster["UUID"]}, {"Client", true}, {"Members", {"host1"}}}}));
-  const std::string hosts = folder / "hosts";
-  for (const std::string name : {"one", "two"}) {
-    WriteFile(hosts, R"({"hosts":[{"name":")" + name + R"("}]})");
-    Do("lab init --force --inventory " + hosts);
-  }
-  EXPECT_NE(Ask("lab history --entry 2").dump().find("\"membership host1 of "), std::string::npos);
-}
 
-TEST_F(Lab, ListsInterfacesWithWhatTheyCarryNow) {
   Do("korel network ip add -i hsk1 -T witness");
   Do("korel network clear");
   Do("korel network ip add -i hsk0 -T korel -T witness");
@@ -91,18 +79,16 @@ TEST_F(Lab, SaysTheWayOutForDisksThatAreNotHealthy) {
   Do("korel storage add --ssd mpx.dkhba0:C0:T2:L0 --disks mpx.dkhba2:C0:T3:L0");
   for (const std::string& disk : {first, second}) Do("lab disk set --data 100 --device " + disk);
   Do("lab save --file " + (folder / "ready"));
+  const std::regex next("'(korel storage (?!list').*?)'");
   /// Does what refusals say comes next, until the line is done; answers what is said last.
   const auto follow = [&](const std::string& wanted) {
     std::string line = wanted;
     for (int steps = 0; steps < 9; ++steps) {
       const Ended ended = Run(line);
-      const std::size_t command = ended.err.find("'korel storage ");
-      if (line == wanted && (ended.status == 0 || command == std::string::npos ||
-                             ended.err.find("'korel storage list'") != std::string::npos)) {
-        return ended.err;
-      }
-      const std::size_t end = ended.err.find('\'', command + 1);
-      line = ended.status == 0 ? wanted : ended.err.substr(command + 1, end - command - 1);
+      std::smatch command;
+      const bool isLed = std::regex_search(ended.err, command, next);
+      if (line == wanted && (ended.status == 0 || !isLed)) return ended.err;
+      line = ended.status == 0 ? wanted : command.str(1);
     }
     return "in circles: " + wanted;
   };

@@ -33,19 +33,11 @@ lab maintenance start
 lab host reboot --name host2"""
 
 
-def make(lab):
-    """Types the lines; returns the own cluster and the client's, and the picture."""
-    def typed(lines):
-        for line in lines.splitlines():
-            status, out = lab.type(line)
-            assert status == 0, (line, out)
-        return out
-    bare = " --formatter csv --no-header --fields"
-    typed(HOSTS + "korel cluster new")
-    own, = typed(f"lab cluster list {bare} UUID").split()
-    typed(LINES.replace("OWN", own).replace("NODE", typed(f"lab host list {bare} 'Node UUID'").split()[1]))
-    client, = set(typed(f"lab cluster list {bare} UUID").split()) - {own}
-    return own, client, typed("lab picture")
+def typed(lab, lines):
+    for line in lines.splitlines():
+        status, out = lab.type(line)
+        assert status == 0, (line, out)
+    return out
 
 
 def drawn(dot):
@@ -64,8 +56,14 @@ def drawn(dot):
 
 
 with tempfile.TemporaryDirectory() as folder:
-    own, client, picture = make(Lab(sys.argv[1], folder))
-texts, arrows = drawn(picture)
+    lab = Lab(sys.argv[1], folder)
+    bare = " --formatter csv --no-header --fields"
+    typed(lab, HOSTS + "korel cluster new")
+    own, = typed(lab, f"lab cluster list {bare} UUID").split()
+    node = typed(lab, f"lab host list {bare} 'Node UUID'").split()[1]
+    typed(lab, LINES.replace("OWN", own).replace("NODE", node))
+    client, = set(typed(lab, f"lab cluster list {bare} UUID").split()) - {own}
+    texts, arrows = drawn(typed(lab, "lab picture"))
 expected = set(SITES) | {f"fault domain {site}" for site in SITES.values()} | {own, client}
 expected |= {"stretched", "prefers fault domain east", "datastore ds1", "normal, in maintenance", "witness",
              f"disk group {CACHE}", "storage pool", f"disk group {LOOSE}, not mounted", "10.0.0.9"}

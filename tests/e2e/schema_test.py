@@ -24,10 +24,6 @@ def run(*words, host="host1", text=None):
                           capture_output=True, check=False)
 
 
-def answer(*words, **keywords):
-    return json.loads(run("--formatter", "json", *words, **keywords).stdout)["result"]
-
-
 def schema(output):
     """A field may be unset, a result as a whole may not."""
     if output["kind"] == "list":
@@ -52,7 +48,8 @@ with tempfile.TemporaryDirectory() as folder:
     for host in ("host2", "host3"):
         run("lab", "host", "add", "--name", host)
     run("korel", "cluster", "new", host="host2")
-    cluster = answer("lab", "cluster", "list")[0]["UUID"]
+    clusters = json.loads(run("--formatter", "json", "lab", "cluster", "list").stdout)["result"]
+    cluster = clusters[0]["UUID"]
     run("korel", "cluster", "join", "-u", cluster, host="host3")
 
     tree = dict(commands(json.loads(run("--describe").stdout), ""))
