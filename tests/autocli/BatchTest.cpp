@@ -7,7 +7,6 @@
 #include "tests/support/Files.h"
 
 namespace autocli::test {
-namespace {
 
 using Corvex::Declare::Refuse;
 using testing::StartsWith;
@@ -99,5 +98,4 @@ TEST_F(BatchTest, RefusesWhatIsNoLineOfABatch) {
   EXPECT_EQ(tree.Run("batch /").err, "error: cannot read \"/\": Is a directory\n");
 }
 
-}  // namespace
 }  // namespace autocli::test

@@ -2,11 +2,9 @@
 
 #include <cstdlib>
 
-#include "autocli/tools/Scripts.h"
 #include "tests/autocli/Support.h"
 
 namespace autocli::test {
-namespace {
 
 using Corvex::Declare::StringEnum;
 using testing::HasSubstr;
@@ -29,9 +27,7 @@ class CompleteTest : public testing::Test {
     companion.Write(R"({"disk grow": {"options": {
         "name": {"values": [{"command": "disk list", "field": "Name", "about": "Tags"}]},
         "disks": {"values": [{"command": "disk list", "field": "Name", "about": "Tags"}]}}}})");
-    tree.list->execute = [this](const InputPtr&, const OutputPtr& output) {
-      const char* told = std::getenv("AUTOCLI_COMPLETING");
-      wasTold = told != nullptr && told == std::to_string(getpid());
+    tree.list->execute = [](const InputPtr&, const OutputPtr& output) {
       auto disks = Declare::ListOf(DiskPrototype());
       disks->Add(Disk("a:0", 5, true, {"x\ty"}));
       disks->Add(Disk("b c", 5, true, {}));
@@ -53,7 +49,6 @@ class CompleteTest : public testing::Test {
 
   TestCompanion companion;
   DiskTree tree;
-  bool wasTold = false;
 };
 
 TEST_F(CompleteTest, AWordGoesOnAsTheParserTakesIt) {
@@ -92,8 +87,6 @@ TEST_F(CompleteTest, AWordGoesOnAsTheParserTakesIt) {
   for (const auto& [words, lines] : cases) {
     EXPECT_EQ(Ask(words), (Ran{0, lines, ""})) << testing::PrintToString(words);
   }
-  EXPECT_TRUE(wasTold) << "the host must know that nothing may change";
-  EXPECT_EQ(std::getenv("AUTOCLI_COMPLETING"), nullptr);
   EXPECT_THAT(Ask({""}).out, HasSubstr("\n--completion\t"));
 }
 
@@ -163,33 +156,28 @@ TEST_F(CompleteTest, APathGoesOnAsTheMachineHasIt) {
   std::filesystem::create_directories(folder / "ab/in");
   std::filesystem::create_symlink("ab", folder / "link");
   std::filesystem::create_symlink("nowhere", folder / "dangling");
-  const std::string at = folder.path + "/";
   const std::tuple<const char*, std::string, std::string> cases[] = {
-      {"--name", at, at + "a b\n" + at + "ab/\n" + at + "b\n" + at + "dangling\n" + at + "link/\n"},
-      {"--name", at + "a", at + "a b\n" + at + "ab/\n"},
-      {"--name", at + ".", at + ".hidden\n"},
-      {"--name", at + "link/", at + "link/in/\n"},
-      {"--name", at + "b/", ""},
-      {"--name", at + "none/", ""},
-      {"--disks", at, at + "ab/\n" + at + "link/\n"},
+      {"--name", "", "a b\nab/\nb\ndangling\nlink/\n"},
+      {"--name", "a", "a b\nab/\n"},
+      {"--name", ".", ".hidden\n"},
+      {"--name", "link/", "link/in/\n"},
+      {"--name", "b/", ""},
+      {"--name", "none/", ""},
+      {"--disks", "", "ab/\nlink/\n"},
       {"--disks", folder.path, folder.path + "/\n"},
+      {"--disks", folder / "l", folder / "link/\n"},
   };
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path);
   for (const auto& [option, begun, lines] : cases) {
     EXPECT_EQ(Ask({"disk", "grow", option, begun}), (Ran{0, lines, ""})) << option << begun;
   }
-  EXPECT_EQ(Ask({"disk", "grow", "--name=" + at + "l"}).out, "--name=" + at + "link/\n");
-  const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(folder.path);
-  EXPECT_EQ(Ask({"disk", "grow", "--name", "a"}).out, "a b\nab/\n");
+  EXPECT_EQ(Ask({"disk", "grow", "--name=l"}).out, "--name=link/\n");
   std::filesystem::current_path(before);
 }
 
 TEST_F(CompleteTest, WhatIsBrokenOrSlowIsNotHeardOf) {
   const Words words = {"disk", "grow", "--name", ""};
-  tree.list->execute = [](const InputPtr&, const OutputPtr& output) {
-    Declare::Refuse(output, "no host");
-  };
-  EXPECT_EQ(Ask(words), (Ran{0, "", ""}));
   tree.list->execute = [](const InputPtr&, const OutputPtr&) { throw std::runtime_error("no"); };
   EXPECT_EQ(Ask(words), (Ran{0, "", ""}));
   tree.list->input = [] { return Declare::Inputs({{.name = "all", .required = true}}); };
@@ -204,9 +192,6 @@ TEST_F(CompleteTest, WhatIsBrokenOrSlowIsNotHeardOf) {
 }
 
 TEST_F(CompleteTest, AScriptIsWrittenForAKnownShell) {
-  EXPECT_THAT(tree.Run("--completion bash").out, HasSubstr("_complete autocli\n"))
-      << "no link named disk is there";
-  EXPECT_THAT(CompletionScript("zsh", {"autocli", "disk"}), HasSubstr("#compdef autocli disk\n"));
   const std::pair<const char*, const char*> refusals[] = {
       {"--completion", "the shell is missing: bash, zsh or fish"},
       {"--completion bsh", "unknown shell \"bsh\", did you mean \"bash\"?"},
@@ -219,5 +204,4 @@ TEST_F(CompleteTest, AScriptIsWrittenForAKnownShell) {
   }
 }
 
-}  // namespace
 }  // namespace autocli::test

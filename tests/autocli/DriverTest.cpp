@@ -13,14 +13,11 @@ using testing::StartsWith;
 
 TEST(DriverTest, GlobalOptionsAndPathMayBeMixed) {
   const DiskTree tree;
-  const struct {
-    const char* line;
-    const char* program = "/usr/bin/autocli";
-  } cases[] = {
-      {"--formatter csv --fields=Name,Size disk list"},
-      {"disk --formatter=csv list --fields Name,Size"},
-      {"disk list --fields Name,Size --formatter csv --"},
-      {"--formatter csv disk --fields Name,Size -- list"},
+  const std::pair<const char*, const char*> cases[] = {
+      {"--formatter csv --fields=Name,Size disk list", "autocli"},
+      {"disk --formatter=csv list --fields Name,Size", "autocli"},
+      {"disk list --fields Name,Size --formatter csv --", "autocli"},
+      {"--formatter csv disk --fields Name,Size -- list", "/usr/bin/autocli"},
       // A link that is named like a namespace implies its word.
       {"--formatter=csv list --fields=Name,Size", "/bin/disk"},
       {"disk list --fields=Name,Size --formatter=csv", ""},
@@ -46,20 +43,17 @@ TEST(DriverTest, ACommandMayTakeTheRestOfTheLine) {
   tree.grow->execute = [](const InputPtr& input, const OutputPtr& output) {
     Words words;
     input->GetParameterList("words", words);
-    if (input->IsFlagSet("wait")) words.emplace_back("waited");
     output->SetRootObject(Texts(words));
   };
   const std::pair<const char*, Ran> cases[] = {
       {"disk grow a --wait -x -- --help", {0, "a\n--wait\n-x\n--\n--help\n", ""}},
-      {"disk grow --wait --formatter csv disk list", {0, "disk\nlist\nwaited\n", ""}},
+      {"disk grow --wait --formatter csv disk list", {0, "disk\nlist\n", ""}},
       {"disk grow --wait",
        {2, "",
         "error: \"WORDS...\" is missing\nusage: autocli disk grow [--wait] WORDS...\n"
         "try: autocli disk grow --help\n"}},
   };
   for (const auto& [line, ran] : cases) EXPECT_EQ(tree.Run(line), ran) << line;
-  companion.Write(R"({"disk grow": {"rest": "wait"}})");
-  EXPECT_EQ(tree.Run("disk grow a").status, 2) << "no list";
 }
 
 TEST(DriverTest, RefusalsSayWhatAndHow) {
@@ -93,7 +87,6 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
        "error: option \"-h\" takes no value, not \"x\"\n",
        list},
       {"disk list \x1b", "error: unexpected argument \"\\x1b\"\n", list},
-      {"disk list -- --help", "error: unexpected argument \"--help\"\n", list},
   };
   DiskTree tree;
   tree.list->execute = tree.grow->execute = [](const InputPtr&, const OutputPtr&) {
@@ -107,7 +100,6 @@ TEST(DriverTest, RefusalsSayWhatAndHow) {
 TEST(DriverTest, WordsAreShownAsTheyWereTyped) {
   const DiskTree tree;
   const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"grow -n", "usage: disk grow --name STRING [--size INT]\n", "\ntry: disk grow --help\n"},
       {"shrink", "usage: disk COMMAND... [options]\n", "\ntry: disk --help\n"},
       {"--help", "\nusage: disk COMMAND... [options]\n", "\nmore: disk help COMMAND...\n"},
       {"grow -h", "\nusage: disk grow --name", "\neverywhere: "},
@@ -123,18 +115,10 @@ TEST(DriverTest, WordsAreShownAsTheyWereTyped) {
 
 TEST(DriverTest, PluginsAreListedWithWhatBecameOfThem) {
   const DiskTree tree;
-  const std::string told = "error: plug-in \"/plugins/x.so\" could not be loaded: bad\n";
-  EXPECT_EQ(tree.Run("--plugins", {"bad"}), (Ran{3,
-                                                 "Name  Version  Loaded  Path           Problem\n"
-                                                 "----  -------  ------  -------------  -------\n"
-                                                 "x.so           false   /plugins/x.so  bad\n",
-                                                 told}));
-  EXPECT_EQ(tree.Run("--plugins --formatter csv --fields Loaded", {""}),
-            (Ran{0, "Loaded\ntrue\n", ""}));
-  EXPECT_EQ(tree.Run("--plugins now"),
-            (Ran{2, "",
-                 "error: unexpected argument \"now\"\nusage: autocli --plugins [--folder STRING]\n"
-                 "try: autocli --plugins --help\n"}));
+  EXPECT_EQ(tree.Run("--plugins --formatter csv", {"bad"}),
+            (Ran{3, "Name,Version,Loaded,Path,Problem\nx.so,,false,/plugins/x.so,bad\n",
+                 "error: plug-in \"/plugins/x.so\" could not be loaded: bad\n"}));
+  EXPECT_EQ(tree.Run("--plugins --fields Loaded --formatter csv", {""}).out, "Loaded\ntrue\n");
 }
 
 TEST(DriverTest, HelpWinsWhereverItStands) {
@@ -191,7 +175,7 @@ TEST(DriverTest, WhatIsDeclaredWronglyIsRefused) {
   using Declare::IntRange;
   using Declare::Parameter;
   using Declare::StringEnum;
-  const std::pair<Parameter, const char*> cases[] = {
+  const std::pair<Parameter, std::string> cases[] = {
       {{.name = ""}, "\"\": the name is no word of letters, digits and hyphens"},
       {{.name = "a_b"}, "\"a_b\": the name is no word of letters, digits and hyphens"},
       {{.name = "x", .shortName = "xy"}, "\"x\": the short name \"xy\" is no letter"},
@@ -214,9 +198,8 @@ TEST(DriverTest, WhatIsDeclaredWronglyIsRefused) {
     tree.grow->input = [&bad = parameter] {
       return Declare::Inputs({{.name = "wait", .shortName = "w"}, bad});
     };
-    const std::string error =
-        std::string("error: command \"disk grow\": parameter ") + problem + "\n";
-    EXPECT_EQ(tree.Run("disk grow --help"), (Ran{4, "", error}));
+    EXPECT_EQ(tree.Run("disk grow --help"),
+              (Ran{4, "", "error: command \"disk grow\": parameter " + problem + "\n"}));
     EXPECT_EQ(tree.Run("--plugins").status, 0) << "no plug-in brought it";
   }
   tree.grow->input = [] {
@@ -225,7 +208,6 @@ TEST(DriverTest, WhatIsDeclaredWronglyIsRefused) {
     return spec;
   };
   EXPECT_EQ(tree.Run("disk grow").status, 4) << "a name that was set later";
-  EXPECT_EQ(tree.Run("disk list").status, 0);
 }
 
 TEST(DriverTest, HintsThatSayNothingAreTold) {
@@ -239,23 +221,24 @@ TEST(DriverTest, HintsThatSayNothingAreTold) {
                                    {"rest", "words"}}) {
     tree.list->SetDefaultOutputParameter(key, value);
   }
-  EXPECT_THAT(
-      DeclarationProblems(*tree.root)[""],
-      testing::ElementsAre(
-          "command \"disk list\": formatter \"tables\" does not exist",
-          "command \"disk list\": hint \"fields:Disc\" is for records of another type than the result's",
-          "command \"disk list\": hint \"fields:Disk\" names \"Nmae\", no field of the result",
-          "command \"disk list\": hint \"header:Disk\" names \"Label\", no field of the result",
-          "command \"disk list\": unknown hint \"rest\"",
-          "command \"disk list\": hint \"units:Disk.Speed\" names \"Speed\", no field of the result"));
+  const Words problems = DeclarationProblems(*tree.root)[""];
+  std::string told;
+  for (const auto& problem : problems) told += problem + "\n";
+  EXPECT_EQ(told, R"(command "disk list": formatter "tables" does not exist
+command "disk list": hint "fields:Disc" is for records of another type than the result's
+command "disk list": hint "fields:Disk" names "Nmae", no field of the result
+command "disk list": hint "header:Disk" names "Label", no field of the result
+command "disk list": unknown hint "rest"
+command "disk list": hint "units:Disk.Speed" names "Speed", no field of the result
+)");
+  EXPECT_EQ(tree.Run("disk list").out, "100% of a or %Label%, 5 % of %\n   Name: a\n");
 }
 
 TEST(DriverTest, ACommandIsAskedOnceForWhatItDeclares) {
   DiskTree tree;
   int asked = 0;
   tree.list->input = [&] {
-    tree.list->prototype = ++asked == 1 ? MetaObjectPtr(Declare::ListOf(DiskPrototype()))
-                                        : MetaObjectPtr(MetaString::New());
+    if (++asked > 1) tree.list->prototype = MetaString::New();
     return InputSpec::New();
   };
   EXPECT_EQ(tree.Run("disk list --fields Name").out, "Name: a\n");
@@ -268,6 +251,7 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
   const Action refuses = [](const OutputPtr& output) { Refuse(output, "No."); };
   const Action doesNothing = [](const OutputPtr&) {};
   const Action answersElse = [](const OutputPtr& out) { out->SetRootObject(MetaInt::New(1)); };
+  const std::string otherShape = "the result is not of the declared shape: int instead of bool\n";
   const Action throwsStrangely = [](const OutputPtr&) { throw 5; };
   const Action doesBoth = [](const OutputPtr& output) {
     Succeed(output);
@@ -281,15 +265,12 @@ TEST(DriverTest, TheHighestStatusWinsAndEveryFaultIsTold) {
   const std::string failed = "error: command \"disk grow\": failed unexpectedly: ";
   const std::tuple<Action, Words, Ran> cases[] = {
       {succeeds, {}, {0, "true\n", ""}},
-      {doesBoth, {}, {1, "true\n", "error: two\\nlines\n"}},
       {refuses, {}, {1, "", "error: No.\n"}},
       {succeeds, {"bad"}, {0, "true\n", kNotLoaded}},
       {doesBoth, {"bad"}, {1, "true\n", told}},
       {breaksOff, {"bad"}, {4, "", told + failed + "out of \\x1b luck\n"}},
       {doesNothing, {}, {4, "", failed + "it gave neither a result nor an error\n"}},
-      {answersElse,
-       {},
-       {4, "", failed + "the result is not of the declared shape: int instead of bool\n"}},
+      {answersElse, {}, {4, "", failed + otherShape}},
       {throwsStrangely, {}, {4, "", failed + "an exception that does not say what it is\n"}},
   };
   DiskTree tree;
@@ -326,17 +307,6 @@ TEST(DriverTest, JsonIsOneDocumentWhateverHappens) {
   }
   const auto help = nlohmann::json::parse(tree.Run("disk --help --formatter=json").out);
   EXPECT_EQ(help["result"], tree.Run("disk --help").out);
-}
-
-TEST(DriverTest, CommandsSuggestAFormatterAndTheUserDecides) {
-  DiskTree tree;
-  tree.list->SetDefaultOutputFormatter("table");
-  tree.list->SetDefaultOutputParameter("fields:Disk", "Name");
-  EXPECT_EQ(tree.Run("disk list").out, "Name\n----\na\n");
-  EXPECT_EQ(tree.Run("disk list --formatter=simple").out, "Name: a\n");
-  EXPECT_EQ(tree.Run("disk list --fields=Size").out, "Size\n----\n   5\n");
-  tree.list->SetDefaultOutputFormatter("nonsense");
-  EXPECT_EQ(tree.Run("disk list").out, "Name: a\n");
 }
 
 TEST(DriverTest, FailedWritesAreFailures) {

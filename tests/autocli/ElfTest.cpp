@@ -6,18 +6,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstring>
 #include <set>
 
 #include "autocli/base/File.h"
 #include "autocli/plugin/Elf.h"
 #include "tests/autocli/Support.h"
-#include "tests/support/Files.h"
 
 namespace autocli::test {
 namespace {
-
-using Corvex::AutoCli::Namespace;
 
 /// A number in the file.
 struct Field {
@@ -35,35 +33,29 @@ Record At(const std::string& bytes, std::size_t offset) {
 }
 
 /// All numbers that a linker writes about a file: its header, the segments, the dynamic section.
-class Fields : public std::vector<Field> {
- public:
-  explicit Fields(const std::string& bytes) {
-    const auto header = At<Elf64_Ehdr>(bytes, 0);
-    Add("header", EI_NIDENT, {2, 2, 4, 8, 8, 8, 4, 2, 2, 2, 2, 2, 2});
-    for (std::size_t i = 0; i < header.e_phnum; ++i) {
-      const std::size_t start = header.e_phoff + i * sizeof(Elf64_Phdr);
-      Add("segment " + std::to_string(i), start, {4, 4, 8, 8, 8, 8, 8, 8});
-      const auto segment = At<Elf64_Phdr>(bytes, start);
-      if (segment.p_type == PT_DYNAMIC) AddDynamic(bytes, segment.p_offset);
-    }
-  }
-
- private:
-  void AddDynamic(const std::string& bytes, std::size_t offset) {
-    for (std::int64_t tag = -1; tag != DT_NULL; offset += sizeof(Elf64_Dyn)) {
-      tag = At<Elf64_Dyn>(bytes, offset).d_tag;
-      Add("dynamic entry " + std::to_string(tag), offset, {8, 8});
-      back().isFunction = tag == DT_INIT || tag == DT_FINI;
-    }
-  }
-  void Add(const std::string& record, std::size_t offset, const std::vector<std::size_t>& sizes) {
-    std::size_t at = 0;
+std::vector<Field> FieldsOf(const std::string& bytes) {
+  std::vector<Field> fields;
+  const auto add = [&](const std::string& record, std::size_t offset, const auto& sizes) {
     for (const std::size_t size : sizes) {
-      push_back({record + " at " + std::to_string(at), offset + at, size});
-      at += size;
+      fields.push_back({record + " at " + std::to_string(offset), offset, size});
+      offset += size;
+    }
+  };
+  const auto header = At<Elf64_Ehdr>(bytes, 0);
+  add("header", EI_NIDENT, std::array{2, 2, 4, 8, 8, 8, 4, 2, 2, 2, 2, 2, 2});
+  for (std::size_t i = 0; i < header.e_phnum; ++i) {
+    const std::size_t start = header.e_phoff + i * sizeof(Elf64_Phdr);
+    add("segment", start, std::array{4, 4, 8, 8, 8, 8, 8, 8});
+    const auto segment = At<Elf64_Phdr>(bytes, start);
+    std::int64_t tag = segment.p_type == PT_DYNAMIC ? -1 : DT_NULL;
+    for (std::size_t at = segment.p_offset; tag != DT_NULL; at += sizeof(Elf64_Dyn)) {
+      tag = At<Elf64_Dyn>(bytes, at).d_tag;
+      add("dynamic entry " + std::to_string(tag), at, std::array{8, 8});
+      fields.back().isFunction = tag == DT_INIT || tag == DT_FINI;
     }
   }
-};
+  return fields;
+}
 
 enum Outcome { kLoaded = 10, kToldWhyNot = 11 };
 
@@ -100,7 +92,7 @@ TEST(ElfTest, NoLieOfOneNumberEndsTheProcess) {
   ASSERT_EQ(ProblemOf(path), "");
   ASSERT_EQ(Load(path), kLoaded);
   std::set<std::string> problems;
-  for (const auto& [name, offset, size, isFunction] : Fields(good)) {
+  for (const auto& [name, offset, size, isFunction] : FieldsOf(good)) {
     std::uint64_t truth = 0;
     std::memcpy(&truth, good.data() + offset, size);
     for (const std::uint64_t lie : std::initializer_list<std::uint64_t>{
@@ -113,8 +105,7 @@ TEST(ElfTest, NoLieOfOneNumberEndsTheProcess) {
       const std::string problem = ProblemOf(path);
       if (!problem.empty()) {
         problems.insert(problem);
-      } else if (!isFunction) {  // what is another place of the code cannot be told from the right
-                                 // one
+      } else if (!isFunction) {  // another place of the code looks as right as the right one
         EXPECT_THAT(Load(path), testing::AnyOf(kLoaded, kToldWhyNot))
             << name << ": " << std::hex << lie << " for " << truth;
       }

@@ -24,18 +24,6 @@ std::shared_ptr<MetaList> Disks(const std::vector<std::shared_ptr<MetaStruct>>& 
   return disks;
 }
 
-/// Keeps what is written, as if a terminal showed it.
-class TerminalSink final : public Sink {
- public:
-  explicit TerminalSink(std::size_t columns = 80) : columns_(columns) {}
-
- private:
-  std::optional<std::size_t> TerminalWidth() const override { return columns_; }
-  int Write(std::string_view) override { return 0; }
-
-  std::size_t columns_;
-};
-
 TEST(FormatTest, RecordsAreShownAsHintedAndPicked) {
   const auto two = Disks({Disk("sda", 5, true, {"a", "b"}), DiskPrototype()});
   const Hints hints = {{"header:Disk", "Disk %Name% of 100% %No%"},
@@ -93,8 +81,9 @@ TEST(FormatTest, ATerminalHasItsWidth) {
       {21, "simple", true, records}, {0, "table", true, table},
   };
   for (const auto& [columns, formatter, isSuggested, shown] : cases) {
-    TerminalSink out(columns);
+    TextSink out;
     TextSink err;
+    out.columns = columns;
     Report report;
     report.formatter = formatter;
     report.isSuggested = isSuggested;
@@ -180,7 +169,8 @@ TEST(FormatTest, HostileTextsCannotDriveTheTerminal) {
     const std::string json = Shown("json", MetaString::New(text));
     EXPECT_EQ(Shown("simple", MetaString::New(json)), json + "\n") << "JSON is safe as it is";
     EXPECT_TRUE(nlohmann::json::parse(json).is_string());
-    TerminalSink terminal;
+    TextSink terminal;
+    terminal.columns = 80;
     FormatterNamed("csv").Write(*Texts({text + ","}), {}, terminal);
     EXPECT_EQ(terminal.Buffer().find(shown.substr(0, 2)), 1U) << "escaped, and in quotation marks";
   }

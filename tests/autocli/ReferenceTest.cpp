@@ -1,12 +1,15 @@
 #include <cstdlib>
 
 #include "tests/autocli/Support.h"
-#include "tests/support/Files.h"
 
 namespace autocli::test {
 
 TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
+  const TestCompanion companion(R"({"disk list": {"options": {"No": {"is": "file"}}, "examples": [
+      {"line": "disk list -q a\u001b", "text": "Show it.\nAnd show."},
+      {"line": "disk list -q b", "text": ""}]}})");
   DiskTree tree;
+  tree.loaded = companion.plugins;
   tree.list->SetDescription(".Sh Ruin\n'so \\fB -x | <b> `a`\n\n  - one\n  1. two\n# end");
   tree.list->input = [] {
     return Declare::Inputs(
@@ -24,12 +27,17 @@ TEST(ReferenceTest, PagesShowTextsAsTheyStand) {
       " mandoc autocli-disk.1 autocli-Ar.1 | col -bx >out && cat commands.md >>out";
   EXPECT_EQ(std::system(show.c_str()), 0);
   const std::string shown = ::test::ReadFile(pages / "out");
-  for (const char* part :
-       {"\n     .Sh Ruin\n     'so \\fB -x | <b> `a`\n           - one\n           1. two\n",
-        "\nSYNOPSIS\n     autocli Ar COMMAND... [options]\n",
-        "\n     -q, --No STRING\n             a|b\n             c i.e. d\\x1b. *E*\n",
-        "\n\\.Sh Ruin\\\n'so \\\\fB -x \\| \\<b\\> \\`a\\`\\\n\\\n\\- one\\\n1\\. two\\\n\\# end\n",
-        "\n| `-q, --No STRING` | a\\|b<br>c i.e. d\\\\x1b. \\*E\\* |\n"}) {
+  for (
+      const char* part :
+      {"\n     .Sh Ruin\n     'so \\fB -x | <b> `a`\n           - one\n           1. two\n",
+       "\nSYNOPSIS\n     autocli Ar COMMAND... [options]\n",
+       "\nEXAMPLES\n     autocli disk list -q a\\x1b\n             Show it.\n             And show.\n\n"
+       "     autocli disk list -q b\n",
+       "\n| For example | |\n|---|---|\n| `autocli disk list -q a\\x1b` | Show it.<br>And show. |\n"
+       "| `autocli disk list -q b` |  |\n",
+       "\n     -q, --No FILE\n             a|b\n             c i.e. d\\x1b. *E*\n",
+       "\n\\.Sh Ruin\\\n'so \\\\fB -x \\| \\<b\\> \\`a\\`\\\n\\\n\\- one\\\n1\\. two\\\n\\# end\n",
+       "\n| `-q, --No FILE` | a\\|b<br>c i.e. d\\\\x1b. \\*E\\* |\n"}) {
     EXPECT_THAT(shown, testing::HasSubstr(part));
   }
 }

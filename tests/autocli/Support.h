@@ -29,14 +29,17 @@ using Corvex::MetaObj::MetaStruct;
 using Corvex::MetaObj::MetaType;
 using Words = std::vector<std::string>;
 
-/// Keeps what is written, and in how many pieces. `error` is what the next write fails with.
+/// Keeps what is written, and in how many pieces. `error` is what the next write fails with. With
+/// `columns` it is a terminal.
 class TextSink final : public Sink {
  public:
   std::string text;
   int pieces = 0;
   int error = 0;
+  std::optional<std::size_t> columns;
 
  private:
+  std::optional<std::size_t> TerminalWidth() const override { return columns; }
   int Write(std::string_view piece) override {
     text += piece;
     ++pieces;
@@ -47,6 +50,8 @@ class TextSink final : public Sink {
 /// A command whose parts a test sets as it likes.
 class TestCommand final : public Corvex::AutoCli::Command {
  public:
+  static std::shared_ptr<TestCommand> New() { return std::make_shared<TestCommand>(); }
+
   std::function<std::shared_ptr<InputSpec>()> input = [] { return InputSpec::New(); };
   MetaObjectPtr prototype = MetaBool::New();
   std::function<void(const InputPtr&, const OutputPtr&)> execute =
@@ -58,11 +63,6 @@ class TestCommand final : public Corvex::AutoCli::Command {
     return Declare::Answers(prototype);
   }
   void ExecuteInternal(const InputPtr& in, const OutputPtr& out) override { execute(in, out); }
-};
-
-/// The same for trees that are written as one value.
-struct PlainTestCommand {
-  static std::shared_ptr<TestCommand> New() { return std::make_shared<TestCommand>(); }
 };
 
 inline std::shared_ptr<MetaList> Texts(const Words& texts) {

@@ -24,19 +24,15 @@ TEST(TreeTest, RefusedNodesLeaveTheTreeAsItWas) {
   const auto child = Namespace::New();
   root->RegisterNamespaceNode(child, "child");
   const auto fresh = Namespace::New();
-  const std::tuple<std::shared_ptr<Corvex::AutoCli::NamespaceNode>, const char*, const char*>
-      cases[] = {
-          {nullptr, "x", "there is no node to register as \"x\""},
-          {fresh, nullptr, "\"\" is no name for a node"},
-          {fresh, "-x", "\"-x\" is no name for a node"},
-          {fresh, "\xc3\xa9", "\"\xc3\xa9\" is no name for a node"},
-          {fresh, "child", "name \"child\" is taken"},
-          {child, "again", "the node for \"again\" has a parent already"},
-      };
-  for (const auto& [node, name, message] : cases) {
-    EXPECT_EQ(Refusal([&, &node = node, &name = name] { root->RegisterNamespaceNode(node, name); }),
-              message);
-  }
+  const auto refusal = [&](const std::shared_ptr<Namespace>& node, const char* name) {
+    return Refusal([&] { root->RegisterNamespaceNode(node, name); });
+  };
+  EXPECT_EQ(refusal(nullptr, "x"), "there is no node to register as \"x\"");
+  EXPECT_EQ(refusal(fresh, nullptr), "\"\" is no name for a node");
+  EXPECT_EQ(refusal(fresh, "-x"), "\"-x\" is no name for a node");
+  EXPECT_EQ(refusal(fresh, "\xc3\xa9"), "\"\xc3\xa9\" is no name for a node");
+  EXPECT_EQ(refusal(fresh, "child"), "name \"child\" is taken");
+  EXPECT_EQ(refusal(child, "again"), "the node for \"again\" has a parent already");
   EXPECT_EQ(Refusal([&] { child->RegisterNamespaceNode(root, "up"); }), "\"up\" would hold itself");
   EXPECT_EQ(root->GetChildren().size(), 1U);
   EXPECT_EQ(fresh->GetParent(), nullptr);
@@ -59,14 +55,14 @@ Words Commands(const Namespace& space) {
 
 TEST(TreeTest, NamespacesOfTwoPluginsBecomeOne) {
   const auto root = Namespace::New();
-  const auto verb = [](const char* name) { return Declare::Verb<PlainTestCommand>(name); };
+  const auto verb = [](const char* name) { return Declare::Verb<TestCommand>(name); };
   {
     const Registering registering("a.so", *root);
     Declare::RegisterTop(*root, {"disk", "Disks", {{"tag", "Tags", {verb("add")}}, verb("list")}});
     EXPECT_EQ(Refusal([&] { root->RegisterNamespaceNode(Namespace::New(), "disk"); }),
               "name \"disk\" is taken")
         << "a plug-in's own slip";
-    EXPECT_EQ(Refusal([&] { root->RegisterNamespaceNode(PlainTestCommand::New(), "korel"); }),
+    EXPECT_EQ(Refusal([&] { root->RegisterNamespaceNode(TestCommand::New(), "korel"); }),
               "the command \"korel\" needs a namespace above it");
   }
   const auto late = Namespace::New();
@@ -77,7 +73,7 @@ TEST(TreeTest, NamespacesOfTwoPluginsBecomeOne) {
         {"disk", "Disks", {{"tag", "", {verb("add"), verb("get")}}, {"list", "", {verb("x")}}}});
     auto disk = std::static_pointer_cast<Namespace>(root->GetNamespaceNode("disk"));
     disk->RegisterNamespaceNode(late, "tag");
-    late->RegisterNamespaceNode(PlainTestCommand::New(), "set");
+    late->RegisterNamespaceNode(TestCommand::New(), "set");
     EXPECT_THAT(registering.GetClashes(),
                 ElementsAre("\"disk tag add\" is there already from \"a.so\"",
                             "\"disk list\" is there already from \"a.so\""));

@@ -2,6 +2,7 @@
 """Completes words in a real shell with the keys that a person presses: shells.py BIN_FOLDER SHELL"""
 
 import os
+import pathlib
 import subprocess
 import sys
 import tempfile
@@ -50,13 +51,12 @@ CASES = [
 
 def main(folder, name):
     with tempfile.TemporaryDirectory() as home:
-        with open(home + "/last-word", "w", encoding="utf-8") as script:
-            script.write('#!/bin/sh\nfor word; do :; done\nprintf "[[%s]]\\n" "$word"\n')
-        os.chmod(home + "/last-word", 0o700)
-        os.mkdir(home + "/two words")
+        program, words = pathlib.Path(home, "last-word"), pathlib.Path(home, "two words")
+        program.write_text('#!/bin/sh\nfor word; do :; done\nprintf "[[%s]]\\n" "$word"\n')
+        program.chmod(0o700)
+        words.mkdir()
         for file in ("hosts.json", "labs.json"):
-            with open(f"{home}/two words/{file}", "w", encoding="utf-8"):
-                pass
+            (words / file).touch()
         environment = {"PATH": f"{folder}:{home}:/usr/bin:/bin", "HOME": home, "TERM": "xterm",
                        "LC_ALL": "C.UTF-8", "KOREL_LAB": home + "/lab.db",
                        "AUTOCLI_COMPLETE_MS": "60000"}

@@ -23,14 +23,16 @@ struct Ended {
 class Lab : public testing::Test {
  protected:
   Lab() {
-    environment = {{"KOREL_LAB", folder / "lab.db"}, {"HOME", folder.path}};
+    environment = {{"KOREL_LAB", folder / "lab.db"},
+                   {"HOME", folder.path},
+                   {"AUTOCLI_COMPLETE_MS", "60000"}};  // a busy machine is no fault
     if (const char* options = std::getenv("ASAN_OPTIONS")) environment["ASAN_OPTIONS"] = options;
   }
 
-  /// Runs build/bin/autocli with the words of `line` as a shell takes them.
+  /// Runs build/bin/autocli in the folder with the words of `line` as a shell takes them.
   Ended Run(const std::string& line) const {
     // Files rather than pipes: no output is too long for them.
-    std::string command = "exec env -i";
+    std::string command = "cd " + folder.path + " && exec env -i";
     for (const auto& [name, value] : environment) command += " '" + name + "=" + value + "'";
     command += " " KOREL_BUILD_DIR "/bin/autocli " + line + " </dev/null";
     command += " >" + (folder / "out") + " 2>" + (folder / "err");

@@ -2,59 +2,39 @@
 
   surroundings.py BIN"""
 
-import contextlib
 import os
 import pathlib
 import re
 import resource
+import select
 import signal
 import sqlite3
 import subprocess
 import sys
 import tempfile
-import time
 
 PROGRAM = sys.argv[1] + "/autocli"
 
 
-def run(line, **settings):
-    limit = settings.pop("limit", None)
+def expect(status, message, line, limit=None, **settings):
     done = subprocess.run([PROGRAM, *line.split()], env={**os.environ, **settings}, text=True,
                           capture_output=True, check=False, preexec_fn=limit)
-    return done.returncode, done.stderr
-
-
-def expect(status, message, line, **settings):
-    got = run(line, **settings)
-    assert got[0] == status and re.fullmatch(message, got[1]), (line, settings, got)
-
-
-def waits_for(condition):
-    while not condition():
-        time.sleep(0.01)
-
-
-def running(word):
-    """The processes that have the word on their command line."""
-    found = []
-    for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
-        with contextlib.suppress(OSError):
-            if word.encode() in entry.read_bytes():
-                found.append(entry.parent.name)
-    return found
+    assert done.returncode == status and re.fullmatch(message, done.stderr), (line, settings, done)
 
 
 def interrupted(folder, number):
-    """A command that is tried waits for a pipe that nobody writes; the signal comes."""
+    """A command that is tried waits for what comes through a pipe; the signal comes."""
     pipe, temporary = folder / f"pipe{number}", folder / "temporary"
     os.mkfifo(pipe)
     temporary.mkdir(exist_ok=True)
     words = [PROGRAM, "lab", "try", "lab", "init", "--force", "--inventory", pipe]
     trying = subprocess.Popen(words, env={**os.environ, "TMPDIR": str(temporary)})
-    waits_for(lambda: len(running(str(pipe))) == 2)
-    trying.send_signal(number)
-    assert trying.wait() == -number
-    waits_for(lambda: not running(str(pipe)))
+    with open(pipe, "w", encoding="utf-8") as writer:  # waits for somebody who reads
+        trying.send_signal(number)
+        assert trying.wait() == -number
+        gone = select.poll()
+        gone.register(writer, 0)
+        gone.poll()  # until nobody reads any more
     assert not list(temporary.iterdir())
 
 
@@ -72,9 +52,8 @@ with tempfile.TemporaryDirectory() as name:
     expect(1, "error: cannot make a directory .*/none/autocli-try-.*': No such file or "
               "directory\n", "lab try korel trace get", TMPDIR="none")
 
-    def small():
-        resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
-    expect(1, "error: Unable to add datastore: .*\n", "korel datastore add -n ds1", limit=small)
+    expect(1, "error: Unable to add datastore: .*\n", "korel datastore add -n ds1",
+           limit=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096)))
     expect(0, "", "lab check")
 
     # A program that knows nothing of turns has the file.

@@ -64,10 +64,3 @@ step grep -q 'libstdc++\.so' "$plugins/crossing.so"
 expect 0 "caught: name \"x\" is taken, alive: 2, cast: truetrue, orphaned: truetrue
 warning: plug-in \"$plugins/crossing.so\" could not be loaded: thrown through a virtual base; try: mv\
  $plugins/crossing.so $plugins/crossing.so.off" "$prefix/bin/autocli" crossing check
-rm "$plugins/crossing.so"
-
-# What a file by somebody else does to others' commands: it is told, with what mends it.
-chmod g+w "$plugins/hello.so"
-expect 0 "Enabled: false
-warning: plug-in \"$plugins/hello.so\" could not be loaded: writable by group or others; try: chmod go-w\
- $plugins/hello.so" "$prefix/bin/korel" storage automode get
