@@ -11,6 +11,7 @@
 
 #include "fuzz/Support.h"
 #include "lab/store/LabFile.h"
+#include "lab/store/OldSchema.h"
 #include "lab/store/Schema.h"
 #include "lab/store/SchemaCheck.h"
 

@@ -11,8 +11,8 @@ namespace fuzz {
 
 /// The plug-ins that the build has, for their companions.
 inline const std::vector<autocli::Plugin>& Plugins() {
-  static const std::vector<autocli::Plugin> plugins = {
-      {KOREL_PLUGIN_DIR "/korel.so", "korel.so", ""}, {KOREL_PLUGIN_DIR "/lab.so", "lab.so", ""}};
+  static const std::vector<autocli::Plugin> plugins = {{KOREL_PLUGIN_DIR "/korel.so", "korel.so"},
+                                                       {KOREL_PLUGIN_DIR "/lab.so", "lab.so"}};
   return plugins;
 }
 
@@ -22,7 +22,7 @@ inline const autocli::Vocabulary& WholeTree() {
     auto space = Corvex::AutoCli::Namespace::New();
     Corvex::Declare::RegisterTop(*space, OstrelCli::KorelNamespace::Tree());
     Corvex::Declare::RegisterTop(*space, lab::Tree());
-    return autocli::Vocabulary{space, autocli::Tools(), autocli::Companions(Plugins())};
+    return autocli::Vocabulary{space, autocli::Tools(), "", autocli::Companions(Plugins())};
   }();
   return vocabulary;
 }
