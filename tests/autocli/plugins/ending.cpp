@@ -5,6 +5,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "platform/autocli/AutoCli.h"
+
 namespace {
 
 // NOLINTNEXTLINE(misc-no-recursion)
@@ -39,6 +41,6 @@ struct Ending {
 
 }  // namespace
 
-extern "C" void AutoCli_RegisterNamespaces() {
+extern "C" void AutoCli_RegisterNamespaces(std::shared_ptr<Corvex::AutoCli::Namespace>&) {
   if (Letter() == 'r') std::abort();
 }
