@@ -20,7 +20,7 @@ concept Integer =
     std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char> &&
     !std::same_as<T, wchar_t> && (std::signed_integral<T> || sizeof(T) < sizeof(std::int64_t));
 
-/// Nothing in this page converts a value into what it is not, such as a pointer into a truth value:
+/// Nothing here converts a value into what it is not, such as a pointer into a truth value:
 /// other types than these do not compile.
 template <typename T, typename... Types>
 concept NoneOf = !(std::same_as<T, Types> || ...);

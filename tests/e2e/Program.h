@@ -12,7 +12,7 @@
 
 namespace test {
 
-/// What a program left behind.
+/// What a program printed, and its exit status.
 struct Ended {
   int status = -1;  ///< exit status, or 128 and the signal's number
   std::string out;
